@@ -1,0 +1,109 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/document.h"
+#include "platform/geometry.h"
+
+namespace tamrin {
+
+// What a browser tells while it is connected. Called only inside Clock::DoEvents.
+class BrowserEvents {
+public:
+    virtual ~BrowserEvents() = default;
+
+    // A page is complete; `top` is false when it is the page of a frame.
+    virtual void DocumentComplete(bool top) = 0;
+
+    // A navigation begins.
+    virtual void BeforeNavigate2(const std::string& url) = 0;
+
+    // A page could not be opened; `reason` is the browser's own word for why.
+    virtual void NavigateError(const std::string& url, const std::string& reason) = 0;
+
+    // The window is closed, its page crashed or the browser ended; `Alive` answers false from now.
+    virtual void OnQuit() = 0;
+};
+
+// Keeps a subscription; dropping it ends the subscription.
+class Connection {
+public:
+    virtual ~Connection() = default;
+};
+
+// Where a browser window stands, in screen pixels.
+struct WindowPlace {
+    int left = 0;
+    int top = 0;
+    int width = 0;
+    int height = 0;
+
+    bool operator==(const WindowPlace&) const = default;
+};
+
+// Which bars of a browser window are shown.
+struct WindowBars {
+    bool tool = false;
+    bool menu = false;
+    bool address = false;
+    bool status = false;
+
+    bool operator==(const WindowBars&) const = default;
+};
+
+// One browser window (one tab of it). Reads are total: on a closed window they answer empty.
+class Browser {
+public:
+    virtual ~Browser() = default;
+
+    // Starts to open an address (http, https, file, "javascript:...", or a bare host or path) and
+    // returns at once; Busy from now on. False when the window is gone.
+    virtual bool Navigate(const std::string& address) = 0;
+
+    // Closes the window.
+    virtual void Quit() = 0;
+
+    // Whether the window is loading a page or shows a dialog box of the page. Known from events:
+    // costs no call.
+    virtual bool Busy() = 0;
+
+    // 0 uninitialized, 1 loading, 2 loaded, 3 interactive, 4 complete. Costs no call.
+    virtual int ReadyState() = 0;
+
+    // Whether the window still exists and its page has not crashed. Costs no call.
+    virtual bool Alive() = 0;
+
+    // The top document as it is now; null when there is none. Costs no call.
+    virtual Document document() = 0;
+
+    virtual void SetVisible(bool visible) = 0;
+
+    // Moves and sizes the window. A browser that cannot takes what it can.
+    virtual void SetPlace(const WindowPlace& place) = 0;
+
+    // Shows and hides bars. A browser whose bars are fixed ignores it.
+    virtual void SetBars(const WindowBars& bars) = 0;
+
+    // Brings the window to the front (SetForegroundWindow). Does not wait for it to happen.
+    virtual void SetForeground() = 0;
+
+    // The screen point of an element's top left corner, frames counted in. Nothing when the element
+    // is gone or not displayed.
+    virtual std::optional<ScreenPoint> ElementScreenPoint(const Element& element) = 0;
+
+    // Subscribes; `events` must outlive the answer.
+    virtual std::unique_ptr<Connection> Connect(BrowserEvents& events) = 0;
+};
+
+class BrowserLauncher {
+public:
+    virtual ~BrowserLauncher() = default;
+
+    // Opens a new, empty browser window. On failure null, and `why` says in Japanese what to do.
+    virtual std::shared_ptr<Browser> Create(std::string& why) = 0;
+};
+
+}  // namespace tamrin

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <cstdint>
+
+namespace tamrin {
+
+// Time and the message queue. Everything runs on one thread: browser events, timer ticks and the
+// stop command arrive only inside DoEvents, so whoever calls it (or anything that waits) re-reads
+// afterwards what may have changed.
+class Clock {
+public:
+    virtual ~Clock() = default;
+
+    // Milliseconds since some fixed moment. 32 bits: it wraps after 49.7 days, so subtract two
+    // ticks and never compare them.
+    virtual std::uint32_t TickCount() const = 0;
+
+    // Gives the processor away for `milliseconds`. No events arrive inside.
+    virtual void Sleep(int milliseconds) = 0;
+
+    // Handles every event that has arrived, and returns without waiting for more.
+    virtual void DoEvents() = 0;
+};
+
+}  // namespace tamrin

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tamrin {
+
+// Files and folders by UTF-8 path. Both "/" and "\" separate folders where the system allows it.
+// Nothing throws; what fails says so in its answer.
+class Files {
+public:
+    virtual ~Files() = default;
+
+    // Whether a file (not a folder) stands at `path`.
+    virtual bool IsFile(const std::string& path) const = 0;
+
+    // Whether `path` is an existing folder.
+    virtual bool IsFolder(const std::string& path) const = 0;
+
+    // The bytes of a file, or nothing when it cannot be read to its end.
+    virtual std::optional<std::string> Read(const std::string& path) const = 0;
+
+    // Replaces the file by `bytes` as one step: written beside it, flushed to the disk, renamed.
+    // On failure the old file stands as it was, nothing is left beside it, and the answer is false.
+    virtual bool Replace(const std::string& path, std::string_view bytes) = 0;
+
+    // Deletes a file; false when it is still there afterwards.
+    virtual bool Delete(const std::string& path) = 0;
+
+    // Names (without folder) of the files in `folder` whose names end in `extension` (with its full
+    // stop, letter case ignored), in the order in which the system lists them.
+    virtual std::vector<std::string> List(const std::string& folder,
+                                          std::string_view extension) const = 0;
+
+    // The folder in which the program's executable stands, without a final separator.
+    virtual std::string ProgramFolder() const = 0;
+
+    // The folder against which the system resolves a relative path, without a final separator.
+    virtual std::string CurrentFolder() const = 0;
+
+    // The separator that this system prefers: '\\' on Windows, '/' elsewhere.
+    virtual char Separator() const = 0;
+};
+
+}  // namespace tamrin
