@@ -42,8 +42,6 @@ install_packages() {
     for package in "$@"; do
         is_installed "$package" || missing+=("$package")
     done
-    # Debian 13 keeps the conversion from and to code page 932 in a package of its own.
-    iconv -f CP932 -t UTF-8 </dev/null 2>/dev/null || missing+=(libc-gconv-modules-extra)
     [ ${#missing[@]} -gt 0 ] || return 0
 
     echo "Installing: ${missing[*]}"
