@@ -32,6 +32,7 @@ enum class RunEnd {
     kNoBrowser,  // it could not be started
     kBrowserDied,
     kStopped,
+    kTimedOut,  // ended by the watchdog: no page was completed for too long
 };
 
 }  // namespace tamrin
