@@ -7,6 +7,7 @@
 
 #include "platform/document.h"
 #include "platform/geometry.h"
+#include "platform/input.h"
 
 namespace tamrin {
 
@@ -104,6 +105,9 @@ public:
 
     // Opens a new, empty browser window. On failure null, and `why` says in Japanese what to do.
     virtual std::shared_ptr<Browser> Create(std::string& why) = 0;
+
+    // The mouse and the keyboard that reach the window made or brought to the front last.
+    virtual Input& input() = 0;
 };
 
 }  // namespace tamrin
