@@ -117,7 +117,8 @@ TEST_F(PlayTest, StopsInTheMiddleOfAnyWait) {
                                "click\t,id=a,type=href,userwait=500,indt=x"}) {
         PlayerRig rig;
         rig.clock.At(5000, [&] { rig.globals.activity.clear(); });
-        EXPECT_EQ(rig.PlayOn("<a id=a href=u>x</a><input id=b type=button>", {record, "quit\t"}), RunEnd::kStopped);
+        EXPECT_EQ(rig.PlayOn("<a id=a href=u>x</a><input id=b type=button>", {record, "quit\t"}),
+                  RunEnd::kStopped);
         EXPECT_EQ(rig.CallsOnPage(), Calls{}) << record;
         EXPECT_LT(rig.clock.Elapsed(), 5200U) << record;
         EXPECT_EQ(rig.reports.back().outcome, RecordOutcome::kStopped);
