@@ -65,8 +65,8 @@ void ConsoleReport::Record(const RecordReport& report) {
     line(std::to_string(report.row + 1), report.act, Word(report.outcome),
          std::to_string(report.milliseconds));
     output_.flush();
-    record_failed_ |= report.outcome == RecordOutcome::kNotFound ||
-                      report.outcome == RecordOutcome::kInvalid;
+    record_failed_ |=
+        report.outcome == RecordOutcome::kNotFound || report.outcome == RecordOutcome::kInvalid;
 }
 
 ExitCode ConsoleReport::Result(StartUp start, const frmIeAuto& window) const {
