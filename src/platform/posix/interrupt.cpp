@@ -1,6 +1,7 @@
 #include "platform/posix/interrupt.h"
 
 #include <csignal>
+#include <initializer_list>
 
 namespace tamrin {
 namespace {
