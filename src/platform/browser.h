@@ -25,6 +25,9 @@ public:
     // A page could not be opened; `reason` is the browser's own word for why.
     virtual void NavigateError(const std::string& url, const std::string& reason) = 0;
 
+    // The page has not answered for a long time; the window is Busy until it does again.
+    virtual void NotResponding() {}
+
     // The window is closed, its page crashed or the browser ended; `Alive` answers false from now.
     virtual void OnQuit() = 0;
 };
