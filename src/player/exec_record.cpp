@@ -162,9 +162,7 @@ StepResult RecordExecutor::ActOn(const Element& element, const Fields& record) {
 }
 
 StepResult RecordExecutor::SetValue(const Element& element, const Fields& record) {
-    if (!element.Put("value", record.indt)) return Invalid(element, record);
-    element.fireEvent("onchange");
-    return {};
+    return element.Change("value", record.indt) ? StepResult() : Invalid(element, record);
 }
 
 StepResult RecordExecutor::SetChecked(const Element& element, const Fields& record) {
@@ -179,28 +177,25 @@ StepResult RecordExecutor::SetChecked(const Element& element, const Fields& reco
             break;
         }
     }
-    if (!checked || !target.Put("checked", *checked ? "True" : "False")) {
+    if (!checked || !target.Change("checked", *checked ? "True" : "False")) {
         return Invalid(element, record);
     }
-    target.fireEvent("onchange");
     return {};
 }
 
 StepResult RecordExecutor::SetSelected(const Element& element, const Fields& record) {
+    std::string index;
     const auto number = WholeNumber(record.indt);
     if (number && *number >= 0 && *number < LeadingNumber(element.Get("length"))) {
-        const auto index = std::to_string(static_cast<int>(*number));
-        if (!element.Put("selectedIndex", index)) return Invalid(element, record);
+        index = std::to_string(static_cast<int>(*number));
     } else {
         const auto texts = element.OptionTexts();
         // The last of several equal texts is the one that has always been chosen.
         const auto last = std::find(texts.rbegin(), texts.rend(), record.indt);
         if (last == texts.rend()) return Invalid(element, record);
-        const auto index = std::to_string(texts.rend() - last - 1);
-        if (!element.Put("selectedIndex", index)) return Invalid(element, record);
+        index = std::to_string(texts.rend() - last - 1);
     }
-    element.fireEvent("onchange");
-    return {};
+    return element.Change("selectedIndex", index) ? StepResult() : Invalid(element, record);
 }
 
 StepResult RecordExecutor::Click(const Element& element, const Fields& record) {
