@@ -14,6 +14,18 @@
 #include "scenario/record.h"
 
 namespace tamrin {
+namespace {
+
+Element RadioWithValue(const Document& page, std::string_view group, std::string_view value) {
+    for (const Element& button : page.Named(group).by_name) {
+        if (button.value() == value && EqualsIgnoreCase(GetElementType(button), "radio")) {
+            return button;
+        }
+    }
+    return Element();
+}
+
+}  // namespace
 
 std::string RecordExecutor::Expand(std::string_view field, bool as_keys) {
     const auto clipboard = [&] {
@@ -170,12 +182,10 @@ StepResult RecordExecutor::SetChecked(const Element& element, const Fields& reco
     std::optional<bool> checked = TruthValue(record.indt);
     if (!checked && EqualsIgnoreCase(GetElementType(element), "radio")) {
         // Not a state but a value: the button of the group that stands for it.
-        for (const Element& button : browser_->document().Named(element.name()).by_name) {
-            if (button.value() != record.indt) continue;
-            target = button;
-            checked = true;
-            break;
-        }
+        target = FindThroughFrames(browser_->document(), [&](const Document& page) {
+            return RadioWithValue(page, element.name(), record.indt);
+        });
+        if (target) checked = true;
     }
     if (!checked || !target.Change("checked", *checked ? "True" : "False")) {
         return Invalid(element, record);
