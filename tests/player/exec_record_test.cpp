@@ -207,6 +207,11 @@ TEST_F(ExecRecordTest, LeavesAWindowAloneThatDoesNotCoverTheClick) {
               (Calls{"scroll a", "pointer 110,110", "button down", "button up", "pointer 3,4"}));
 }
 
+TEST_F(ExecRecordTest, ClicksASmallElementInItsMiddle) {
+    PlayOn("<input id=a type=submit tiny>", {Line("click_mouse", ",id=a")});
+    EXPECT_EQ(CallsOnPage()[1], "pointer 103,103");
+}
+
 TEST_F(ExecRecordTest, ClicksByMethodWhatHasNoPlaceOnTheScreen) {
     web.has_screen_points = false;
     PlayOn("<input id=a type=submit>", {Line("click_mouse", ",id=a")});

@@ -39,7 +39,7 @@ public:
         while (units > 0) {
             const char* plain = at_;
             const char* last = end_ - at_ > units ? at_ + units : end_;
-            while (at_<last&& static_cast<signed char>(*at_)> 0 && *at_ != '\\' && *at_ != '"')
+            while (at_ < last && static_cast<signed char>(*at_) > 0 && *at_ != '\\' && *at_ != '"')
                 ++at_;
             out_.append(plain, at_);
             units -= at_ - plain;

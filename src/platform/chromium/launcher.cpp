@@ -16,7 +16,7 @@ constexpr const char* kNoAnswer =
 
 }  // namespace
 
-ChromiumLauncher::ChromiumLauncher(Processes& processes, const Files& files, Clock& clock,
+ChromiumLauncher::ChromiumLauncher(Processes& processes, Files& files, Clock& clock,
                                    ChromiumSettings settings)
     : processes_(processes),
       files_(files),

@@ -34,8 +34,7 @@ struct ChromiumSettings {
 // of its own; all windows share it. Dropping the launcher ends it.
 class ChromiumLauncher : public BrowserLauncher, private DevTools::Listener {
 public:
-    ChromiumLauncher(Processes& processes, const Files& files, Clock& clock,
-                     ChromiumSettings settings);
+    ChromiumLauncher(Processes& processes, Files& files, Clock& clock, ChromiumSettings settings);
     ~ChromiumLauncher() override;
 
     ChromiumLauncher(const ChromiumLauncher&) = delete;
@@ -68,7 +67,7 @@ private:
     std::vector<std::shared_ptr<Tab>> Tabs();
 
     Processes& processes_;
-    const Files& files_;
+    Files& files_;
     Clock& clock_;
     const ChromiumSettings settings_;
     std::unique_ptr<BrowserProcess> process_;
