@@ -7,6 +7,7 @@
 
 #include "platform/document.h"
 #include "platform/geometry.h"
+#include "platform/input.h"
 
 namespace tamrin {
 
@@ -23,6 +24,9 @@ public:
 
     // A page could not be opened; `reason` is the browser's own word for why.
     virtual void NavigateError(const std::string& url, const std::string& reason) = 0;
+
+    // The page has not answered for a long time; the window is Busy until it does again.
+    virtual void NotResponding() {}
 
     // The window is closed, its page crashed or the browser ended; `Alive` answers false from now.
     virtual void OnQuit() = 0;
@@ -104,6 +108,9 @@ public:
 
     // Opens a new, empty browser window. On failure null, and `why` says in Japanese what to do.
     virtual std::shared_ptr<Browser> Create(std::string& why) = 0;
+
+    // The mouse and the keyboard that reach the window made or brought to the front last.
+    virtual Input& input() = 0;
 };
 
 }  // namespace tamrin

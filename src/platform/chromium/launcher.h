@@ -1,1 +1,83 @@
 #pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/browser.h"
+#include "platform/chromium/browser_process.h"
+#include "platform/chromium/chromium_browser.h"
+#include "platform/chromium/chromium_input.h"
+#include "platform/chromium/devtools.h"
+#include "platform/chromium/tab.h"
+#include "platform/clock.h"
+#include "platform/files.h"
+#include "platform/process.h"
+
+namespace tamrin {
+
+struct ChromiumSettings {
+    std::string executable;  // the browser's path or name; "" to look for one
+    // Asked about every 50 ms while the program waits for the browser: true ends the wait. Null:
+    // never.
+    std::function<bool()> stop_requested;
+    int start_limit_ms = 30000;   // how long the browser may take to start
+    int answer_limit_ms = 30000;  // how long a page may take to answer before it counts as hung
+};
+
+// Windows of Chromium, Chrome or Edge. The browser is started for the first window, with a profile
+// of its own; all windows share it. Dropping the launcher ends it.
+class ChromiumLauncher : public BrowserLauncher, private DevTools::Listener {
+public:
+    ChromiumLauncher(Processes& processes, const Files& files, Clock& clock,
+                     ChromiumSettings settings);
+    ~ChromiumLauncher() override;
+
+    ChromiumLauncher(const ChromiumLauncher&) = delete;
+    ChromiumLauncher& operator=(const ChromiumLauncher&) = delete;
+
+    std::shared_ptr<Browser> Create(std::string& why) override;
+    Input& input() override { return input_; }
+
+    // Handles what has arrived from the browser and calls the subscribers. To be called by
+    // Clock::DoEvents; never waits.
+    void DeliverEvents();
+
+    // The shown page as the bytes of a PNG file; nothing when there is none.
+    std::optional<std::string> Picture();
+
+    // How often the program has waited for an answer of the browser.
+    std::uint64_t RoundTrips() const;
+
+private:
+    bool Wants(std::string_view method) const override;
+    void OnEvent(const std::string& session, std::string_view method,
+                 const nlohmann::json& params) override;
+    void OnClosed() override;
+
+    bool StartBrowser(std::string& why);
+    std::string FirstTarget();
+    std::string NewTarget();
+    std::shared_ptr<Tab> Attach(const std::string& target);
+    void BringToFront(const std::shared_ptr<Tab>& tab);
+    std::vector<std::shared_ptr<Tab>> Tabs();
+
+    Processes& processes_;
+    const Files& files_;
+    Clock& clock_;
+    const ChromiumSettings settings_;
+    std::unique_ptr<BrowserProcess> process_;
+    std::shared_ptr<DevTools> devtools_;
+    std::vector<std::weak_ptr<Tab>> tabs_;
+    std::vector<std::weak_ptr<ChromiumBrowser>> browsers_;
+    std::weak_ptr<Tab> front_;
+    bool in_front_ = false;  // whether the browser shows that tab, as far as is known
+    bool first_taken_ = false;
+    ChromiumInput input_;
+};
+
+}  // namespace tamrin

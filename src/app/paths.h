@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "platform/files.h"
+
+namespace tamrin {
+
+// Paths and words as the command line and the settings hold them. "Blank" is an ASCII space or the
+// full-width space U+3000.
+
+// Keeps the first blank of each run of blanks and drops the others.
+std::string CollapseBlanks(std::string_view text);
+
+// A text without the blanks around it.
+std::string_view TrimBlankRuns(std::string_view text);
+
+// A text without the blanks around it and, when double quotes enclose the rest, without these.
+std::string StripQuotes(std::string_view text);
+
+// The absolute path of a relative one (beginning with ".\" or "..", or without a drive, "\\" or,
+// on systems that have it, "/" in front) against the folder `base`. An absolute path is answered as
+// it is. With an empty `base` the system's current folder counts.
+std::string ResolvePath(std::string_view path, std::string_view base, const Files& files);
+
+// Whether a text names an existing file, relative to the program's folder; quotes around it do not
+// matter. An empty text names none.
+bool IsExistingFile(std::string_view text, const Files& files);
+
+// What stands behind the last backslash; the whole text when there is none.
+std::string_view FileNameOf(std::string_view path);
+
+}  // namespace tamrin

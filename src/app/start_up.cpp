@@ -1,0 +1,92 @@
+#include "app/frm_ie_auto.h"
+#include "app/paths.h"
+#include "app/settings.h"
+#include "app/version.h"
+#include "scenario/scenario_text.h"
+
+namespace tamrin {
+
+StartUp frmIeAuto::Form_Load(const std::string& command_line) {
+    platform_.processes.RaisePriority();
+    globals_.twips_per_pixel_x = platform_.windows.TwipsPerPixelX();
+    globals_.twips_per_pixel_y = platform_.windows.TwipsPerPixelY();
+    globals_.version_text =
+        VersionText(TAMRIN_VERSION_MAJOR, TAMRIN_VERSION_MINOR, TAMRIN_VERSION_PATCH);
+    MyTitle("");
+    SetDefaultConf(globals_.settings, platform_.windows.Screen());
+    OptionsLoad(globals_.options, platform_.files, platform_.codec);
+    ApplyConf();
+    controls_.lstDtList.SetTabStops({10});
+    controls_.lstDetail.SetTabStops({18, 30, 40});
+    controls_.Timer1.SetEnabled(true);
+    form_->SetVisible(true);
+
+    const StartUp result = ProcessCommandLine(command_line);
+    if (result == StartUp::kParameterError) return result;
+    SetMode("play check", true);
+    if (globals_.auto_play) cmdPlay_Click();
+    return result;
+}
+
+void frmIeAuto::ApplyConf() {
+    const Settings& settings = globals_.settings;
+    form_->SetPlace({settings.form_left, settings.form_top,
+                     settings.form_right - settings.form_left,
+                     settings.form_bottom - settings.form_top});
+    controls_.mnuTaskTray.SetChecked(settings.tasktray);
+    controls_.mnuRepeat.SetText("再生回数変更：現在値 " + std::to_string(settings.play_count) +
+                                " 回");
+    Control* const options[] = {&controls_.optDispNothing, &controls_.optDispTags,
+                                &controls_.optDispFiles};
+    if (settings.disp >= 0 && settings.disp < 3) options[settings.disp]->SetChecked(true);
+}
+
+StartUp frmIeAuto::ProcessCommandLine(std::string command_line) {
+    if (IsExistingFile(StripQuotes(command_line), platform_.files)) {
+        globals_.current_file = command_line;
+        command_line = "-a " + command_line;
+    }
+    for (const Switch& item : SplitSwitches(command_line)) {
+        if (item.name == "auto" || item.name == "a") {
+            const StartUp result = LoadFromSwitch(item);
+            if (result != StartUp::kDone) return result;
+        } else if (item.name == "stream") {
+            StreamFromSwitch(item);
+        } else if (item.name == "tasktray") {
+            controls_.mnuTaskTray.SetChecked(true);
+        } else if (item.name == "close" || item.name == "c") {
+            globals_.close_after_play = true;
+        } else if (item.name == "browser") {
+            globals_.options.browser_path =
+                ResolvePath(StripQuotes(SwitchValue(item)), "", platform_.files);
+        }
+    }
+    return StartUp::kDone;
+}
+
+StartUp frmIeAuto::LoadFromSwitch(const Switch& item) {
+    if (item.second.empty()) {
+        ShowMessage(item.name + "の第二パラメータ（ファイル名）がありません！", "パラメータエラー");
+        return StartUp::kParameterError;
+    }
+    const std::string value = StripQuotes(SwitchValue(item));
+    const std::string path = ResolvePath(value, "", platform_.files);
+    if (!IsExistingFile(path, platform_.files)) {
+        ShowMessage(item.name + "\r\n" + value + "\r\nのファイルが存在しません。", "");
+        return StartUp::kNoScenario;
+    }
+    if (!LoadScenario(path)) return StartUp::kNoScenario;
+    globals_.auto_play = true;
+    return StartUp::kDone;
+}
+
+void frmIeAuto::StreamFromSwitch(const Switch& item) {
+    controls_.lstDtList.SetLines(ScenarioTextLines(DecodeStream(item.second)));
+    globals_.current_file = "stream";
+    controls_.txtUrl.SetText("stream");
+    globals_.auto_play = true;
+    globals_.close_after_play = true;
+    controls_.mnuTaskTray.SetChecked(true);
+}
+
+}  // namespace tamrin

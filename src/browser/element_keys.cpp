@@ -1,0 +1,73 @@
+#include "browser/element_keys.h"
+
+#include <charconv>
+
+#include "platform/text.h"
+
+namespace tamrin {
+
+std::string GetElementId(const Element& element) {
+    std::string id = element.id();
+    return id.empty() ? element.name() : id;
+}
+
+std::string GetElementType(const Element& element) {
+    if (auto type = element.getAttribute("type")) return *std::move(type);
+    return GetHref(element).empty() ? std::string() : "href";
+}
+
+std::string GetValue(const Element& element) {
+    std::string value = element.value();
+    return value.empty() ? GetAttr(element, "alt") : value;
+}
+
+std::string GetAttr(const Element& element, std::string_view attribute) {
+    return element.getAttribute(attribute).value_or(std::string());
+}
+
+std::string GetHref(const Element& element) { return GetAttr(element, "href"); }
+
+std::string GetElementName(const Element& element) { return element.name(); }
+
+std::string GetTagName(const Element& element) { return element.tagName(); }
+
+std::string GetFormName(const Element& element) {
+    std::string name = element.form().name();
+    if (name.empty()) {
+        const Element parent = element.parentElement();
+        if (parent.tagName() == "FORM") name = parent.id();
+    }
+    // A form with a field called "name" (or "id") answers that field in place of its own name.
+    return name == "[object]" ? std::string() : name;
+}
+
+std::string GetDisplayValue(const Element& element) {
+    const std::string type = GetElementType(element);
+    if (EqualsIgnoreCase(type, "select-one")) {
+        const std::string index_text = element.selectedIndex();
+        int index = -1;
+        std::from_chars(index_text.data(), index_text.data() + index_text.size(), index);
+        auto texts = element.OptionTexts();
+        const bool chosen = index >= 0 && index < static_cast<int>(texts.size());
+        return chosen ? std::move(texts[index]) : std::string();
+    }
+    if (EqualsIgnoreCase(type, "radio")) return element.checked();
+    return GetValue(element);
+}
+
+Document GetFrameDocument(const Document& document, std::string_view frame_name) {
+    for (const Frame& frame : document.frames()) {
+        if (frame_name.empty() || frame.name == frame_name ||
+            EqualsIgnoreCase(frame.element.id(), frame_name)) {
+            return frame.document;
+        }
+    }
+    return Document();
+}
+
+bool IsFrameElement(const Element& element) {
+    const std::string tag = element.tagName();
+    return EqualsIgnoreCase(tag, "IFRAME") || EqualsIgnoreCase(tag, "FRAME");
+}
+
+}  // namespace tamrin

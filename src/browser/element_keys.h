@@ -1,0 +1,42 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "platform/document.h"
+
+namespace tamrin {
+
+// What a record keeps of an element. Every reader answers an empty text for what is absent, Null,
+// refused or gone.
+
+// The element's id, or its name when it has no id.
+std::string GetElementId(const Element& element);
+
+// The attribute "type"; without one "href" for an element with a non-empty href, else empty.
+std::string GetElementType(const Element& element);
+
+// The element's value, or its attribute "alt" when the value is empty.
+std::string GetValue(const Element& element);
+
+std::string GetAttr(const Element& element, std::string_view attribute);
+std::string GetHref(const Element& element);
+std::string GetElementName(const Element& element);
+std::string GetTagName(const Element& element);
+
+// The name of the element's form. Where that is empty and the element stands directly in a FORM,
+// that form's id.
+std::string GetFormName(const Element& element);
+
+// What the page shows as the element's value: the text of the chosen option, the state of a radio
+// button ("True" or "False"), otherwise GetValue.
+std::string GetDisplayValue(const Element& element);
+
+// The document of the frame with that name; of the first frame when the name is empty. Null when
+// there is none or its page cannot be reached.
+Document GetFrameDocument(const Document& document, std::string_view frame_name);
+
+// Whether the element is an IFRAME or FRAME.
+bool IsFrameElement(const Element& element);
+
+}  // namespace tamrin

@@ -1,0 +1,77 @@
+#include "browser/find_link.h"
+
+#include "browser/element_keys.h"
+#include "platform/text.h"
+
+namespace tamrin {
+namespace {
+
+void CountByHref(const std::vector<Element>& links, std::string_view target, LinkMatch& match) {
+    for (const Element& link : links) {
+        const std::string href = GetHref(link);
+        if (href.empty() || !EqualsIgnoreCase(href, target)) continue;
+        ++match.count;
+        match.link = link;
+    }
+}
+
+// A link's text without the white space around it, as the page shows it.
+std::string_view Trimmed(std::string_view text) {
+    constexpr std::string_view kWhite = " \t\r\n";
+    const auto first = text.find_first_not_of(kWhite);
+    if (first == std::string_view::npos) return {};
+    return text.substr(first, text.find_last_not_of(kWhite) - first + 1);
+}
+
+void TakeFirstByText(const std::vector<Element>& links, std::string_view target, LinkMatch& match) {
+    for (const Element& link : links) {
+        if (!EqualsIgnoreCase(Trimmed(link.innerText()), Trimmed(target))) continue;
+        match.count = 1;
+        match.link = link;
+        return;
+    }
+}
+
+// Answers the frame element that holds the match.
+Element CountInFrames(const Document& document, std::string_view target, LinkMatch& match) {
+    Element holder;
+    for (const Frame& frame : document.frames()) {
+        const int before = match.count;
+        CountByHref(frame.document.links(), target, match);
+        if (match.count > before) holder = frame.element;
+    }
+    return holder;
+}
+
+}  // namespace
+
+bool IsFullUrl(std::string_view text) {
+    return text.starts_with("https://") || text.starts_with("http://") ||
+           text.starts_with("ftp://");
+}
+
+LinkMatch FindLinkByHref(const Document& document, std::string_view target) {
+    LinkMatch match;
+    const std::vector<Element> links = document.links();
+    if (IsFullUrl(target)) {
+        CountByHref(links, target, match);
+    } else {
+        TakeFirstByText(links, target, match);
+    }
+    Element holder;
+    if (match.count == 0) holder = CountInFrames(document, target, match);
+    if (match.count != 1) return match;
+
+    match.link.scrollIntoView();
+    match.rect = match.link.getBoundingClientRect();
+    if (match.rect && holder) {
+        const Rect outer = holder.getBoundingClientRect().value_or(Rect());
+        match.rect->left += outer.left;
+        match.rect->top += outer.top;
+        match.rect->right += outer.left;
+        match.rect->bottom += outer.top;
+    }
+    return match;
+}
+
+}  // namespace tamrin

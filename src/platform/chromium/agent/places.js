@@ -1,0 +1,54 @@
+// Where an element stands in its own viewport, in CSS pixels: its edges, and the corner at which
+// it begins to be seen (of a link that is broken into lines, that of its first line). All null when
+// it is not displayed.
+const addPlace = (packer, e) => {
+    const rects = clientRects(e);
+    if (rects.length === 0) {
+        for (let i = 0; i < 6; ++i) packer.add(null);
+        return;
+    }
+    const all = boundingRect(e);
+    const first = Array.prototype.find.call(rects, (r) => r.width > 0 && r.height > 0) ?? all;
+    for (const edge of [all.left, all.top, all.right, all.bottom, first.left, first.top]) {
+        packer.add(String(edge));
+    }
+};
+
+// Where this viewport stands: how many frames up the climb came before a page of another site or
+// the top, the offset in there, whether that is the top, and if so its place on the screen (CSS
+// pixels of the screen, and screen pixels to one of them).
+const addViewport = (packer) => {
+    let x = 0, y = 0, levels = 0, w = window;
+    for (let frame = w.frameElement; frame; frame = w.frameElement) {
+        const [left, top] = contentCorner(frame);
+        x += left;
+        y += top;
+        ++levels;
+        w = w.parent;
+    }
+    const is_top = w.parent === w;
+    packer.add(String(levels));
+    packer.add(String(x));
+    packer.add(String(y));
+    packer.add(is_top ? '1' : '');
+    packer.add(is_top ? String(w.screenX + (w.outerWidth - w.innerWidth) / 2) : '');
+    packer.add(is_top ? String(w.screenY + w.outerHeight - w.innerHeight) : '');
+    packer.add(is_top ? String(w.devicePixelRatio) : '');
+};
+
+// The corner of a frame's page in the viewport of the page that holds the frame.
+const contentCorner = (frame) => {
+    const rect = boundingRect(frame);
+    const style = frame.ownerDocument.defaultView.getComputedStyle(frame);
+    return [
+        rect.left + frame.clientLeft + (parseFloat(style.paddingLeft) || 0),
+        rect.top + frame.clientTop + (parseFloat(style.paddingTop) || 0),
+    ];
+};
+
+const packPlace = (e) => {
+    const packer = new Packer();
+    addViewport(packer);
+    addPlace(packer, e);
+    return packer.toString();
+};

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/browser.h"
+#include "platform/chromium/chromium_document.h"
+#include "platform/chromium/tab.h"
+
+namespace tamrin {
+
+// A window of the browser. It stays with the tab that it was made for: pages that open in new
+// windows are not its own, as with the automation model of old.
+class ChromiumBrowser : public Browser {
+public:
+    // `bring_to_front` makes the tab the one that input reaches.
+    ChromiumBrowser(std::shared_ptr<Tab> tab, std::function<void()> bring_to_front)
+        : tab_(std::move(tab)), bring_to_front_(std::move(bring_to_front)) {}
+
+    bool Navigate(const std::string& address) override;
+    void Quit() override;
+    bool Busy() override { return tab_->Busy(); }
+    int ReadyState() override { return tab_->ReadyState(); }
+    bool Alive() override { return tab_->Alive(); }
+    Document document() override;
+    // A window of this browser is always shown.
+    void SetVisible(bool /*visible*/) override {}
+    void SetPlace(const WindowPlace& place) override { tab_->SetPlace(place); }
+    // Its bars are fixed.
+    void SetBars(const WindowBars& /*bars*/) override {}
+    void SetForeground() override { bring_to_front_(); }
+    std::optional<ScreenPoint> ElementScreenPoint(const Element& element) override;
+    std::unique_ptr<Connection> Connect(BrowserEvents& events) override;
+
+    // Tells the subscribers what has happened since the last time.
+    void DeliverEvents();
+
+private:
+    class Subscription;
+    // Shared with the subscriptions, which may outlive the browser.
+    using Subscribers = std::vector<BrowserEvents*>;
+
+    void Tell(const Tab::Notice& notice);
+
+    std::shared_ptr<Tab> tab_;
+    std::function<void()> bring_to_front_;
+    std::shared_ptr<ChromiumDocument> document_;  // of the last answer
+    std::shared_ptr<Subscribers> subscribers_ = std::make_shared<Subscribers>();
+};
+
+}  // namespace tamrin

@@ -1,0 +1,79 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "platform/chromium/element_list.h"
+#include "platform/chromium/field_block.h"
+#include "platform/chromium/tab.h"
+#include "platform/document.h"
+
+namespace tamrin {
+
+// One page of a tab, known by the context of its page agent. When the page goes, so does the
+// context, and every answer is empty from then on.
+class ChromiumDocument : public DocumentObject,
+                         public std::enable_shared_from_this<ChromiumDocument> {
+public:
+    // `position` is the page's place among the frames, "" for the top page and ".0.2" for the third
+    // frame of the first frame; `holder` is the element that holds the frame.
+    ChromiumDocument(std::shared_ptr<Tab> tab, std::string agent, std::string position = {},
+                     std::shared_ptr<ChromiumElement> holder = nullptr);
+
+    std::string url() override;
+    bool hasFocus() override;
+    Element activeElement() override;
+    std::vector<Element> getElementsByTagName(std::string_view tag) override;
+    NamedElements Named(std::string_view name) override;
+    std::vector<Element> links() override;
+    std::vector<Frame> frames() override;
+
+    // For the elements of this page.
+
+    Tab& tab() const { return *tab_; }
+    const std::string& agent() const { return agent_; }
+
+    // Whether the page is still there.
+    bool Exists() const;
+
+    AgentAnswer Run(std::string expression, bool gesture = false) const;
+
+    // The element that a call of the agent answers, null when there is none.
+    Element One(std::string expression);
+
+    // Notes a write to an element, and tells whether there was one since a moment of the tab.
+    void NoteWrite(int number);
+    bool WrittenSince(int number, std::uint64_t moment) const;
+
+    // The place of an element as the agent has just told it, kept until something may have changed
+    // it. Null when there is none.
+    void KeepPlace(int number, FieldBlock place);
+    const FieldBlock* KeptPlace(int number) const;
+
+    // The screen point of a point of this page's viewport, which is described in `fields` from
+    // `viewport` on.
+    std::optional<ScreenPoint> ToScreen(const FieldBlock& fields, std::size_t viewport, double x,
+                                        double y) const;
+
+private:
+    std::vector<Element> Collection(std::string expression, ElementList::Kind kind);
+    // The agent of a frame by its position; "" when its page cannot be reached.
+    Document FrameDocument(const std::vector<std::pair<std::string, std::string>>& agents,
+                           const std::string& position, std::shared_ptr<ChromiumElement> holder);
+
+    std::shared_ptr<Tab> tab_;
+    const std::string agent_;
+    const std::string position_;
+    const std::shared_ptr<ChromiumElement> holder_;
+    std::unordered_map<int, std::uint64_t> written_;
+    FieldBlock place_;
+    int place_number_ = -1;
+    std::uint64_t place_moment_ = 0;
+};
+
+}  // namespace tamrin

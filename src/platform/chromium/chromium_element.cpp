@@ -1,0 +1,226 @@
+#include "platform/chromium/chromium_element.h"
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+
+#include "platform/chromium/chromium_document.h"
+#include "platform/chromium/element_list.h"
+
+namespace tamrin {
+namespace {
+
+using nlohmann::json;
+
+// What a lookup tells, by the names under which it is read. Those from kChecked on are told by
+// Named alone.
+struct KnownName {
+    std::string_view name;
+    std::size_t key;
+};
+constexpr KnownName kProperties[] = {
+    {"id", ElementList::kId},
+    {"name", ElementList::kName},
+    {"tagName", ElementList::kTagName},
+    {"value", ElementList::kValue},
+    {"href", ElementList::kHref},
+    {"checked", ElementList::kChecked},
+    {"selectedIndex", ElementList::kSelectedIndex},
+    {"length", ElementList::kLength},
+};
+constexpr KnownName kAttributes[] = {
+    {"type", ElementList::kType},
+    {"alt", ElementList::kAlt},
+    {"onclick", ElementList::kOnclick},
+    {"href", ElementList::kHref},
+};
+
+std::string Quoted(std::string_view text) {
+    return json(text).dump(-1, ' ', false, json::error_handler_t::replace);
+}
+
+// The browser takes full paths only.
+std::string FullPath(std::string_view path, const Files& files) {
+    const bool is_full =
+        path.starts_with('/') || path.starts_with('\\') || (path.size() > 1 && path[1] == ':');
+    if (path.empty() || is_full) return std::string(path);
+    return files.CurrentFolder() + files.Separator() + std::string(path);
+}
+
+std::string EventType(std::string_view event) {
+    if (event.starts_with("on")) event.remove_prefix(2);
+    std::string type(event);
+    std::transform(type.begin(), type.end(), type.begin(),
+                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+    return type;
+}
+
+}  // namespace
+
+ChromiumDocument& ChromiumElement::document() const { return list_.document(); }
+
+int ChromiumElement::number() const {
+    return list_.fields().Int(list_.Field(row_, ElementList::kNumber));
+}
+
+std::string ChromiumElement::Expression(std::string_view function, Arguments arguments) const {
+    std::string expression = "tamrin.of(" + std::to_string(number());
+    expression += ",'";
+    expression += function;
+    expression += '\'';
+    for (const std::string_view argument : arguments) {
+        expression += ',';
+        expression += Quoted(argument);
+    }
+    expression += ')';
+    return expression;
+}
+
+AgentAnswer ChromiumElement::Run(std::string_view function, Arguments arguments) const {
+    return document().Run(Expression(function, arguments));
+}
+
+bool ChromiumElement::KeysHold() const {
+    return document().Exists() && !document().WrittenSince(number(), list_.moment());
+}
+
+bool ChromiumElement::StateHolds() const {
+    return document().Exists() && document().tab().moment() == list_.moment();
+}
+
+std::optional<std::size_t> ChromiumElement::KnownField(std::string_view property) const {
+    if (property == "innerText" && list_.kind() == ElementList::Kind::kLinks && KeysHold()) {
+        return list_.Field(row_, ElementList::kInnerText);
+    }
+    for (const KnownName& known : kProperties) {
+        if (known.name != property) continue;
+        const bool is_state = known.key >= ElementList::kKeys;
+        if (is_state && list_.kind() != ElementList::Kind::kNamed) break;
+        if (is_state ? StateHolds() : KeysHold()) return list_.Field(row_, known.key);
+    }
+    return std::nullopt;
+}
+
+std::string ChromiumElement::Get(std::string_view property) {
+    if (const auto field = KnownField(property)) return std::string(list_.fields().Text(*field));
+    return std::string(Run("get", {property}).fields.Text(0));
+}
+
+std::optional<std::string> ChromiumElement::getAttribute(std::string_view name) {
+    for (const KnownName& known : kAttributes) {
+        if (known.name == name && KeysHold()) {
+            return list_.fields().Optional(list_.Field(row_, known.key));
+        }
+    }
+    return Run("attribute", {name}).fields.Optional(0);
+}
+
+Element ChromiumElement::parentElement() { return document().One(Expression("parent")); }
+
+Element ChromiumElement::form() { return document().One(Expression("form")); }
+
+std::vector<std::string> ChromiumElement::OptionTexts() {
+    const FieldBlock fields = Run("options").fields;
+    std::vector<std::string> texts;
+    for (std::size_t i = 1; i < fields.size(); ++i) texts.emplace_back(fields.Text(i));
+    return texts;
+}
+
+bool ChromiumElement::Act(std::string_view function, Arguments arguments) {
+    document().NoteWrite(number());
+    const AgentAnswer answer = document().Run(Expression(function, arguments), true);
+    document().tab().NextMoment();
+    return answer ? !answer.fields.Text(0).empty()
+                  : answer.end == DevToolsReply::End::kCutShort && document().tab().dialog();
+}
+
+bool ChromiumElement::Put(std::string_view property, std::string_view value) {
+    if (property == "value" && getAttribute("type") == "file") return PutFile(value);
+    return Act("put", {property, value});
+}
+
+bool ChromiumElement::PutFile(std::string_view path) {
+    Tab& tab = document().tab();
+    const std::string& agent = document().agent();
+    const std::string full = FullPath(path, tab.files());
+    if (!tab.files().IsFile(full) || !document().Exists()) return false;
+    document().NoteWrite(number());
+    const json found =
+        tab.Call("Runtime.evaluate",
+                 {{"expression", "tamrin.fileInput(" + std::to_string(number()) + ")"},
+                  {"uniqueContextId", agent}},
+                 agent)
+            .Result();
+    const json::json_pointer object_id("/result/objectId");
+    if (!found.contains(object_id)) return false;
+    const json id = found[object_id];
+    const auto done =
+        tab.Call("DOM.setFileInputFiles", {{"files", {full}}, {"objectId", id}}, agent);
+    tab.Post("Runtime.releaseObject", {{"objectId", id}});
+    tab.NextMoment();
+    return done.end == DevToolsReply::End::kAnswered || tab.dialog();
+}
+
+bool ChromiumElement::fireEvent(std::string_view event) {
+    const std::string type = EventType(event);
+    if (type == "click") document().tab().MarkFired(document().agent());
+    return Act("fire", {type});
+}
+
+bool ChromiumElement::click() {
+    Tab& tab = document().tab();
+    if (tab.dialog() && document().Exists()) {
+        // The page is held up by what the click before has opened; this one follows it.
+        document().NoteWrite(number());
+        tab.RunLater(document().agent(), Expression("click"));
+        return true;
+    }
+    return Act("click", {});
+}
+
+void ChromiumElement::scrollIntoView() {
+    AgentAnswer answer = Run("scroll");
+    if (!answer) return;
+    document().tab().NextMoment();
+    document().KeepPlace(number(), std::move(answer.fields));
+}
+
+std::optional<Rect> ChromiumElement::getBoundingClientRect() {
+    const auto read = [](const FieldBlock& fields, std::size_t at) -> std::optional<Rect> {
+        if (fields.IsNull(at)) return std::nullopt;
+        return Rect{fields.Number(at), fields.Number(at + 1), fields.Number(at + 2),
+                    fields.Number(at + 3)};
+    };
+    if (list_.kind() == ElementList::Kind::kNamed && StateHolds()) {
+        return read(list_.fields(), list_.Field(row_, ElementList::kPlace));
+    }
+    if (const FieldBlock* kept = document().KeptPlace(number())) {
+        return read(*kept, ElementList::kViewport);
+    }
+    return read(Run("place").fields, ElementList::kViewport);
+}
+
+std::optional<ScreenPoint> ChromiumElement::ToScreen() {
+    const auto convert = [this](const FieldBlock& fields, std::size_t viewport,
+                                std::size_t place) -> std::optional<ScreenPoint> {
+        if (fields.IsNull(place)) return std::nullopt;
+        return document().ToScreen(fields, viewport, fields.Number(place + 4),
+                                   fields.Number(place + 5));
+    };
+    if (list_.kind() == ElementList::Kind::kNamed && StateHolds()) {
+        return convert(list_.fields(), 3, list_.Field(row_, ElementList::kPlace));
+    }
+    if (const FieldBlock* kept = document().KeptPlace(number())) {
+        return convert(*kept, 0, ElementList::kViewport);
+    }
+    return convert(Run("place").fields, 0, ElementList::kViewport);
+}
+
+FieldBlock ChromiumElement::ContentCorner() const { return Run("content").fields; }
+
+bool ChromiumElement::Same(const ElementObject& other) const {
+    const auto* element = dynamic_cast<const ChromiumElement*>(&other);
+    return element && element->number() == number() &&
+           element->document().agent() == document().agent();
+}
+
+}  // namespace tamrin

@@ -1,0 +1,236 @@
+#include "platform/chromium/devtools.h"
+
+#include <algorithm>
+#include <charconv>
+#include <nlohmann/json.hpp>
+
+#include "platform/chromium/devtools_socket.h"
+
+namespace tamrin {
+namespace {
+
+using nlohmann::json;
+
+// How long a waiting call goes without asking whether it is to stop.
+constexpr int kStopCheckMs = 50;
+
+// The browser writes messages in one way only: {"id":1,"result":... and {"method":"X","params":...
+constexpr std::string_view kReplyStart = R"({"id":)";
+constexpr std::string_view kEventStart = R"({"method":")";
+constexpr std::string_view kResult = R"(,"result":)";
+
+bool IsHex4(std::string_view text) {
+    return text.size() >= 4 && std::all_of(text.begin(), text.begin() + 4,
+                                           [](unsigned char c) { return std::isxdigit(c) != 0; });
+}
+
+// A page's text may hold half of a surrogate pair, which arrives as an escape that is no character
+// of JSON. Overwrites each with U+FFFD.
+void MendSurrogates(std::string& message) {
+    for (std::size_t i = 0; i + 6 <= message.size(); ++i) {
+        if (message[i] != '\\') continue;
+        const std::string_view escape(message.data() + i, message.size() - i);
+        if (escape[1] != 'u' || !IsHex4(escape.substr(2))) {
+            ++i;
+            continue;
+        }
+        const auto kind = [](std::string_view unit) {
+            unsigned value = 0;
+            std::from_chars(unit.data() + 2, unit.data() + 6, value, 16);
+            return value >> 10;
+        };
+        constexpr unsigned kHigh = 0xD800 >> 10;
+        constexpr unsigned kLow = 0xDC00 >> 10;
+        const std::string_view next = escape.substr(6);
+        if (kind(escape) == kHigh && next.starts_with("\\u") && IsHex4(next.substr(2)) &&
+            kind(next) == kLow) {
+            i += 11;
+        } else if (kind(escape) == kHigh || kind(escape) == kLow) {
+            message.replace(i, 6, "\\ufffd");
+            i += 5;
+        } else {
+            i += 5;
+        }
+    }
+}
+
+json ParseMessage(std::string& message) {
+    json parsed = json::parse(message, nullptr, false);
+    if (!parsed.is_discarded()) return parsed;
+    MendSurrogates(message);
+    return json::parse(message, nullptr, false);
+}
+
+}  // namespace
+
+json DevToolsReply::Result() const {
+    if (end != End::kAnswered) return nullptr;
+    std::string copy = message;
+    const json parsed = ParseMessage(copy);
+    const auto result = parsed.is_object() ? parsed.find("result") : parsed.end();
+    return result != parsed.end() ? *result : json();
+}
+
+DevTools::DevTools(const Clock& clock, Patience patience)
+    : clock_(clock), patience_(std::move(patience)) {}
+DevTools::~DevTools() = default;
+
+bool DevTools::Connect(unsigned short port, const std::string& path, int limit_ms) {
+    using State = DevToolsSocket::State;
+    socket_ = std::make_unique<DevToolsSocket>(port, path);
+    const std::uint32_t start = clock_.TickCount();
+    while (socket_->state() == State::kConnecting &&
+           clock_.TickCount() - start < static_cast<std::uint32_t>(limit_ms)) {
+        socket_->Wait(kStopCheckMs);
+    }
+    closed_ = socket_->state() != State::kOpen;
+    if (closed_) socket_.reset();
+    return !closed_;
+}
+
+void DevTools::Close() {
+    listener_ = nullptr;
+    EndAll();
+    socket_.reset();
+}
+
+bool DevTools::IsOpen() const { return !closed_; }
+
+int DevTools::Send(const std::string& session, std::string_view method, const json& params) {
+    const int id = ++last_id_;
+    if (closed_) return id;
+    json message{{"id", id}, {"method", method}, {"params", params}};
+    if (!session.empty()) message["sessionId"] = session;
+    socket_->Send(message.dump(-1, ' ', false, json::error_handler_t::replace));
+    return id;
+}
+
+void DevTools::Post(const std::string& session, std::string_view method, const json& params) {
+    Send(session, method, params);
+    if (!closed_) socket_->Wait(0);
+}
+
+void DevTools::Ask(const std::string& session, std::string_view method, const json& params,
+                   std::function<void(const DevToolsReply&)> on_reply) {
+    if (closed_) return;
+    const int id = Send(session, method, params);
+    pending_[id] = {session, std::move(on_reply), false, {}};
+    socket_->Wait(0);
+}
+
+int DevTools::Begin(const std::string& session, std::string_view method, const json& params) {
+    const int id = Send(session, method, params);
+    pending_[id] = {session, nullptr, closed_, {}};
+    return id;
+}
+
+std::vector<DevToolsReply> DevTools::Await(const std::vector<int>& calls) {
+    std::vector<DevToolsReply> replies;
+    bool waited = false;
+    for (const int id : calls) {
+        const auto call = pending_.find(id);
+        if (!call->second.done) {
+            waited = true;
+            WaitFor(call->second);
+        }
+        replies.push_back(std::move(call->second.reply));
+        pending_.erase(call);
+    }
+    round_trips_ += waited ? 1 : 0;
+    return replies;
+}
+
+DevToolsReply DevTools::Call(const std::string& session, std::string_view method,
+                             const json& params) {
+    return std::move(Await({Begin(session, method, params)}).front());
+}
+
+void DevTools::WaitFor(Pending& call) {
+    const std::uint32_t start = clock_.TickCount();
+    std::uint32_t asked = start;
+    HandleArrived();
+    while (!call.done) {
+        socket_->Wait(kStopCheckMs);
+        HandleArrived();
+        if (call.done) return;
+        const std::uint32_t now = clock_.TickCount();
+        if (now - start >= static_cast<std::uint32_t>(patience_.limit_ms)) {
+            call.reply.end = DevToolsReply::End::kLate;
+            return;
+        }
+        if (now - asked < kStopCheckMs || !patience_.stop_requested) continue;
+        asked = now;
+        if (patience_.stop_requested()) {
+            call.reply.end = DevToolsReply::End::kStopped;
+            return;
+        }
+    }
+}
+
+void DevTools::CutShort(std::string_view session) {
+    for (auto& [id, call] : pending_) {
+        if (call.on_reply || call.done || call.session != session) continue;
+        call.done = true;
+        call.reply.end = DevToolsReply::End::kCutShort;
+    }
+}
+
+void DevTools::Poll() {
+    if (closed_) return;
+    socket_->Wait(0);
+    HandleArrived();
+}
+
+void DevTools::HandleArrived() {
+    std::string message;
+    while (socket_ && socket_->Next(message)) Handle(message);
+    if (closed_ || socket_->state() == DevToolsSocket::State::kOpen) return;
+    EndAll();
+    if (listener_) listener_->OnClosed();
+}
+
+void DevTools::Handle(std::string& message) {
+    const std::string_view text = message;
+    if (text.starts_with(kEventStart)) return HandleEvent(message);
+    if (!text.starts_with(kReplyStart)) return;
+    int id = 0;
+    const char* end = text.data() + text.size();
+    const auto [after, error] = std::from_chars(text.data() + kReplyStart.size(), end, id);
+    const std::string_view rest(after, static_cast<std::size_t>(end - after));
+    if (error == std::errc()) HandleReply(id, rest.starts_with(kResult), message);
+}
+
+void DevTools::HandleReply(int id, bool answered, std::string& message) {
+    const auto call = pending_.find(id);
+    if (call == pending_.end() || call->second.done) return;
+    DevToolsReply reply{answered ? DevToolsReply::End::kAnswered : DevToolsReply::End::kRefused,
+                        std::move(message)};
+    if (!call->second.on_reply) {
+        call->second.reply = std::move(reply);
+        call->second.done = true;
+        return;
+    }
+    const auto on_reply = std::move(call->second.on_reply);
+    pending_.erase(call);
+    on_reply(reply);
+}
+
+void DevTools::HandleEvent(std::string& message) {
+    if (!listener_) return;
+    const std::string_view text = std::string_view(message).substr(kEventStart.size());
+    if (!listener_->Wants(text.substr(0, text.find('"')))) return;
+    const json event = ParseMessage(message);
+    if (!event.is_object() || !event.contains("params")) return;
+    listener_->OnEvent(event.value("sessionId", ""), event["method"].get<std::string>(),
+                       event["params"]);
+}
+
+void DevTools::EndAll() {
+    closed_ = true;
+    for (auto call = pending_.begin(); call != pending_.end();) {
+        call->second.done = true;
+        call = call->second.on_reply ? pending_.erase(call) : std::next(call);
+    }
+}
+
+}  // namespace tamrin

@@ -1,0 +1,122 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <initializer_list>
+#include <map>
+#include <memory>
+#include <nlohmann/json_fwd.hpp>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/clock.h"
+
+namespace tamrin {
+
+class DevToolsSocket;
+
+// The answer to a call of the DevTools protocol.
+struct DevToolsReply {
+    enum class End {
+        kAnswered,
+        kRefused,    // the browser answered with an error
+        kCutShort,   // ended by CutShort: a dialog box of the page is open, or the page is gone
+        kStopped,    // the program was told to stop
+        kLate,       // no answer within the limit
+        kNoBrowser,  // the connection is closed
+    };
+    End end = End::kNoBrowser;
+    std::string message;  // as it arrived
+
+    // The "result" object; null unless kAnswered.
+    nlohmann::json Result() const;
+};
+
+// The DevTools protocol with its sessions flattened into one connection; session "" is the browser.
+// Events are handed to the listener inside Poll and every call that waits; a listener may Post and
+// Ask, and must not wait.
+class DevTools {
+public:
+    class Listener {
+    public:
+        virtual ~Listener() = default;
+        // Events of other methods are dropped unread: a page that talks much costs little.
+        virtual bool Wants(std::string_view method) const = 0;
+        virtual void OnEvent(const std::string& session, std::string_view method,
+                             const nlohmann::json& params) = 0;
+        virtual void OnClosed() = 0;
+    };
+
+    struct Patience {
+        int limit_ms = 30000;                  // for one call
+        std::function<bool()> stop_requested;  // null: never; asked while a call waits
+    };
+
+    DevTools(const Clock& clock, Patience patience);
+    ~DevTools();
+
+    DevTools(const DevTools&) = delete;
+    DevTools& operator=(const DevTools&) = delete;
+
+    // Connects, within `limit_ms`. False when nothing answers there.
+    bool Connect(unsigned short port, const std::string& path, int limit_ms);
+
+    // Forgets the listener and drops the connection; every call ends at once from now on.
+    void Close();
+    bool IsOpen() const;
+
+    // `listener` must outlive the connection.
+    void SetListener(Listener& listener) { listener_ = &listener; }
+
+    // Sends a call whose answer nobody needs.
+    void Post(const std::string& session, std::string_view method, const nlohmann::json& params);
+
+    // Sends a call whose answer is handed to `on_reply` when it arrives, if ever.
+    void Ask(const std::string& session, std::string_view method, const nlohmann::json& params,
+             std::function<void(const DevToolsReply&)> on_reply);
+
+    // Sends a call and waits for its end.
+    DevToolsReply Call(const std::string& session, std::string_view method,
+                       const nlohmann::json& params);
+
+    // The two halves of Call. Several calls begun before the first is awaited are one round trip.
+    int Begin(const std::string& session, std::string_view method, const nlohmann::json& params);
+    std::vector<DevToolsReply> Await(const std::vector<int>& calls);
+
+    // Ends the calls that wait for an answer of that session.
+    void CutShort(std::string_view session);
+
+    // Handles what has arrived, without waiting.
+    void Poll();
+
+    // How often the program has waited for the browser.
+    std::uint64_t RoundTrips() const { return round_trips_; }
+
+private:
+    struct Pending {
+        std::string session;
+        std::function<void(const DevToolsReply&)> on_reply;  // null: somebody waits
+        bool done = false;
+        DevToolsReply reply;
+    };
+
+    int Send(const std::string& session, std::string_view method, const nlohmann::json& params);
+    void WaitFor(Pending& call);
+    void HandleArrived();
+    void Handle(std::string& message);
+    void HandleReply(int id, bool answered, std::string& message);
+    void HandleEvent(std::string& message);
+    void EndAll();
+
+    const Clock& clock_;
+    const Patience patience_;
+    Listener* listener_ = nullptr;
+    std::unique_ptr<DevToolsSocket> socket_;
+    bool closed_ = true;
+    int last_id_ = 0;
+    std::map<int, Pending> pending_;
+    std::uint64_t round_trips_ = 0;
+};
+
+}  // namespace tamrin

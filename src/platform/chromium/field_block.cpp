@@ -1,0 +1,173 @@
+#include "platform/chromium/field_block.h"
+
+#include <charconv>
+#include <cstdlib>
+
+namespace tamrin {
+namespace {
+
+constexpr std::string_view kValue = R"("value":")";
+constexpr std::uint32_t kReplacement = 0xFFFD;
+
+void AppendUtf8(std::uint32_t c, std::string& out) {
+    if (c < 0x80) {
+        out += static_cast<char>(c);
+    } else if (c < 0x800) {
+        out += static_cast<char>(0xC0 | c >> 6);
+        out += static_cast<char>(0x80 | (c & 0x3F));
+    } else if (c < 0x10000) {
+        out += static_cast<char>(0xE0 | c >> 12);
+        out += static_cast<char>(0x80 | (c >> 6 & 0x3F));
+        out += static_cast<char>(0x80 | (c & 0x3F));
+    } else {
+        out += static_cast<char>(0xF0 | c >> 18);
+        out += static_cast<char>(0x80 | (c >> 12 & 0x3F));
+        out += static_cast<char>(0x80 | (c >> 6 & 0x3F));
+        out += static_cast<char>(0x80 | (c & 0x3F));
+    }
+}
+
+// Reads the inside of a JSON string, counting in UTF-16 units as the page does. A half of a
+// surrogate pair that stands alone reads as U+FFFD.
+class Reader {
+public:
+    Reader(std::string_view json, std::string& out)
+        : at_(json.data()), end_(at_ + json.size()), out_(out) {}
+
+    // Appends the next `units` units; false when the string ends before.
+    bool Take(long units) {
+        while (units > 0) {
+            const char* plain = at_;
+            const char* last = end_ - at_ > units ? at_ + units : end_;
+            while (at_<last&& static_cast<signed char>(*at_)> 0 && *at_ != '\\' && *at_ != '"')
+                ++at_;
+            out_.append(plain, at_);
+            units -= at_ - plain;
+            if (units > 0 && !TakeSpecial(units)) return false;
+        }
+        return true;
+    }
+
+private:
+    bool TakeSpecial(long& units) {
+        if (at_ == end_ || *at_ == '"') return false;
+        if (*at_ == '\\') return TakeEscape(units);
+        // A character written in UTF-8.
+        const auto lead = static_cast<unsigned char>(*at_);
+        const int length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC0 ? 2 : 1;
+        if (end_ - at_ < length) return false;
+        out_.append(at_, static_cast<std::size_t>(length));
+        at_ += length;
+        units -= length == 4 ? 2 : 1;
+        return true;
+    }
+
+    bool TakeEscape(long& units) {
+        if (end_ - at_ < 2) return false;
+        const char kind = at_[1];
+        --units;
+        if (kind == 'u') return TakeUnit(units);
+        constexpr std::string_view kKinds = "bfnrt";
+        constexpr std::string_view kMeant = "\b\f\n\r\t";
+        const auto place = kKinds.find(kind);
+        out_ += place == std::string_view::npos ? kind : kMeant[place];
+        at_ += 2;
+        return true;
+    }
+
+    bool TakeUnit(long& units) {
+        std::uint32_t unit = 0;
+        if (!ReadUnit(at_, unit)) return false;
+        at_ += 6;
+        if (unit >= 0xD800 && unit < 0xDC00) {
+            std::uint32_t low = 0;
+            if (units > 0 && ReadUnit(at_, low) && low >= 0xDC00 && low < 0xE000) {
+                at_ += 6;
+                --units;
+                unit = 0x10000 + ((unit - 0xD800) << 10) + (low - 0xDC00);
+            } else {
+                unit = kReplacement;
+            }
+        } else if (unit >= 0xDC00 && unit < 0xE000) {
+            unit = kReplacement;
+        }
+        AppendUtf8(unit, out_);
+        return true;
+    }
+
+    bool ReadUnit(const char* from, std::uint32_t& unit) const {
+        if (end_ - from < 6 || from[0] != '\\' || from[1] != 'u') return false;
+        return std::from_chars(from + 2, from + 6, unit, 16).ptr == from + 6;
+    }
+
+    const char* at_;
+    const char* end_;
+    std::string& out_;
+};
+
+std::vector<int> ReadLengths(std::string_view header) {
+    std::vector<int> lengths;
+    const char* at = header.data();
+    const char* end = at + header.size();
+    while (at < end) {
+        int length = 0;
+        const auto [after, error] = std::from_chars(at, end, length);
+        if (error != std::errc() || length < -1) return {};
+        lengths.push_back(length);
+        at = after + 1;  // the comma
+    }
+    return lengths;
+}
+
+}  // namespace
+
+FieldBlock FieldBlock::FromReply(std::string_view reply) {
+    const auto value = reply.find(kValue);
+    if (value == std::string_view::npos) return {};
+    reply.remove_prefix(value + kValue.size());
+    const auto header_end = reply.find(';');
+    if (header_end == std::string_view::npos) return {};
+    const std::vector<int> lengths = ReadLengths(reply.substr(0, header_end));
+
+    FieldBlock block;
+    block.text_.reserve(reply.size() - header_end);
+    block.ends_.reserve(lengths.size());
+    Reader reader(reply.substr(header_end + 1), block.text_);
+    for (const int length : lengths) {
+        if (!reader.Take(length)) return {};
+        const auto end = static_cast<std::uint32_t>(block.text_.size());
+        block.ends_.push_back(length < 0 ? end | kNull : end);
+    }
+    return block;
+}
+
+std::string_view FieldBlock::Text(std::size_t position) const {
+    if (position >= ends_.size()) return {};
+    const std::uint32_t begin = position == 0 ? 0 : ends_[position - 1] & ~kNull;
+    return std::string_view(text_).substr(begin, (ends_[position] & ~kNull) - begin);
+}
+
+bool FieldBlock::IsNull(std::size_t position) const {
+    return position >= ends_.size() || (ends_[position] & kNull) != 0;
+}
+
+std::optional<std::string> FieldBlock::Optional(std::size_t position) const {
+    if (IsNull(position)) return std::nullopt;
+    return std::string(Text(position));
+}
+
+int FieldBlock::Int(std::size_t position) const {
+    const std::string_view text = Text(position);
+    int value = 0;
+    std::from_chars(text.data(), text.data() + text.size(), value);
+    return value;
+}
+
+double FieldBlock::Number(std::size_t position) const {
+    const std::string_view text = Text(position);
+    double value = 0;
+    std::from_chars(text.data(), text.data() + text.size(), value);
+    return value;
+}
+
+}  // namespace tamrin

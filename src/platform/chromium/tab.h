@@ -1,0 +1,165 @@
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <nlohmann/json_fwd.hpp>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "platform/browser.h"
+#include "platform/chromium/devtools.h"
+#include "platform/chromium/field_block.h"
+#include "platform/chromium/frame_tracker.h"
+#include "platform/chromium/load_tracker.h"
+#include "platform/chromium/page_dialog.h"
+#include "platform/clock.h"
+#include "platform/files.h"
+
+namespace tamrin {
+
+// Where the top page's viewport stands on the screen: its corner in CSS pixels of the screen, and
+// how many screen pixels one of them is.
+struct Viewport {
+    double left = 0;
+    double top = 0;
+    double scale = 1;
+};
+
+// What a page agent answered, or why it did not.
+struct AgentAnswer {
+    FieldBlock fields;
+    DevToolsReply::End end = DevToolsReply::End::kNoBrowser;
+
+    explicit operator bool() const { return static_cast<bool>(fields); }
+};
+
+// One tab of the browser, over the DevTools protocol: its sessions, its frames, how far it has
+// loaded, and the dialog box that its page shows. Every call answers empty at once when the tab is
+// gone, its page hangs, or a dialog box holds its scripts up.
+class Tab : public std::enable_shared_from_this<Tab> {
+public:
+    // What happened, in the terms of BrowserEvents.
+    struct Notice {
+        enum class Kind { kComplete, kBeforeNavigate, kError, kNotResponding, kQuit };
+        Kind kind;
+        bool top = true;
+        std::string url = {};
+        std::string reason = {};
+    };
+
+    Tab(std::shared_ptr<DevTools> devtools, const Clock& clock, const Files& files,
+        std::string target, std::string session);
+
+    // Lets go of the tab; its window stays open.
+    ~Tab();
+
+    Tab(const Tab&) = delete;
+    Tab& operator=(const Tab&) = delete;
+
+    // Sets the tab up. One round trip; false when the tab is gone.
+    bool Open();
+
+    bool Alive() const { return alive_; }
+    bool Busy() const;
+    int ReadyState() const { return alive_ ? loads_.ReadyState() : 0; }
+    const FrameTracker& frames() const { return frames_; }
+    const std::string& target() const { return target_; }
+    const Files& files() const { return files_; }
+
+    // The dialog box that the page shows, null when there is none.
+    PageDialog* dialog() { return dialog_ ? &*dialog_ : nullptr; }
+    // Answers it as it was told by its keys.
+    void AnswerDialog();
+
+    // These do not wait.
+    void Navigate(const std::string& url);
+    void Reload();
+    void RunInPage(const std::string& script);
+    void Close();
+    void BringToFront();
+    void SetPlace(const WindowPlace& place);
+    void Post(std::string_view method, const nlohmann::json& params);
+
+    // Goes back (-1) or forward (1) in the tab's history; nothing happens at its ends. One round
+    // trip.
+    void GoThroughHistory(int steps);
+
+    // Asks the page agent of a context. `gesture` runs it as if the user had just acted, which
+    // browsers ask for before a page may open windows.
+    AgentAnswer Run(const std::string& agent, std::string expression, bool gesture = false);
+    // The same of several at once, in one round trip.
+    std::vector<AgentAnswer> RunAll(
+        const std::vector<std::pair<std::string, std::string>>& questions);
+    // Asks without waiting, also while a dialog box is open; the page acts on it when it can.
+    void RunLater(const std::string& agent, const std::string& expression);
+    // Calls a method of the protocol for the top page, or for the session of an agent.
+    DevToolsReply Call(std::string_view method, const nlohmann::json& params,
+                       const std::string& agent = {});
+    // Begins several calls for the top page, to be waited for in one round trip; false when one of
+    // them was not answered.
+    bool CallAll(const std::vector<std::pair<std::string, nlohmann::json>>& calls);
+
+    // A number that grows whenever something may have changed in the pages: after every write,
+    // every input, and whenever events were handled. What was read before is then out of date.
+    std::uint64_t moment() const { return moment_; }
+    void NextMoment() { ++moment_; }
+
+    Viewport viewport() const { return viewport_; }
+    void SetViewport(const Viewport& viewport) { viewport_ = viewport; }
+
+    // The frame in which onclick was fired last: the next lookup in another one drops the marks
+    // that the agent there keeps for the click to follow.
+    void MarkFired(const std::string& agent) { fired_in_ = agent; }
+    void BeginLookup(const std::string& agent);
+
+    // The next thing that happened, in order.
+    std::optional<Notice> NextNotice();
+
+    // Events, handed in by the owner of the connection.
+    static bool Handles(std::string_view method);
+    bool OwnsSession(std::string_view session) const;
+    void OnEvent(const std::string& session, std::string_view method, const nlohmann::json& params);
+    // The tab was closed, its page crashed, or the browser ended.
+    void OnGone();
+
+private:
+    friend struct TabEvents;
+
+    void SetUp(const std::string& session);
+    void OnDialogOpening(const std::string& session, const nlohmann::json& params);
+    void OnDialogClosed(const nlohmann::json& params);
+    void OnFrameNavigated(const std::string& session, const nlohmann::json& params);
+    void OnAttached(const nlohmann::json& params);
+    void OnNavigateReply(const std::string& url, const DevToolsReply& reply);
+    void ReportErrorPage(const std::string& url);
+
+    // The name of a frame in `loads_`.
+    std::string_view LoadName(const std::string& frame) const;
+    bool CanRun() const;
+    int BeginRun(const std::string& agent, std::string expression, bool gesture);
+    std::vector<DevToolsReply> Await(const std::vector<int>& calls);
+    void OnHung(DevToolsReply::End why);
+    void StopScripts();
+
+    std::shared_ptr<DevTools> devtools_;
+    const Clock& clock_;
+    const Files& files_;
+    const std::string target_;
+    std::vector<std::string> sessions_;  // the first is the top page's
+    FrameTracker frames_;
+    LoadTracker loads_;
+    std::optional<PageDialog> dialog_;
+    std::deque<Notice> notices_;
+    Viewport viewport_;
+    int window_ = 0;
+    std::uint64_t moment_ = 0;
+    std::string fired_in_;
+    bool alive_ = true;
+    bool hung_ = false;
+};
+
+}  // namespace tamrin

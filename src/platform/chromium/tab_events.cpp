@@ -1,0 +1,231 @@
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <unordered_map>
+
+#include "platform/chromium/tab.h"
+
+namespace tamrin {
+namespace {
+
+using nlohmann::json;
+
+// A member that is a text, "" when it is absent.
+std::string TextOf(const json& object, const char* name) {
+    const auto member = object.find(name);
+    return member != object.end() && member->is_string() ? member->get<std::string>() : "";
+}
+
+}  // namespace
+
+// What each event of the protocol means for a tab. Only methods named here are read at all.
+struct TabEvents {
+    using Handler = void (*)(Tab&, const std::string& session, const json& params);
+
+    static const std::unordered_map<std::string_view, Handler>& Table() {
+        static const std::unordered_map<std::string_view, Handler> table = {
+            {"Page.frameAttached", FrameAttached},
+            {"Page.frameDetached", FrameDetached},
+            {"Page.frameRequestedNavigation", FrameRequestedNavigation},
+            {"Page.frameStartedNavigating", FrameStartedNavigating},
+            {"Page.frameStartedLoading", FrameStartedLoading},
+            {"Page.frameStoppedLoading", FrameStoppedLoading},
+            {"Page.frameNavigated", FrameNavigated},
+            {"Page.navigatedWithinDocument", NavigatedWithinDocument},
+            {"Page.domContentEventFired", DomContentEventFired},
+            {"Page.loadEventFired", LoadEventFired},
+            {"Page.javascriptDialogOpening", DialogOpening},
+            {"Page.javascriptDialogClosed", DialogClosed},
+            {"Runtime.executionContextCreated", ContextCreated},
+            {"Runtime.executionContextDestroyed", ContextDestroyed},
+            {"Runtime.executionContextsCleared", ContextsCleared},
+            {"Target.attachedToTarget", AttachedToTarget},
+            {"Target.detachedFromTarget", DetachedFromTarget},
+            {"Inspector.targetCrashed", TargetCrashed},
+        };
+        return table;
+    }
+
+    static void FrameAttached(Tab& tab, const std::string& session, const json& params) {
+        tab.frames_.Attached(session, TextOf(params, "frameId"), TextOf(params, "parentFrameId"));
+    }
+
+    static void FrameDetached(Tab& tab, const std::string&, const json& params) {
+        const std::string frame = TextOf(params, "frameId");
+        const bool swapped = TextOf(params, "reason") == "swap";
+        tab.frames_.Detached(frame, swapped);
+        if (!swapped) tab.loads_.Removed(tab.LoadName(frame));
+    }
+
+    static void FrameRequestedNavigation(Tab& tab, const std::string&, const json& params) {
+        if (TextOf(params, "disposition") != "currentTab") return;
+        tab.loads_.Requested(tab.LoadName(TextOf(params, "frameId")), tab.clock_.TickCount());
+    }
+
+    static void FrameStartedNavigating(Tab& tab, const std::string&, const json& params) {
+        const std::string type = TextOf(params, "navigationType");
+        if (!tab.frames_.IsTop(TextOf(params, "frameId")) || type == "sameDocument" ||
+            type == "historySameDocument") {
+            return;
+        }
+        tab.loads_.Requested("", tab.clock_.TickCount());
+        tab.notices_.push_back(
+            {Tab::Notice::Kind::kBeforeNavigate, true, TextOf(params, "url"), {}});
+    }
+
+    static void FrameStartedLoading(Tab& tab, const std::string&, const json& params) {
+        tab.loads_.Started(tab.LoadName(TextOf(params, "frameId")), tab.clock_.TickCount());
+    }
+
+    static void FrameStoppedLoading(Tab& tab, const std::string&, const json& params) {
+        const std::string frame = TextOf(params, "frameId");
+        tab.loads_.Stopped(tab.LoadName(frame));
+        if (tab.frames_.IsTop(frame)) return;
+        tab.notices_.push_back({Tab::Notice::Kind::kComplete, false, {}, {}});
+    }
+
+    static void FrameNavigated(Tab& tab, const std::string& session, const json& params) {
+        tab.OnFrameNavigated(session, params);
+    }
+
+    static void NavigatedWithinDocument(Tab& tab, const std::string&, const json& params) {
+        tab.frames_.UrlChanged(TextOf(params, "frameId"), TextOf(params, "url"));
+    }
+
+    static void DomContentEventFired(Tab& tab, const std::string& session, const json&) {
+        if (session == tab.sessions_.front()) tab.loads_.Interactive();
+    }
+
+    static void LoadEventFired(Tab& tab, const std::string& session, const json&) {
+        if (session != tab.sessions_.front()) return;
+        tab.loads_.Complete();
+        tab.notices_.push_back({Tab::Notice::Kind::kComplete, true, {}, {}});
+    }
+
+    static void DialogOpening(Tab& tab, const std::string& session, const json& params) {
+        tab.OnDialogOpening(session, params);
+    }
+
+    static void DialogClosed(Tab& tab, const std::string&, const json& params) {
+        tab.OnDialogClosed(params);
+    }
+
+    static void ContextCreated(Tab& tab, const std::string& session, const json& params) {
+        const json& context = params.at("context");
+        if (TextOf(context, "name") != "tamrin" || !context.contains("auxData")) return;
+        tab.frames_.AgentCame(session, TextOf(context["auxData"], "frameId"),
+                              TextOf(context, "uniqueId"), context.value("id", 0));
+    }
+
+    static void ContextDestroyed(Tab& tab, const std::string& session, const json& params) {
+        tab.frames_.AgentWent(session, params.value("executionContextId", 0));
+    }
+
+    static void ContextsCleared(Tab& tab, const std::string& session, const json&) {
+        tab.frames_.AgentsWent(session);
+    }
+
+    static void AttachedToTarget(Tab& tab, const std::string&, const json& params) {
+        tab.OnAttached(params);
+    }
+
+    static void DetachedFromTarget(Tab& tab, const std::string&, const json& params) {
+        const std::string session = TextOf(params, "sessionId");
+        if (session == tab.sessions_.front()) return tab.OnGone();
+        std::erase(tab.sessions_, session);
+        tab.frames_.AgentsWent(session);
+        tab.devtools_->CutShort(session);
+    }
+
+    static void TargetCrashed(Tab& tab, const std::string& session, const json&) {
+        if (session == tab.sessions_.front()) return tab.OnGone();
+        tab.frames_.AgentsWent(session);
+        tab.devtools_->CutShort(session);
+    }
+};
+
+bool Tab::Handles(std::string_view method) { return TabEvents::Table().contains(method); }
+
+bool Tab::OwnsSession(std::string_view session) const {
+    return std::find(sessions_.begin(), sessions_.end(), session) != sessions_.end();
+}
+
+void Tab::OnEvent(const std::string& session, std::string_view method, const json& params) {
+    const auto handler = TabEvents::Table().find(method);
+    if (!alive_ || handler == TabEvents::Table().end()) return;
+    try {
+        handler->second(*this, session, params);
+    } catch (const json::exception&) {
+        // A browser of another version may write it otherwise; then it tells nothing.
+    }
+}
+
+void Tab::OnGone() {
+    if (!alive_) return;
+    alive_ = false;
+    dialog_.reset();
+    for (const std::string& session : sessions_) devtools_->CutShort(session);
+    notices_.push_back({Notice::Kind::kQuit, true, {}, {}});
+}
+
+std::string_view Tab::LoadName(const std::string& frame) const {
+    return frames_.IsTop(frame) ? std::string_view() : std::string_view(frame);
+}
+
+void Tab::OnDialogOpening(const std::string& session, const json& params) {
+    dialog_.emplace(TextOf(params, "type"), TextOf(params, "defaultPrompt"), session);
+    for (const std::string& other : sessions_) devtools_->CutShort(other);
+}
+
+void Tab::OnDialogClosed(const json& params) {
+    if (dialog_ && dialog_->type() == "beforeunload" && !params.value("result", true)) {
+        loads_.Refused();
+    }
+    dialog_.reset();
+}
+
+void Tab::OnFrameNavigated(const std::string& session, const json& params) {
+    const json& frame = params.at("frame");
+    const std::string id = TextOf(frame, "id");
+    const std::string url = TextOf(frame, "url") + TextOf(frame, "urlFragment");
+    frames_.Navigated(session, id, TextOf(frame, "parentId"), url);
+    if (!frames_.IsTop(id)) return;
+    loads_.Navigated("");
+    if (TextOf(params, "type") == "BackForwardCacheRestore") {
+        loads_.Complete();
+        notices_.push_back({Notice::Kind::kComplete, true, {}, {}});
+    }
+    if (frame.contains("unreachableUrl")) ReportErrorPage(TextOf(frame, "unreachableUrl"));
+}
+
+// The browser's own page for a failure names the reason.
+void Tab::ReportErrorPage(const std::string& url) {
+    devtools_->Ask(
+        sessions_.front(), "Runtime.evaluate",
+        {{"expression", "String(loadTimeDataRaw.errorCode)"}, {"returnByValue", true}},
+        [self = weak_from_this(), url](const DevToolsReply& reply) {
+            const auto tab = self.lock();
+            if (!tab) return;
+            const json result = reply.Result();
+            std::string reason = "ERR_FAILED";
+            if (result.is_object() && result.contains("result") &&
+                !result.contains("exceptionDetails")) {
+                reason = TextOf(result["result"], "value");
+            }
+            tab->notices_.push_back({Notice::Kind::kError, true, url, std::move(reason)});
+        });
+}
+
+void Tab::OnNavigateReply(const std::string& url, const DevToolsReply& reply) {
+    loads_.NavigateAnswered();
+    if (reply.end != DevToolsReply::End::kRefused) return;
+    // It is no address at all, so there is no page to name the reason.
+    notices_.push_back({Notice::Kind::kError, true, url, "ERR_INVALID_URL"});
+}
+
+void Tab::OnAttached(const json& params) {
+    const std::string session = TextOf(params, "sessionId");
+    sessions_.push_back(session);
+    SetUp(session);
+}
+
+}  // namespace tamrin

@@ -1,0 +1,80 @@
+#pragma once
+
+#include <span>
+#include <string_view>
+
+namespace tamrin {
+
+// A form is described once, as tables; a window system walks them and makes windows, or structs.
+
+enum class ControlKind {
+    kButton,
+    kOptionButton,
+    kCheckBox,
+    kTextBox,
+    kListBox,
+    kComboBox,
+    kLabel,
+    kFrame,
+    kTimer,
+};
+
+// How a control follows the size of its form: its right and bottom edges keep their distance from
+// the form's, or it moves with them.
+enum Stretch : unsigned {
+    kFixed = 0,
+    kStretchRight = 1,
+    kStretchBottom = 2,
+    kMoveRight = 4,
+    kMoveBottom = 8,
+};
+
+enum ControlFlags : unsigned {
+    kNoFlags = 0,
+    kHidden = 1,
+    kDisabled = 2,
+    kReadOnly = 4,
+    kMultiSelect = 8,  // a list box that lets several lines be selected
+};
+
+// A place in pixels of a 96 dpi screen, relative to the form's client area.
+struct Place {
+    int left = 0;
+    int top = 0;
+    int width = 0;
+    int height = 0;
+};
+
+struct ControlSpec {
+    ControlKind kind;
+    std::string_view name;
+    int index = -1;  // place in a control array, -1 for a control that stands alone
+    std::string_view caption = {};
+    std::string_view tip = {};
+    Place place = {};
+    unsigned stretch = kFixed;
+    unsigned flags = kNoFlags;
+    int interval = 0;  // of a timer, milliseconds
+};
+
+// One entry of a menu. Entries stand in reading order; `depth` 0 is the menu bar. An entry followed
+// by deeper ones is a menu. "-" as caption is a separator. A hidden entry of depth 0 is a context
+// menu.
+struct MenuSpec {
+    int depth;
+    std::string_view name;
+    std::string_view caption;
+    std::string_view shortcut = {};
+    unsigned flags = kNoFlags;
+};
+
+struct FormSpec {
+    std::string_view name;
+    std::string_view caption;
+    int width;  // of the client area, pixels of a 96 dpi screen
+    int height;
+    std::span<const ControlSpec> controls;
+    std::span<const MenuSpec> menus;
+};
+
+}  // namespace tamrin

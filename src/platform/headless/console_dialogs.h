@@ -1,0 +1,23 @@
+#pragma once
+
+#include <iosfwd>
+
+#include "platform/dialogs.h"
+
+namespace tamrin {
+
+// Dialogs where nobody sits: a message goes to `output` with its title, and is answered by the
+// button that changes nothing (Cancel where there is one). File dialogs are dismissed.
+class ConsoleDialogs : public Dialogs {
+public:
+    explicit ConsoleDialogs(std::ostream& output) : output_(output) {}
+
+    Answer MsgBox(const std::string& text, const std::string& title, Buttons buttons,
+                  bool cancel_is_default) override;
+    std::string SaveFile(const FileDialog& dialog) override;
+
+private:
+    std::ostream& output_;
+};
+
+}  // namespace tamrin

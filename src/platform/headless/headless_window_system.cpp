@@ -1,0 +1,37 @@
+#include "platform/headless/headless_window_system.h"
+
+#include <algorithm>
+
+namespace tamrin {
+namespace {
+
+// Takes itself off the window system's list when it goes.
+class ListedForm : public HeadlessForm {
+public:
+    ListedForm(const FormSpec& spec, std::vector<HeadlessForm*>& forms)
+        : HeadlessForm(spec), forms_(forms) {
+        forms_.push_back(this);
+    }
+    ~ListedForm() override { std::erase(forms_, this); }
+    ListedForm(const ListedForm&) = delete;
+    ListedForm& operator=(const ListedForm&) = delete;
+
+private:
+    std::vector<HeadlessForm*>& forms_;
+};
+
+}  // namespace
+
+std::unique_ptr<Form> HeadlessWindowSystem::Create(const FormSpec& spec) {
+    return std::make_unique<ListedForm>(spec, forms_);
+}
+
+void HeadlessWindowSystem::RunTimers(std::uint32_t now) {
+    // A timer may open or close forms.
+    const auto forms = forms_;
+    for (HeadlessForm* form : forms) {
+        if (std::find(forms_.begin(), forms_.end(), form) != forms_.end()) form->RunTimers(now);
+    }
+}
+
+}  // namespace tamrin

@@ -1,0 +1,152 @@
+#include "platform/posix/processes.h"
+
+#include <fcntl.h>
+#include <signal.h>
+#include <stdlib.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#ifdef __linux__
+#include <sys/prctl.h>
+#endif
+
+#include <array>
+#include <cerrno>
+#include <filesystem>
+#include <string_view>
+#include <system_error>
+
+namespace tamrin {
+namespace {
+
+class PosixProcess : public Process {
+public:
+    explicit PosixProcess(pid_t id) : id_(id) {}
+    ~PosixProcess() override { PosixProcess::Kill(); }
+
+    PosixProcess(const PosixProcess&) = delete;
+    PosixProcess& operator=(const PosixProcess&) = delete;
+
+    bool Running() override {
+        if (!reaped_) reaped_ = waitpid(id_, nullptr, WNOHANG) != 0;
+        return !reaped_;
+    }
+
+    void Kill() override {
+        if (killed_) return;
+        killed_ = true;
+        // The group outlives its first process while any of its children runs.
+        kill(-id_, SIGKILL);
+        while (!reaped_ && waitpid(id_, nullptr, 0) < 0 && errno == EINTR) {
+        }
+        reaped_ = true;
+    }
+
+private:
+    const pid_t id_;
+    bool reaped_ = false;
+    bool killed_ = false;
+};
+
+// Runs in the new process, where only calls that are safe after fork are allowed. Answers only when
+// the program cannot be started.
+void BecomeProgram(const char* executable, char* const* arguments, pid_t parent) {
+    setpgid(0, 0);
+#ifdef __linux__
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    if (getppid() != parent) _exit(1);  // it ended before it could be watched
+#else
+    (void)parent;
+#endif
+    const int nothing = open("/dev/null", O_RDWR);
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) dup2(nothing, stream);
+    signal(SIGPIPE, SIG_DFL);
+    execv(executable, arguments);
+}
+
+bool IsExecutable(const std::string& path) {
+    struct stat status {};
+    return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) &&
+           access(path.c_str(), X_OK) == 0;
+}
+
+}  // namespace
+
+std::unique_ptr<Process> PosixProcesses::Start(const std::string& executable,
+                                               const std::vector<std::string>& arguments) {
+    std::vector<char*> argv;
+    argv.push_back(const_cast<char*>(executable.c_str()));
+    for (const auto& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));
+    argv.push_back(nullptr);
+
+    // A pipe that a successful exec closes tells whether there was one.
+    std::array<int, 2> failure{};
+    if (pipe(failure.data()) != 0) return nullptr;
+    for (const int end : failure) fcntl(end, F_SETFD, FD_CLOEXEC);
+    const pid_t parent = getpid();
+    const pid_t id = fork();
+    if (id == 0) {
+        BecomeProgram(executable.c_str(), argv.data(), parent);
+        const char failed = 1;
+        [[maybe_unused]] const auto written = write(failure[1], &failed, 1);
+        _exit(127);
+    }
+    close(failure[1]);
+    char failed = 0;
+    ssize_t got = 0;
+    do {
+        got = id < 0 ? 1 : read(failure[0], &failed, 1);
+    } while (got < 0 && errno == EINTR);
+    close(failure[0]);
+    if (id < 0) return nullptr;
+    auto process = std::make_unique<PosixProcess>(id);
+    return got == 0 ? std::move(process) : nullptr;
+}
+
+std::string PosixProcesses::FindExecutable(const std::string& name) const {
+    if (name.empty()) return "";
+    if (name.find('/') != std::string::npos) return IsExecutable(name) ? name : "";
+    const std::string path = Environment("PATH");
+    for (std::size_t begin = 0; begin <= path.size();) {
+        const std::size_t end = std::min(path.find(':', begin), path.size());
+        const std::string folder = path.substr(begin, end - begin);
+        std::string full = (folder.empty() ? "." : folder) + "/" + name;
+        if (IsExecutable(full)) return full;
+        begin = end + 1;
+    }
+    return "";
+}
+
+std::string PosixProcesses::MakeTemporaryFolder() {
+    std::string folder = Environment("TMPDIR");
+    if (folder.empty()) folder = "/tmp";
+    folder += "/tamrin-XXXXXX";
+    return mkdtemp(folder.data()) ? folder : "";
+}
+
+void PosixProcesses::RemoveTemporaryFolder(const std::string& folder) {
+    if (folder.empty()) return;
+    // Programs that were just killed may still be writing their last file into it.
+    for (int attempt = 0; attempt < 20; ++attempt) {
+        std::error_code error;
+        std::filesystem::remove_all(folder, error);
+        if (!error && !std::filesystem::exists(folder, error)) return;
+        usleep(10000);
+    }
+}
+
+bool PosixProcesses::HasDisplay() const {
+    return !Environment("DISPLAY").empty() || !Environment("WAYLAND_DISPLAY").empty();
+}
+
+bool PosixProcesses::IsRoot() const { return geteuid() == 0; }
+
+std::string PosixProcesses::Environment(const std::string& name) const {
+    const char* value = getenv(name.c_str());
+    return value ? value : "";
+}
+
+void PosixProcesses::RaisePriority() { setpriority(PRIO_PROCESS, 0, -10); }
+
+}  // namespace tamrin

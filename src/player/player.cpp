@@ -1,0 +1,166 @@
+#include "player/player.h"
+
+#include <array>
+
+#include "browser/wait.h"
+#include "player/exec_record.h"
+#include "player/input_data.h"
+#include "scenario/record.h"
+
+namespace tamrin {
+namespace {
+
+// The parts of a size_bar field: four numbers and a run of flags, parted by full stops. False when
+// there are fewer than five parts.
+bool ReadSizeBar(std::string size_bar, WindowPlace& place, WindowBars& bars) {
+    size_bar += "00000";  // flags that are not written are off
+    std::array<std::string_view, 5> parts;
+    std::string_view rest = size_bar;
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+        const auto stop = rest.find('.');
+        parts[i] = rest.substr(0, stop);
+        if (stop == std::string_view::npos) {
+            if (i + 1 < parts.size()) return false;
+            break;
+        }
+        rest.remove_prefix(stop + 1);
+    }
+    const auto number = [&](int i) { return static_cast<int>(LeadingNumber(parts[i])); };
+    const auto flag = [&](std::size_t i) { return i < parts[4].size() && parts[4][i] != '0'; };
+    place = {number(0), number(1), number(2), number(3)};
+    bars = {flag(0), flag(1), flag(2), flag(3)};
+    return true;
+}
+
+}  // namespace
+
+RunEnd Player::Play() {
+    host_.SetStatus("");
+    if (host_.RecordCount() == 0) {
+        host_.ShowMessage("再生するデータがありません。", "");
+        return RunEnd::kNothingToPlay;
+    }
+    globals_.activity = "play";
+    globals_.last_activity_tick = clock_.TickCount();
+    host_.SetMode("play", true);
+    host_.HoldBrowser(nullptr);
+    std::string why;
+    const std::shared_ptr<Browser> browser = launcher_.Create(why);
+    if (!browser) return NoBrowser(why);
+    return PlayAll(browser);
+}
+
+RunEnd Player::PlayAll(const std::shared_ptr<Browser>& browser) {
+    host_.HoldBrowser(browser);
+    host_.EnterTray();
+    browser->SetForeground();
+    Opening opening;
+    RunEnd end = ReadOpening(opening);
+    if (end != RunEnd::kCompleted) {
+        if (end == RunEnd::kNothingToPlay) host_.HoldBrowser(nullptr);
+        return end;
+    }
+    const int repeat = host_.GetRepeat();
+    Open(*browser, opening.address);
+    browser->SetVisible(true);
+    browser->SetPlace(opening.place);
+    browser->SetBars(opening.bars);
+    Report(opening.row, "url", RecordOutcome::kDone, globals_.last_activity_tick);
+    for (int time = 1;; ++time) {
+        end = PlayRecords(browser, opening.row + 1);
+        if (end != RunEnd::kCompleted || time >= repeat || !browser->Alive()) break;
+        const std::uint32_t since = clock_.TickCount();
+        Open(*browser, opening.address);
+        Report(opening.row, "url", RecordOutcome::kDone, since);
+    }
+    Finish(browser, end);
+    return end;
+}
+
+RunEnd Player::ReadOpening(Opening& opening) {
+    int row = 0;
+    while (row < host_.RecordCount() && GetRecordItem(host_.Record(row), "Act") != "url") ++row;
+    if (row == host_.RecordCount()) return RunEnd::kNothingToPlay;
+    opening.row = row;
+    opening.address = DecodeItemValue(GetRecordItem(host_.Record(row), "indt"));
+    if (opening.address.empty()) return RunEnd::kNothingToPlay;
+    const std::string size_bar = GetRecordItem(host_.Record(row), "size_bar");
+    if (!ReadSizeBar(size_bar, opening.place, opening.bars)) {
+        host_.ShowMessage("位置・サイズまたはツールバーの指定が不正です。", "フォーマットエラー");
+        return RunEnd::kBadSizeBar;
+    }
+    return RunEnd::kCompleted;
+}
+
+void Player::Open(Browser& browser, const std::string& address) {
+    browser.Navigate(address);
+    IEWait(clock_, globals_, browser, 0);
+}
+
+RunEnd Player::PlayRecords(const std::shared_ptr<Browser>& browser, int row) {
+    IEWait(clock_, globals_, *browser, 0);
+    RecordExecutor executor(globals_, clock_, launcher_.input(), host_, browser);
+    std::uint32_t previous_step = 0;
+    std::uint32_t record_start = clock_.TickCount();
+    while (row < host_.RecordCount()) {
+        if (globals_.activity.empty()) return RunEnd::kStopped;
+        if (!browser->Alive()) return RunEnd::kBrowserDied;
+        const std::string act = GetRecordItem(host_.Record(row), "Act");
+        host_.SelectRecord(row);
+        int ready_state = IEState(*browser);
+        // Not a limit for the record: it lets the first record of a run go ahead on an unfinished
+        // page, and any record after a single pass that took longer than the limit.
+        if (ready_state != 4 &&
+            clock_.TickCount() - previous_step > globals_.settings.MaxWaitMs()) {
+            ready_state = 4;
+        }
+        const StepResult step = executor.ExecRecord(row, ready_state);
+        previous_step = clock_.TickCount();
+        if (step.value == kAgain) {
+            clock_.Sleep(1);  // the page needs the processor more than the next try does
+            clock_.DoEvents();
+            continue;
+        }
+        const bool stopped = globals_.activity.empty();
+        Report(row, act, stopped ? RecordOutcome::kStopped : step.outcome, record_start);
+        if (step.value == kEndRun) {
+            globals_.browser_status = BrowserStatus::kEnd;
+            return RunEnd::kCompleted;
+        }
+        clock_.DoEvents();
+        record_start = clock_.TickCount();
+        ++row;
+    }
+    if (globals_.activity.empty()) return RunEnd::kStopped;
+    return browser->Alive() ? RunEnd::kCompleted : RunEnd::kBrowserDied;
+}
+
+RunEnd Player::NoBrowser(const std::string& why) {
+    globals_.activity.clear();
+    host_.SetMode("all", true);
+    host_.ShowMessage(why, "ブラウザを起動できません");
+    if (globals_.close_after_play) host_.CloseWindow();
+    return RunEnd::kNoBrowser;
+}
+
+void Player::Finish(const std::shared_ptr<Browser>& browser, RunEnd end) {
+    if (end == RunEnd::kBrowserDied) {
+        host_.ShowMessage("ブラウザが終了したか、ページが異常終了したため、再生を中止しました。",
+                          "再生エラー");
+    }
+    if (globals_.close_after_play || globals_.settings.quit_after_play) {
+        browser->SetForeground();
+        clock_.DoEvents();
+        host_.CloseWindow();
+        return;
+    }
+    host_.LeaveTray();
+    globals_.activity.clear();
+    host_.SetMode("play", false);
+}
+
+void Player::Report(int row, const std::string& act, RecordOutcome outcome, std::uint32_t since) {
+    host_.RecordDone({row, act, outcome, clock_.TickCount() - since});
+}
+
+}  // namespace tamrin
