@@ -4,6 +4,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstring>
+#include <stdexcept>
 #include <system_error>
 
 #include "samples/sample_site.h"
@@ -47,7 +48,7 @@ int main(int argc, char** argv) {
         int signal = 0;
         sigwait(&ends, &signal);
         return 0;
-    } catch (const std::system_error& error) {
+    } catch (const std::runtime_error& error) {
         std::fprintf(stderr, "tamrin-site: port %d: %s\n", port, error.what());
         return 1;
     }

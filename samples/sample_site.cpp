@@ -44,8 +44,9 @@ const Page* FindPage(std::string_view path) {
 // The byte that two hex digits stand for.
 std::optional<char> HexByte(std::string_view digits) {
     unsigned value = 0;
-    const char* end = digits.data() + digits.size();
-    if (digits.size() != 2 || std::from_chars(digits.data(), end, value, 16).ptr != end) return {};
+    const char* begin = digits.data();
+    const char* end = begin + digits.size();
+    if (digits.size() != 2 || std::from_chars(begin, end, value, 16).ptr != end) return {};
     return static_cast<char>(value);
 }
 

@@ -6,7 +6,6 @@
 #include <boost/beast/core/flat_buffer.hpp>
 #include <boost/beast/http.hpp>
 #include <chrono>
-#include <optional>
 #include <thread>
 #include <utility>
 
@@ -66,7 +65,7 @@ public:
         : socket_(std::move(socket)), timer_(socket_.get_executor()), handler_(handler) {}
 
     void Read() {
-        parser_.emplace();
+        parser_ = std::make_unique<Parser>();
         parser_->body_limit(kLargestBody);
         http::async_read(socket_, buffer_, *parser_,
                          [self = shared_from_this()](beast::error_code error, std::size_t) {
@@ -75,6 +74,8 @@ public:
     }
 
 private:
+    using Parser = http::request_parser<http::string_body>;
+
     void Reply() {
         auto& message = parser_->get();
         const unsigned version = message.version();
@@ -92,10 +93,7 @@ private:
     void Write() {
         http::async_write(socket_, response_,
                           [self = shared_from_this()](beast::error_code error, std::size_t) {
-                              if (error) return;
-                              if (self->response_.keep_alive()) return self->Read();
-                              beast::error_code ignored;
-                              self->socket_.shutdown(tcp::socket::shutdown_send, ignored);
+                              if (!error && self->response_.keep_alive()) self->Read();
                           });
     }
 
@@ -103,7 +101,7 @@ private:
     asio::steady_timer timer_;
     const Handler& handler_;
     beast::flat_buffer buffer_;
-    std::optional<http::request_parser<http::string_body>> parser_;
+    std::unique_ptr<Parser> parser_;  // reads one request
     http::response<http::string_body> response_;
 };
 
@@ -132,12 +130,9 @@ public:
 private:
     void Accept() {
         acceptor_.async_accept([this](beast::error_code error, tcp::socket socket) {
-            if (!error) {
-                // Small replies go out at once instead of waiting for the browser's acknowledgment.
-                beast::error_code ignored;
-                socket.set_option(tcp::no_delay(true), ignored);
+            // Small replies go out at once instead of waiting for the browser's acknowledgment.
+            if (!error && !socket.set_option(tcp::no_delay(true), error))
                 std::make_shared<Session>(std::move(socket), handler_)->Read();
-            }
             Accept();
         });
     }

@@ -36,8 +36,8 @@ struct WebReply {
 // request is answered with status 500 and the exception's text.
 class WebServer {
 public:
-    // Listens from now on; port 0 takes a free one. Throws std::system_error (of which
-    // boost::system::system_error is one) when the port cannot be had.
+    // Listens from now on; port 0 takes a free one. Throws a std::runtime_error when the port
+    // cannot be had.
     explicit WebServer(std::function<WebReply(const WebRequest&)> handler, unsigned short port = 0);
 
     // Drops all connections, also those that wait for a delayed reply, and returns at once.

@@ -5,14 +5,12 @@
 namespace tamrin {
 
 void WaitMs(Clock& clock, const Globals& globals, long long milliseconds) {
-    const bool was_running = !globals.activity.empty();
     long long passes = milliseconds / 10;
     const long long rest = milliseconds % 10;
     if (rest > 5 || (rest == 5 && passes % 2 == 1)) ++passes;
-    for (; passes > 0; --passes) {
+    for (; passes > 0 && !globals.activity.empty(); --passes) {
         clock.Sleep(10);
         clock.DoEvents();
-        if (was_running && globals.activity.empty()) return;
     }
 }
 

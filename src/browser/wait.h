@@ -7,8 +7,7 @@
 namespace tamrin {
 
 // Pauses for `milliseconds` / 10 passes (rounded to nearest, halves to even) of a 10 ms sleep, each
-// followed by the events that have arrived. Ends early when the running activity is stopped
-// meanwhile.
+// followed by the events that have arrived. Ends at once when nothing is running any more.
 void WaitMs(Clock& clock, const Globals& globals, long long milliseconds);
 
 // -1 when the browser is busy, otherwise its ready state 0 to 4; 4 is complete.

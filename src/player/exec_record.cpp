@@ -117,6 +117,7 @@ StepResult RecordExecutor::ExecOnElement(Fields& record) {
 std::optional<StepResult> RecordExecutor::FollowLink(const Fields& record) {
     const bool is_script = record.indt.find("javascript") != std::string::npos;
     const bool skipped = clicker_.UserWait(record.wait_ms);
+    if (globals_.activity.empty()) return StepResult{kGoOn, RecordOutcome::kStopped};
     const RecordOutcome outcome = skipped ? RecordOutcome::kSkipped : RecordOutcome::kDone;
     if (is_script) {
         if (!skipped) browser_->Navigate(record.indt);

@@ -5,7 +5,6 @@
 
 #include "platform/browser.h"
 #include "platform/clock.h"
-#include "platform/input.h"
 
 namespace tamrin::conformance {
 
@@ -19,9 +18,6 @@ public:
 
     // Its DoEvents delivers the browser's events.
     virtual Clock& clock() = 0;
-
-    // Acts on the window that was made last or brought to the front last.
-    virtual Input& input() = 0;
 
     // How often a call has waited for the browser's answer so far.
     virtual std::uint64_t RoundTrips() = 0;

@@ -39,7 +39,7 @@ protected:
     Browser& browser();
     BackEnd& back_end();
     Clock& clock() { return back_end().clock(); }
-    Input& input() { return back_end().input(); }
+    Input& input() { return back_end().launcher().input(); }
 
     // A further window, null with a failure of the test when there is none.
     std::shared_ptr<Browser> NewWindow();

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <stdexcept>
 #include <string>
 
 namespace tamrin {
@@ -86,6 +87,11 @@ TEST(WebServer, ClosesTheConnectionWhenToldSo) {
     client.Send("GET /x HTTP/1.1\r\nHost: x\r\nConnection: close\r\n\r\n");
     EXPECT_TRUE(client.ReceiveUntil("never").ends_with("GET|/x|||!"));
     EXPECT_EQ(server.Url("/x"), "http://127.0.0.1:" + std::to_string(server.port()) + "/x");
+}
+
+TEST(WebServer, ThrowsWhenThePortIsTaken) {
+    const WebServer server(Echo);
+    EXPECT_THROW(WebServer(Echo, server.port()), std::runtime_error);
 }
 
 }  // namespace

@@ -175,7 +175,9 @@ bool ScriptedWeb::SendKeys(const std::vector<KeyStroke>& keys) {
 void ScriptedWeb::Note(const std::string& call) {
     calls.push_back(call);
     const auto found = on_call.find(call);
-    if (found != on_call.end()) found->second();
+    if (found == on_call.end()) return;
+    const auto action = found->second;  // which may change the table
+    action();
 }
 
 class ScriptedBrowser::Subscription : public Connection {

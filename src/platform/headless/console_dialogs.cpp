@@ -10,7 +10,7 @@ Answer ConsoleDialogs::MsgBox(const std::string& text, const std::string& title,
     for (const char c : text) {
         if (c != '\r') output_ << c;
     }
-    output_ << std::endl;
+    output_ << '\n' << std::flush;
     return buttons == Buttons::kOk ? Answer::kOk : Answer::kCancel;
 }
 

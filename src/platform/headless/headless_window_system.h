@@ -26,6 +26,9 @@ public:
     // Ticks the timers of all forms; call it from the clock's DoEvents.
     void RunTimers(std::uint32_t now);
 
+    // The form made last that still exists, null when there is none.
+    HeadlessForm* last_form() { return forms_.empty() ? nullptr : forms_.back(); }
+
 private:
     Dialogs& dialogs_;
     std::vector<HeadlessForm*> forms_;

@@ -1,0 +1,55 @@
+# shellcheck shell=bash
+# The one list of the Debian packages that the scripts need, and the function that installs those
+# that are missing. Written for a bare Debian 12 or 13; sourced by ./run, ./test and bench/run.
+
+# To build the console program and the sample site, and to play a scenario in a browser. Without a
+# Japanese font the pages are drawn with empty boxes.
+RUN_PACKAGES=(
+    g++ cmake ninja-build
+    libboost-dev nlohmann-json3-dev libgtest-dev
+    chromium chromium-sandbox fonts-noto-cjk
+)
+
+# For the tests, the checks and the cross-build besides. The version of clang's tools is fixed, for
+# each formats a little differently and checks for a little more.
+# shellcheck disable=SC2034  # used by the scripts that source this file
+TEST_PACKAGES=(
+    "${RUN_PACKAGES[@]}"
+    clang-format-19 clang-tidy-19
+    g++-mingw-w64-x86-64-posix
+)
+
+is_installed() {
+    [ "$(dpkg-query -W -f='${db:Status-Status}' "$1" 2>/dev/null)" = installed ]
+}
+
+# Runs a command with the rights to install packages.
+as_root() {
+    if [ "$(id -u)" = 0 ]; then
+        "$@"
+    else
+        sudo "$@"
+    fi
+}
+
+# install_packages NAME...: installs those that are missing, and fails when it cannot.
+install_packages() {
+    local package missing=()
+    if ! command -v apt-get >/dev/null; then
+        echo "This is not a Debian system; install by hand what is missing of: $*" >&2
+        return 0
+    fi
+    for package in "$@"; do
+        is_installed "$package" || missing+=("$package")
+    done
+    [ ${#missing[@]} -gt 0 ] || return 0
+
+    echo "Installing: ${missing[*]}"
+    if [ "$(id -u)" != 0 ] && ! command -v sudo >/dev/null; then
+        echo "That needs root or sudo. As root: apt-get install ${missing[*]}" >&2
+        return 1
+    fi
+    as_root apt-get update -q &&
+        as_root env DEBIAN_FRONTEND=noninteractive \
+            apt-get install -q -y --no-install-recommends "${missing[@]}"
+}

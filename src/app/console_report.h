@@ -1,0 +1,38 @@
+#pragma once
+
+#include <iosfwd>
+
+#include "app/frm_ie_auto.h"
+#include "player/run_report.h"
+
+namespace tamrin {
+
+// How the console program ends. 128 and above is the shell's own way to tell of a signal.
+enum ExitCode : int {
+    kPlayed = 0,
+    kNothing = 1,        // nothing to play, or a command line that cannot be read
+    kUnreadable = 2,     // the scenario could not be read
+    kNotStarted = 3,     // the browser could not be started
+    kDied = 4,           // the browser died or its page crashed
+    kRecordFailed = 5,   // a record found no element, or its data could not be applied
+    kPageFailed = 6,     // a page could not be opened
+    kWatchdog = 7,       // no page was completed for 30 seconds
+    kInterrupted = 130,  // stopped by Ctrl+C
+};
+
+// Prints what becomes of each record, a line each, and keeps what decides the exit code.
+class ConsoleReport {
+public:
+    explicit ConsoleReport(std::ostream& output) : output_(output) {}
+
+    void Record(const RecordReport& report);
+
+    ExitCode Result(StartUp start, const frmIeAuto& window) const;
+
+private:
+    std::ostream& output_;
+    bool any_ = false;
+    bool record_failed_ = false;
+};
+
+}  // namespace tamrin

@@ -1,0 +1,94 @@
+#include "platform/posix/files.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <climits>
+#include <memory>
+
+#include "platform/posix/atomic_file.h"
+#include "platform/posix/descriptor.h"
+#include "platform/text.h"
+
+namespace tamrin {
+namespace {
+
+bool HasExtension(std::string_view name, std::string_view extension) {
+    return name.size() >= extension.size() &&
+           EqualsIgnoreCase(name.substr(name.size() - extension.size()), extension);
+}
+
+}  // namespace
+
+bool PosixFiles::IsFile(const std::string& path) const {
+    struct stat status;
+    return stat(path.c_str(), &status) == 0 && !S_ISDIR(status.st_mode);
+}
+
+bool PosixFiles::IsFolder(const std::string& path) const {
+    struct stat status;
+    return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+std::optional<std::string> PosixFiles::Read(const std::string& path) const {
+    const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    struct stat status;
+    if (!file || fstat(file.get(), &status) != 0) return std::nullopt;
+    // The size is a hint: a pipe has none, and a file may grow meanwhile. One byte more than it
+    // tells the end of an ordinary file without a second block.
+    std::string bytes(static_cast<std::size_t>(status.st_size) + 1, '\0');
+    std::size_t used = 0;
+    for (;;) {
+        if (used == bytes.size()) bytes.resize(2 * bytes.size() + 4096);
+        const ssize_t count = read(file.get(), bytes.data() + used, bytes.size() - used);
+        if (count == 0) break;
+        if (count > 0) used += static_cast<std::size_t>(count);
+        if (count < 0 && errno != EINTR) return std::nullopt;
+    }
+    bytes.resize(used);
+    return bytes;
+}
+
+bool PosixFiles::Replace(const std::string& path, std::string_view bytes) {
+    return ReplaceFile(path, bytes);
+}
+
+bool PosixFiles::Delete(const std::string& path) {
+    struct stat status;
+    return unlink(path.c_str()) == 0 || lstat(path.c_str(), &status) != 0;
+}
+
+std::vector<std::string> PosixFiles::List(const std::string& folder,
+                                          std::string_view extension) const {
+    std::vector<std::string> names;
+    const std::unique_ptr<DIR, int (*)(DIR*)> listing(opendir(folder.c_str()), closedir);
+    if (!listing) return names;
+    while (const dirent* entry = readdir(listing.get())) {
+        const std::string_view name = entry->d_name;
+        if (HasExtension(name, extension) && IsFile(folder + "/" + entry->d_name)) {
+            names.emplace_back(name);
+        }
+    }
+    return names;
+}
+
+std::string PosixFiles::ProgramFolder() const {
+    std::array<char, PATH_MAX> target;
+    const ssize_t length = readlink("/proc/self/exe", target.data(), target.size());
+    if (length <= 0) return CurrentFolder();
+    const std::string_view program(target.data(), static_cast<std::size_t>(length));
+    return std::string(program.substr(0, std::max<std::size_t>(1, program.rfind('/'))));
+}
+
+std::string PosixFiles::CurrentFolder() const {
+    std::array<char, PATH_MAX> folder;
+    if (!getcwd(folder.data(), folder.size())) return ".";
+    return folder.data();
+}
+
+}  // namespace tamrin

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/files.h"
+
+namespace tamrin {
+
+// The files of a POSIX system. Only "/" separates folders; a path is bytes to the system and taken
+// as it is. Only the root folder itself is answered with a final separator.
+//
+// Replace writes through a symbolic link, keeps the permissions of the old file, and refuses what a
+// person could not write to: a file without write permission, a folder, a device.
+class PosixFiles : public Files {
+public:
+    bool IsFile(const std::string& path) const override;
+    bool IsFolder(const std::string& path) const override;
+    std::optional<std::string> Read(const std::string& path) const override;
+    bool Replace(const std::string& path, std::string_view bytes) override;
+    bool Delete(const std::string& path) override;
+    std::vector<std::string> List(const std::string& folder,
+                                  std::string_view extension) const override;
+    std::string ProgramFolder() const override;
+    std::string CurrentFolder() const override;
+    char Separator() const override { return '/'; }
+};
+
+}  // namespace tamrin

@@ -1,0 +1,116 @@
+#include "scenario/scenario_text.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/text.h"
+#include "platform/utf8.h"
+#include "scenario/character_escape.h"
+#include "scenario/cipher.h"
+
+namespace tamrin {
+namespace {
+
+constexpr std::string_view kLineEnd = "\r\n";
+constexpr std::string_view kCipherMark = "CIPHER";
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+// Takes the first line off `text`, its end too, and answers it without its end.
+std::string_view TakeLine(std::string_view& text) {
+    const auto end =
+        std::find_if(text.begin(), text.end(), [](char c) { return c == '\r' || c == '\n'; });
+    const std::string_view line = text.substr(0, static_cast<std::size_t>(end - text.begin()));
+    text.remove_prefix(line.size());
+    text.remove_prefix(text.starts_with(kLineEnd) ? 2 : text.empty() ? 0 : 1);
+    return line;
+}
+
+// Appends the lines of `text`, each passed through `decode`. Splitting comes first: neither CR nor
+// LF is ever a part of a longer character, and so a damaged character cannot join two lines.
+template <typename Decode>
+void AppendLines(std::vector<std::string>& lines, std::string_view text, Decode decode) {
+    if (lines.empty()) {
+        const auto ends = std::count(text.begin(), text.end(), '\n');
+        lines.reserve(static_cast<std::size_t>(ends) + 1);
+    }
+    while (!text.empty()) lines.push_back(UnescapeCharacters(decode(TakeLine(text))));
+}
+
+// Every line below the mark is deciphered by itself, so that a file put together from several
+// reads, too.
+template <typename Decode>
+std::vector<std::string> DecipherLines(std::string_view text, Decode decode) {
+    // Empty lines at the end of the file are no records.
+    text = text.substr(0, text.find_last_not_of(kLineEnd) + 1);
+    std::vector<std::string> lines;
+    while (!text.empty()) {
+        const std::string plain = DecipherText(TakeLine(text), kScenarioCipherParameter);
+        // Nothing but filler is an empty record, except as the one line of a scenario without any.
+        if (plain.empty() && (!lines.empty() || !text.empty())) lines.emplace_back();
+        AppendLines(lines, plain, decode);
+    }
+    return lines;
+}
+
+// Encodes a text of whole lines. Almost always the code page holds all of it; where it does not,
+// only the lines concerned are taken apart.
+std::string EncodeLines(std::string_view text, const TextCodec& codec) {
+    if (auto all = codec.Encode(text)) return *std::move(all);
+    std::string bytes;
+    bytes.reserve(text.size());
+    while (!text.empty()) {
+        const std::string_view line = TakeLine(text);
+        if (const auto encoded = codec.Encode(line)) {
+            bytes += *encoded;
+        } else {
+            AppendEncoded(bytes, line, codec);
+        }
+        bytes += kLineEnd;
+    }
+    return bytes;
+}
+
+}  // namespace
+
+std::string WriteScenarioText(const std::vector<std::string>& lines, const TextCodec& codec,
+                              bool cipher) {
+    std::size_t size = 0;
+    for (const std::string& line : lines) size += line.size() + kLineEnd.size();
+    std::string text;
+    text.reserve(size);
+    for (const std::string& line : lines) {
+        std::string_view rest = line;
+        if (!cipher && text.empty() && line == kCipherMark) {
+            // Read back as it stands it would announce an enciphered file.
+            AppendEscape(text, static_cast<unsigned char>(rest.front()));
+            rest.remove_prefix(1);
+        }
+        AppendEscaped(text, rest);
+        text += kLineEnd;
+    }
+    std::string bytes = EncodeLines(text, codec);
+    if (!cipher) return bytes;
+    std::string file(kCipherMark);
+    file.append(kLineEnd).append(EncipherText(bytes, kScenarioCipherParameter)).append(kLineEnd);
+    return file;
+}
+
+std::vector<std::string> ReadScenarioText(std::string_view bytes, const TextCodec& codec) {
+    const bool utf8 = bytes.starts_with(kByteOrderMark);
+    if (utf8) bytes.remove_prefix(kByteOrderMark.size());
+    const auto decode = [&codec](std::string_view line) { return codec.Decode(line); };
+    std::string_view rest = bytes;
+    if (TakeLine(rest) == kCipherMark) return DecipherLines(rest, decode);
+    if (utf8) return ScenarioTextLines(bytes);
+    std::vector<std::string> lines;
+    AppendLines(lines, bytes, decode);
+    return lines;
+}
+
+std::vector<std::string> ScenarioTextLines(std::string_view text) {
+    std::vector<std::string> lines;
+    AppendLines(lines, text, ValidUtf8);
+    return lines;
+}
+
+}  // namespace tamrin

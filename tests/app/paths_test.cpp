@@ -1,0 +1,62 @@
+#include "app/paths.h"
+
+#include <gtest/gtest.h>
+
+#include "support/memory_files.h"
+
+namespace tamrin::test {
+namespace {
+
+TEST(CollapseBlanks, KeepsTheFirstBlankOfEachRun) {
+    const std::pair<const char*, const char*> rows[] = {
+        {"", ""}, {"a", "a"}, {"a  b", "a b"}, {" 　 a　　b ", " a　b "}, {"　 x", "　x"},
+    };
+    for (const auto& [text, result] : rows) EXPECT_EQ(CollapseBlanks(text), result);
+}
+
+TEST(StripQuotes, TakesOneEnclosingPair) {
+    const std::pair<const char*, const char*> rows[] = {
+        {" \"a b\" ", "a b"}, {"\"a", "\"a"}, {"\"", "\""}, {"\"\"", ""},
+        {"　a　", "a"},       {"a\"", "a\""}, {"", ""},     {"\"\"a\"\"", "\"a\""},
+    };
+    for (const auto& [text, result] : rows) EXPECT_EQ(StripQuotes(text), result) << text;
+}
+
+TEST(ResolvePath, MakesARelativePathAbsolute) {
+    const MemoryFiles files;
+    const char* const rows[][3] = {
+        {"a.csv", "C:\\b", "C:\\b\\a.csv"},
+        {".\\a.csv", "C:\\b", "C:\\b\\a.csv"},
+        {"..\\a.csv", "C:\\b\\c", "C:\\b\\a.csv"},
+        {"..\\..\\..\\a.csv", "C:\\b", "C:\\a.csv"},
+        {"x\\..\\.\\a.csv", "C:\\b", "C:\\b\\a.csv"},
+        {"D:\\a.csv", "C:\\b", "D:\\a.csv"},
+        {"\\\\server\\share\\a.csv", "C:\\b", "\\\\server\\share\\a.csv"},
+        {"\\a.csv", "C:\\b", "C:\\a.csv"},
+        {"注文 書.csv", "", "C:\\work\\注文 書.csv"},
+        {"", "C:\\b", ""},
+    };
+    for (const auto& [path, base, result] : rows) {
+        EXPECT_EQ(ResolvePath(path, base, files), result) << path;
+    }
+}
+
+TEST(IsExistingFile, LooksInTheProgramsFolder) {
+    MemoryFiles files;
+    files.contents["C:\\tamrin\\a b.csv"] = "";
+    EXPECT_TRUE(IsExistingFile("a b.csv", files));
+    EXPECT_TRUE(IsExistingFile(" \"C:\\tamrin\\a b.csv\" ", files));
+    EXPECT_FALSE(IsExistingFile("", files));
+    EXPECT_FALSE(IsExistingFile("\"\"", files));
+    EXPECT_FALSE(IsExistingFile("C:\\tamrin", files));
+}
+
+TEST(FileNameOf, IsWhatFollowsTheLastBackslash) {
+    EXPECT_EQ(FileNameOf("C:\\a\\注文.csv"), "注文.csv");
+    EXPECT_EQ(FileNameOf("order.csv"), "order.csv");
+    EXPECT_EQ(FileNameOf("C:\\"), "");
+    EXPECT_EQ(FileNameOf(""), "");
+}
+
+}  // namespace
+}  // namespace tamrin::test

@@ -1,0 +1,119 @@
+#include "platform/posix/files.h"
+
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <csignal>
+
+#include "support/temporary_folder.h"
+
+namespace tamrin {
+namespace {
+
+namespace fs = std::filesystem;
+using Names = std::set<std::string>;
+
+unsigned Mode(const std::string& path) {
+    struct stat status {};
+    lstat(path.c_str(), &status);
+    return status.st_mode & 07777U;
+}
+
+TEST(Replace, WritesBytesAsTheyAre) {
+    const TemporaryFolder folder;
+    PosixFiles files;
+    const std::string path = folder.At("日本.csv");
+    const std::string bytes("a\r\n\0\n\xFF", 6);
+    EXPECT_TRUE(files.Replace(path, bytes));
+    EXPECT_EQ(files.Read(path), bytes);
+    EXPECT_TRUE(files.Replace(path, ""));
+    EXPECT_EQ(files.Read(path), "");
+    EXPECT_EQ(folder.Names(), Names{"日本.csv"});
+}
+
+TEST(Replace, KeepsPermissionsAndLinks) {
+    const TemporaryFolder folder;
+    PosixFiles files;
+    const std::string path = folder.Write("a.csv", "old");
+    chmod(path.c_str(), 0640);
+    fs::create_directory(folder.At("links"));
+    fs::create_symlink("../a.csv", folder.At("links/b.csv"));
+    fs::create_symlink("links/b.csv", folder.At("c.csv"));
+    fs::create_symlink("new.csv", folder.At("dangling"));
+    fs::create_symlink("loop", folder.At("loop"));
+
+    EXPECT_TRUE(files.Replace(folder.At("c.csv"), "new"));
+    EXPECT_EQ(FileBytes(path), "new");
+    EXPECT_EQ(Mode(path), 0640U);
+    EXPECT_TRUE(fs::is_symlink(folder.At("c.csv")));
+    EXPECT_TRUE(fs::is_symlink(folder.At("links/b.csv")));
+
+    EXPECT_TRUE(files.Replace(folder.At("dangling"), "new"));
+    EXPECT_EQ(FileBytes(folder.At("new.csv")), "new");
+    EXPECT_FALSE(files.Replace(folder.At("loop"), "new"));
+    EXPECT_EQ(folder.Names(), (Names{"a.csv", "c.csv", "dangling", "links", "loop", "new.csv"}));
+}
+
+TEST(Replace, LeavesEverythingAsItWasOnFailure) {
+    const TemporaryFolder folder;
+    PosixFiles files;
+    const std::string path = folder.Write("a.csv", "old");
+    EXPECT_FALSE(files.Replace(folder.path(), "new"));
+    EXPECT_FALSE(files.Replace(folder.At("none/a.csv"), "new"));
+    EXPECT_FALSE(files.Replace("", "new"));
+    EXPECT_FALSE(files.Replace("/dev/null", "new"));
+
+    // A full disk: files may not grow beyond 4096 bytes.
+    rlimit before{};
+    getrlimit(RLIMIT_FSIZE, &before);
+    const rlimit small{4096, before.rlim_max};
+    const auto handler = signal(SIGXFSZ, SIG_IGN);
+    setrlimit(RLIMIT_FSIZE, &small);
+    const bool replaced = files.Replace(path, std::string(100000, 'x'));
+    setrlimit(RLIMIT_FSIZE, &before);
+    signal(SIGXFSZ, handler);
+
+    EXPECT_FALSE(replaced);
+    EXPECT_EQ(FileBytes(path), "old");
+    EXPECT_EQ(folder.Names(), Names{"a.csv"});
+}
+
+TEST(Delete, AnswersWhetherTheFileIsGone) {
+    const TemporaryFolder folder;
+    PosixFiles files;
+    const std::string path = folder.Write("a.csv", "");
+    EXPECT_TRUE(files.Delete(path));
+    EXPECT_TRUE(files.Delete(path));
+    EXPECT_FALSE(files.Delete(folder.path()));
+    EXPECT_TRUE(files.IsFolder(folder.path()));
+    EXPECT_FALSE(files.IsFile(folder.path()));
+    EXPECT_FALSE(files.IsFolder(path));
+}
+
+TEST(Read, AnswersNothingForWhatIsNoFile) {
+    const TemporaryFolder folder;
+    EXPECT_EQ(PosixFiles().Read(folder.path()), std::nullopt);
+    EXPECT_EQ(PosixFiles().Read(folder.At("none")), std::nullopt);
+    // Its size is not known beforehand.
+    EXPECT_NE(PosixFiles().Read("/proc/self/maps").value_or("").size(), 0U);
+}
+
+TEST(List, IgnoresLetterCaseFoldersAndBackslashes) {
+    const TemporaryFolder folder;
+    for (const char* name : {"a.csv", "B.CSV", ".csv", "a\\b.csv", "csv", "a.csv.txt"}) {
+        folder.Write(name, "");
+    }
+    fs::create_directory(folder.At("d.csv"));
+    const auto names = PosixFiles().List(folder.path(), ".csv");
+    EXPECT_EQ(Names(names.begin(), names.end()), (Names{"a.csv", "B.CSV", ".csv", "a\\b.csv"}));
+    EXPECT_EQ(names.size(), 4U);
+}
+
+TEST(ProgramFolder, HoldsThisProgram) {
+    EXPECT_TRUE(PosixFiles().IsFile(PosixFiles().ProgramFolder() + "/test_posix"));
+    EXPECT_EQ(PosixFiles().CurrentFolder(), fs::current_path());
+}
+
+}  // namespace
+}  // namespace tamrin

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <set>
+#include <string>
+#include <string_view>
+
+namespace tamrin {
+
+// An empty folder for one test, deleted with all that is in it.
+class TemporaryFolder {
+public:
+    TemporaryFolder() {
+        std::string pattern = std::filesystem::temp_directory_path() / "tamrin-test-XXXXXX";
+        path_ = mkdtemp(pattern.data());
+    }
+    ~TemporaryFolder() { std::filesystem::remove_all(path_); }
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+    const std::string& path() const { return path_; }
+    std::string At(const std::string& name) const { return path_ + "/" + name; }
+
+    std::string Write(const std::string& name, std::string_view bytes) const {
+        std::ofstream(At(name), std::ios::binary) << bytes;
+        return At(name);
+    }
+
+    std::set<std::string> Names() const {
+        std::set<std::string> names;
+        for (const auto& entry : std::filesystem::directory_iterator(path_)) {
+            names.insert(entry.path().filename());
+        }
+        return names;
+    }
+
+private:
+    std::string path_;
+};
+
+inline std::string FileBytes(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+}  // namespace tamrin
