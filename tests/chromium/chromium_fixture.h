@@ -7,8 +7,8 @@
 #include <mutex>
 #include <string>
 
-#include "chromium/host_files.h"
 #include "platform/chromium/launcher.h"
+#include "platform/posix/files.h"
 #include "platform/posix/processes.h"
 #include "platform/posix/system_clock.h"
 #include "samples/web_server.h"
@@ -27,7 +27,7 @@ struct World {
     World();
 
     NoDisplay processes;
-    HostFiles files;
+    PosixFiles files;
     SystemClock clock;
     std::mutex lock;
     std::function<WebReply(const WebRequest&)> web;  // under `lock`; called by the server's thread

@@ -1,31 +1,13 @@
 #include "platform/chromium/field_block.h"
 
 #include <charconv>
-#include <cstdlib>
+
+#include "platform/utf8.h"
 
 namespace tamrin {
 namespace {
 
 constexpr std::string_view kValue = R"("value":")";
-constexpr std::uint32_t kReplacement = 0xFFFD;
-
-void AppendUtf8(std::uint32_t c, std::string& out) {
-    if (c < 0x80) {
-        out += static_cast<char>(c);
-    } else if (c < 0x800) {
-        out += static_cast<char>(0xC0 | c >> 6);
-        out += static_cast<char>(0x80 | (c & 0x3F));
-    } else if (c < 0x10000) {
-        out += static_cast<char>(0xE0 | c >> 12);
-        out += static_cast<char>(0x80 | (c >> 6 & 0x3F));
-        out += static_cast<char>(0x80 | (c & 0x3F));
-    } else {
-        out += static_cast<char>(0xF0 | c >> 18);
-        out += static_cast<char>(0x80 | (c >> 12 & 0x3F));
-        out += static_cast<char>(0x80 | (c >> 6 & 0x3F));
-        out += static_cast<char>(0x80 | (c & 0x3F));
-    }
-}
 
 // Reads the inside of a JSON string, counting in UTF-16 units as the page does. A half of a
 // surrogate pair that stands alone reads as U+FFFD.
@@ -39,7 +21,7 @@ public:
         while (units > 0) {
             const char* plain = at_;
             const char* last = end_ - at_ > units ? at_ + units : end_;
-            while (at_<last&& static_cast<signed char>(*at_)> 0 && *at_ != '\\' && *at_ != '"')
+            while (at_ < last && static_cast<signed char>(*at_) > 0 && *at_ != '\\' && *at_ != '"')
                 ++at_;
             out_.append(plain, at_);
             units -= at_ - plain;
@@ -79,19 +61,14 @@ private:
         std::uint32_t unit = 0;
         if (!ReadUnit(at_, unit)) return false;
         at_ += 6;
-        if (unit >= 0xD800 && unit < 0xDC00) {
-            std::uint32_t low = 0;
-            if (units > 0 && ReadUnit(at_, low) && low >= 0xDC00 && low < 0xE000) {
-                at_ += 6;
-                --units;
-                unit = 0x10000 + ((unit - 0xD800) << 10) + (low - 0xDC00);
-            } else {
-                unit = kReplacement;
-            }
-        } else if (unit >= 0xDC00 && unit < 0xE000) {
-            unit = kReplacement;
+        std::uint32_t low = 0;
+        if (unit >= 0xD800 && unit < 0xDC00 && units > 0 && ReadUnit(at_, low) && low >= 0xDC00 &&
+            low < 0xE000) {
+            at_ += 6;
+            --units;
+            unit = 0x10000 + ((unit - 0xD800) << 10) + (low - 0xDC00);
         }
-        AppendUtf8(unit, out_);
+        AppendUtf8(out_, unit);
         return true;
     }
 

@@ -66,7 +66,7 @@ void BecomeProgram(const char* executable, char* const* arguments, pid_t parent)
 }
 
 bool IsExecutable(const std::string& path) {
-    struct stat status {};
+    struct stat status{};
     return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) &&
            access(path.c_str(), X_OK) == 0;
 }
