@@ -134,19 +134,17 @@ TEST_F(GetProperty, AnswersOddCharacters) {
         {R"('\ud83d\ude80𠮷')", "🚀𠮷"},
         {R"('a\ud83db')", "a\uFFFDb"},
         {R"('\udc00')", "\uFFFD"},
-        {R"('"\'\\</script>')", "\"'\\</script>"},
+        {R"('"\'\\<\/script>')", "\"'\\</script>"},
         {R"('\u0001\u0002\t\u007f')", "\x01\x02\t\x7f"},
         {R"('\u2028\u00a0\u3000\ufeff')", "\u2028\u00a0\u3000\ufeff"},
         {R"('％～∥－￠')", "％～∥－￠"},
         {R"('x'.repeat(300000).length)", "300000"},
     };
     for (const auto& row : rows) {
-        std::string script(row.script);
-        if (const auto at = script.find("</"); at != std::string::npos) script.insert(at + 1, "\\");
         OpenBare(
             "<!doctype html><meta charset=utf-8><input id=v><script>document.getElementById("
             "'v').value = " +
-            script + "</script>");
+            std::string(row.script) + "</script>");
         EXPECT_EQ(Find("v").value(), row.value) << row.script;
     }
 }

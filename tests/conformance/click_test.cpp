@@ -35,7 +35,7 @@ TEST_F(Click, DoesWhatThePersonsClickDoes) {
         "<input type=checkbox id=c><label id=l>名<input type=checkbox id=d></label>"
         "<input type=checkbox id=off disabled><input type=button id=b onclick=say('b')>"
         "<a id=j href=\"javascript:say('j')\">j</a><div id=e onclick=say('div')><b id=f>f</b></div>");
-    for (const char* id : {"c", "l", "off", "b", "j", "f"}) EXPECT_TRUE(Find(id).click()) << id;
+    for (const char* id : {"c", "l", "off", "b", "f", "j"}) EXPECT_TRUE(Find(id).click()) << id;
     EXPECT_EQ(Said("b div j"), "b div j");
     EXPECT_EQ(Find("c").checked() + Find("d").checked() + Find("off").checked(), "TrueTrueFalse");
 }
@@ -128,7 +128,7 @@ TEST_F(Click, RunsHandlersAgainForTheNextRecord) {
 
 TEST_F(Click, OpensNewWindowsBesideTheOldOne) {
     for (const char* link : {"<a id=k target=_blank href=/echo>新</a>",
-                             "<input type=button id=k onclick='say(!!open(\"/echo\"))'>"}) {
+                             "<input type=button id=k onclick='say(!!window.open(\"/echo\"))'>"}) {
         const Document document = Open(link);
         EXPECT_TRUE(Find("k").click());
         Pump();

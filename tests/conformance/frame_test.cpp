@@ -27,7 +27,7 @@ TEST_F(Frames, AnswersAllInTheOrderOfThePage) {
              "></iframe></div><iframe name=枠 id=e3 srcdoc='<p id=p>文'></iframe>" +
              "<iframe id=e4 name=n4></iframe>");
     const auto frames = document.frames();
-    EXPECT_EQ(Lines(frames), (Strings{"n1|e1|中", "|e2|中", "枠|e3|文", "n4|e4|"}));
+    EXPECT_EQ(Lines(frames), (Strings{"n1|e1|中", "e2|e2|中", "枠|e3|文", "n4|e4|"}));
     ASSERT_EQ(frames.size(), 4U);
     EXPECT_EQ(frames[0].document.url(), Url(inner));
     EXPECT_EQ(frames[1].document.url(), OtherUrl(inner));

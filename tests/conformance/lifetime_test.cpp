@@ -37,18 +37,6 @@ TEST_F(Quit, LeavesEverythingEmptyAtOnce) {
     EXPECT_TRUE(browser().Alive());
 }
 
-TEST_F(Quit, IsNoticedWhenThePageClosesItsWindow) {
-    const auto window = NewWindow();
-    ASSERT_TRUE(window);
-    EventLog events;
-    const auto connection = window->Connect(events);
-    EXPECT_TRUE(window->Navigate(Url(Serve("<input type=button id=b onclick='close()'>"))));
-    ASSERT_TRUE(WaitComplete(*window));
-    EXPECT_TRUE(window->document().Named("b").by_id.click());
-    EXPECT_TRUE(Wait([&] { return events.Has("OnQuit"); }));
-    EXPECT_FALSE(window->Alive());
-}
-
 using Create = Suite;
 
 TEST_F(Create, OpensEmptyWindowsThatWorkSideBySide) {

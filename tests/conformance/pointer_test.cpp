@@ -22,7 +22,7 @@ TEST_F(ElementScreenPoint, LeadsTheMouseToTheElement) {
     std::string expected;
     for (const char* id : {"top", "low", "top", "boxed", "right", "scaled", "zoomed"}) {
         MouseClick(Find(id));
-        expected += (expected.empty() ? "" : " ") + std::string(id);
+        AddWord(expected, id);
         ASSERT_EQ(Said(expected), expected);
     }
 }
@@ -48,7 +48,7 @@ TEST_F(ElementScreenPoint, CountsFramesIn) {
         for (const Document& page : {frames[0].document, inner[0].document}) {
             for (const char* id : {"leaf", "low"}) {
                 MouseClick(page.Named(id).by_id);
-                expected += (expected.empty() ? "" : " ") + std::string(id);
+                AddWord(expected, id);
                 ASSERT_EQ(Said(expected), expected) << (other ? "other origin" : "same origin");
             }
         }

@@ -13,7 +13,8 @@ constexpr int kStep = 5;
 
 // What a page made of its body alone begins with.
 constexpr std::string_view kPrelude =
-    "<!doctype html><meta charset=utf-8><title>page</title><p id=log></p><script>"
+    "<!doctype html><meta charset=utf-8><title>page</title>"
+    "<p id=log style='position:fixed;bottom:0;margin:0;pointer-events:none'></p><script>"
     "function say(word) { const e = document.getElementById('log');"
     " e.textContent += (e.textContent ? ' ' : '') + word; }</script>";
 
@@ -22,7 +23,7 @@ class Pages {
 public:
     std::string Add(WebReply reply) {
         const std::lock_guard lock(mutex_);
-        const std::string path = "/" + std::to_string(replies_.size() + 1);
+        std::string path = std::string("/").append(std::to_string(replies_.size() + 1));
         replies_.emplace(path, std::move(reply));
         return path;
     }
@@ -173,6 +174,8 @@ void Suite::MouseClick(const Element& element) {
     element.scrollIntoView();
     const auto point = browser().ElementScreenPoint(element);
     ASSERT_TRUE(point);
+    clock().DoEvents();
+    clock().Sleep(50);
     input().SetCursorPos({point->x + 10, point->y + 10});
     input().LeftButton(true);
     input().LeftButton(false);
@@ -186,9 +189,14 @@ std::vector<KeyStroke> Suite::Typed(std::string_view text) {
     return keys;
 }
 
+void AddWord(std::string& words, std::string_view word) {
+    if (!words.empty()) words += ' ';
+    words += word;
+}
+
 std::string Ids(const std::vector<Element>& elements) {
     std::string ids;
-    for (const Element& element : elements) ids += (ids.empty() ? "" : " ") + element.id();
+    for (const Element& element : elements) AddWord(ids, element.id());
     return ids;
 }
 

@@ -92,7 +92,10 @@ private:
     Element log_;
 };
 
-// The ids of elements, joined by blanks.
+// Adds a word to words that are separated by blanks.
+void AddWord(std::string& words, std::string_view word);
+
+// The ids of elements, as words.
 std::string Ids(const std::vector<Element>& elements);
 
 }  // namespace tamrin::conformance
