@@ -41,6 +41,18 @@ ChromiumTest::ChromiumTest() : launcher_(*world_.launcher), browser_(*world_.bro
     browser_.SetForeground();
 }
 
+KeyStroke NamedKey(const std::string& name) {
+    KeyStroke key;
+    key.name = name;
+    return key;
+}
+
+KeyStroke Letter(char c) {
+    KeyStroke key;
+    key.text = c;
+    return key;
+}
+
 std::string Page(const std::string& html) {
     return "<!doctype html><meta charset=utf-8><script>words = [];\n"
            "function log(word) { words.push(word);\n"

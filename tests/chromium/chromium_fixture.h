@@ -69,6 +69,10 @@ protected:
     Browser& browser_;
 };
 
+// Key strokes: a named key, and a character.
+KeyStroke NamedKey(const std::string& name);
+KeyStroke Letter(char c);
+
 // A page whose scripts find log(text).
 std::string Page(const std::string& html);
 

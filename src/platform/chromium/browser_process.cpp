@@ -53,6 +53,10 @@ std::vector<std::string> Arguments(const Processes& processes, const std::string
         "--hide-crash-restore-bubble",
         "--disable-search-engine-choice-screen",
         "--disable-popup-blocking",
+        "--disable-prompt-on-repost",
+        "--disable-hang-monitor",
+        // Keys and clicks count from the first moment of a page, not only once it has been drawn.
+        "--allow-pre-commit-input",
         // A page goes back to where it was by loading again, and never shows before it is asked
         // for.
         "--disable-features=Translate,BackForwardCache,Prerender2,HttpsUpgrades,"

@@ -144,15 +144,13 @@ bool ChromiumElement::PutFile(std::string_view path) {
     const std::string full = FullPath(path, tab.files());
     if (!tab.files().IsFile(full) || !document().Exists()) return false;
     document().NoteWrite(number());
-    const json found =
+    const std::string id =
         tab.Call("Runtime.evaluate",
                  {{"expression", "tamrin.fileInput(" + std::to_string(number()) + ")"},
                   {"uniqueContextId", agent}},
                  agent)
-            .Result();
-    const json::json_pointer object_id("/result/objectId");
-    if (!found.contains(object_id)) return false;
-    const json id = found[object_id];
+            .Text("/result/objectId");
+    if (id.empty()) return false;
     const auto done =
         tab.Call("DOM.setFileInputFiles", {{"files", {full}}, {"objectId", id}}, agent);
     tab.Post("Runtime.releaseObject", {{"objectId", id}});

@@ -65,8 +65,7 @@ void ChromiumInput::LeftButton(bool down) {
     event["clickCount"] = 1;
     tab->NextMoment();
     if (down) return tab->Post(kMouse, event);
-    tab->CallAll({{kMouse, event}});
-    tab->NextMoment();
+    tab->Enter({{kMouse, event}});
 }
 
 json ChromiumInput::MouseEvent(const Tab& tab, const char* type) const {
@@ -80,7 +79,6 @@ bool ChromiumInput::SendKeys(const std::vector<KeyStroke>& keys) {
     for (std::size_t i = 0; i < keys.size();) {
         const auto tab = tab_();
         if (!tab || !tab->Alive()) return false;
-        tab->NextMoment();
         if (PageDialog* dialog = tab->dialog()) {
             if (dialog->TakeKey(keys[i++])) tab->AnswerDialog();
             continue;
@@ -94,8 +92,7 @@ bool ChromiumInput::SendKeys(const std::vector<KeyStroke>& keys) {
         const bool plain = IsPlain(keys[i]);
         do AddStroke(keys[i++], calls);
         while (plain && i < end && IsPlain(keys[i]));
-        if (!tab->CallAll(calls)) return false;
-        tab->NextMoment();
+        if (!tab->Enter(calls)) return false;
     }
     return true;
 }
@@ -144,7 +141,7 @@ bool ChromiumInput::SendBrowserKey(Tab& tab, const KeyStroke& stroke) {
     in_all_frames("tamrin.watchKeys()");
     Calls calls;
     AddStroke(stroke, calls);
-    if (!tab.CallAll(calls)) return false;
+    if (!tab.Enter(calls)) return false;
     const auto answers = in_all_frames("tamrin.keyTaken()");
     const bool taken = std::any_of(answers.begin(), answers.end(), [](const AgentAnswer& answer) {
         return !answer.fields.Text(0).empty();

@@ -71,6 +71,19 @@ json DevToolsReply::Result() const {
     return result != parsed.end() ? *result : json();
 }
 
+std::string DevToolsReply::Text(const char* pointer) const {
+    const json result = Result();
+    const json::json_pointer place(pointer);
+    return result.contains(place) && result[place].is_string() ? result[place].get<std::string>()
+                                                               : "";
+}
+
+double DevToolsReply::Number(const char* pointer) const {
+    const json result = Result();
+    const json::json_pointer place(pointer);
+    return result.contains(place) && result[place].is_number() ? result[place].get<double>() : 0;
+}
+
 DevTools::DevTools(const Clock& clock, Patience patience)
     : clock_(clock), patience_(std::move(patience)) {}
 DevTools::~DevTools() = default;
@@ -101,6 +114,8 @@ int DevTools::Send(const std::string& session, std::string_view method, const js
     if (closed_) return id;
     json message{{"id", id}, {"method", method}, {"params", params}};
     if (!session.empty()) message["sessionId"] = session;
+    if (getenv("DTDEBUG"))
+        fprintf(stderr, "%u -> %.300s\n", clock_.TickCount() % 100000, message.dump().c_str());
     socket_->Send(message.dump(-1, ' ', false, json::error_handler_t::replace));
     return id;
 }
@@ -190,6 +205,8 @@ void DevTools::HandleArrived() {
 }
 
 void DevTools::Handle(std::string& message) {
+    if (getenv("DTDEBUG"))
+        fprintf(stderr, "%u <- %.400s\n", clock_.TickCount() % 100000, message.c_str());
     const std::string_view text = message;
     if (text.starts_with(kEventStart)) return HandleEvent(message);
     if (!text.starts_with(kReplyStart)) return;

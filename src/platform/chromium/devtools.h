@@ -31,6 +31,11 @@ struct DevToolsReply {
 
     // The "result" object; null unless kAnswered.
     nlohmann::json Result() const;
+
+    // A text or number within the result, by its JSON pointer ("/result/value"); "" or 0 when there
+    // is none.
+    std::string Text(const char* pointer) const;
+    double Number(const char* pointer) const;
 };
 
 // The DevTools protocol with its sessions flattened into one connection; session "" is the browser.

@@ -79,19 +79,16 @@ std::string ChromiumLauncher::FirstTarget() {
 }
 
 std::string ChromiumLauncher::NewTarget() {
-    const json target =
-        devtools_->Call("", "Target.createTarget", {{"url", "about:blank"}, {"newWindow", true}})
-            .Result();
-    return target.is_object() ? target.value("targetId", "") : "";
+    return devtools_->Call("", "Target.createTarget", {{"url", "about:blank"}, {"newWindow", true}})
+        .Text("/targetId");
 }
 
 std::shared_ptr<Tab> ChromiumLauncher::Attach(const std::string& target) {
-    const json attached =
+    const std::string session =
         devtools_->Call("", "Target.attachToTarget", {{"targetId", target}, {"flatten", true}})
-            .Result();
-    if (!attached.is_object()) return nullptr;
-    const auto tab =
-        std::make_shared<Tab>(devtools_, clock_, files_, target, attached.value("sessionId", ""));
+            .Text("/sessionId");
+    if (session.empty()) return nullptr;
+    const auto tab = std::make_shared<Tab>(devtools_, clock_, files_, target, session);
     tabs_.emplace_back(tab);
     return tab->Open() ? tab : nullptr;
 }
@@ -125,9 +122,7 @@ void ChromiumLauncher::DeliverEvents() {
 std::optional<std::string> ChromiumLauncher::Picture() {
     const auto tab = front_.lock();
     if (!tab) return std::nullopt;
-    const json shot = tab->Call("Page.captureScreenshot", {{"format", "png"}}).Result();
-    if (!shot.is_object()) return std::nullopt;
-    return DecodeBase64(shot.value("data", ""));
+    return DecodeBase64(tab->Call("Page.captureScreenshot", {{"format", "png"}}).Text("/data"));
 }
 
 std::uint64_t ChromiumLauncher::RoundTrips() const { return devtools_->RoundTrips(); }

@@ -54,12 +54,10 @@ bool Tab::Open() {
         {devtools_->Begin("", "Browser.getWindowForTarget", {{"targetId", target_}}),
          devtools_->Begin(sessions_.front(), "Runtime.evaluate",
                           {{"expression", "devicePixelRatio"}, {"returnByValue", true}})});
-    const json window = replies[0].Result();
-    if (window.is_object()) window_ = window.value("windowId", 0);
-    const json ratio = replies[1].Result();
-    if (!ratio.is_object() || !ratio.contains("result")) return false;
-    viewport_.scale = ratio["result"].value("value", 1.0);
-    return alive_;
+    window_ = static_cast<int>(replies[0].Number("/windowId"));
+    const double scale = replies[1].Number("/result/value");
+    if (scale > 0) viewport_.scale = scale;
+    return alive_ && replies[1].end == End::kAnswered;
 }
 
 bool Tab::Busy() const { return alive_ && (dialog_ || hung_ || loads_.Busy(clock_.TickCount())); }
@@ -68,7 +66,21 @@ void Tab::AnswerDialog() {
     if (!dialog_) return;
     json params{{"accept", dialog_->accepted()}};
     if (dialog_->type() == "prompt") params["promptText"] = dialog_->text();
+    const bool stays = dialog_->type() != "beforeunload";
     devtools_->Call(dialog_->session(), "Page.handleJavaScriptDialog", params);
+    if (stays) Settle();
+}
+
+void Tab::Settle() {
+    if (!CanRun() || Busy()) return;
+    settling_ = true;
+    std::vector<int> calls;
+    for (const std::string& session : sessions_) {
+        calls.push_back(devtools_->Begin(session, "Runtime.evaluate", {{"expression", "0"}}));
+    }
+    Await(calls);
+    settling_ = false;
+    NextMoment();
 }
 
 void Tab::Navigate(const std::string& url) {
@@ -189,7 +201,7 @@ DevToolsReply Tab::Call(std::string_view method, const json& params, const std::
     return std::move(Await({devtools_->Begin(session, method, params)}).front());
 }
 
-bool Tab::CallAll(const std::vector<std::pair<std::string, json>>& calls) {
+bool Tab::Enter(const std::vector<std::pair<std::string, json>>& calls) {
     if (!CanRun()) return false;
     std::vector<int> begun;
     begun.reserve(calls.size());
@@ -197,6 +209,8 @@ bool Tab::CallAll(const std::vector<std::pair<std::string, json>>& calls) {
         begun.push_back(devtools_->Begin(sessions_.front(), method, params));
     }
     const auto replies = Await(begun);
+    NextMoment();
+    Settle();
     return std::all_of(replies.begin(), replies.end(), [](const DevToolsReply& reply) {
         return reply.end == End::kAnswered || reply.end == End::kCutShort;
     });

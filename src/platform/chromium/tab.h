@@ -99,9 +99,9 @@ public:
     // Calls a method of the protocol for the top page, or for the session of an agent.
     DevToolsReply Call(std::string_view method, const nlohmann::json& params,
                        const std::string& agent = {});
-    // Begins several calls for the top page, to be waited for in one round trip; false when one of
-    // them was not answered.
-    bool CallAll(const std::vector<std::pair<std::string, nlohmann::json>>& calls);
+    // Sends input events in one go and waits until the page has handled them and told what came of
+    // them. False when one of them could not be sent.
+    bool Enter(const std::vector<std::pair<std::string, nlohmann::json>>& calls);
 
     // A number that grows whenever something may have changed in the pages: after every write,
     // every input, and whenever events were handled. What was read before is then out of date.
@@ -130,18 +130,24 @@ private:
     friend struct TabEvents;
 
     void SetUp(const std::string& session);
+    // A frame is about to be navigated. While a page is being replaced it answers nothing: who
+    // waits for it to settle need not wait on.
+    void OnRequested(const std::string& frame);
     void OnDialogOpening(const std::string& session, const nlohmann::json& params);
     void OnDialogClosed(const nlohmann::json& params);
     void OnFrameNavigated(const std::string& session, const nlohmann::json& params);
     void OnAttached(const nlohmann::json& params);
     void OnNavigateReply(const std::string& url, const DevToolsReply& reply);
-    void ReportErrorPage(const std::string& url);
+    void OnComplete();
 
     // The name of a frame in `loads_`.
     std::string_view LoadName(const std::string& frame) const;
     bool CanRun() const;
     int BeginRun(const std::string& agent, std::string expression, bool gesture);
     std::vector<DevToolsReply> Await(const std::vector<int>& calls);
+    // Waits until the page has told what came of input. What input does is not told with its reply,
+    // but by the page, and in order only with other answers of the page.
+    void Settle();
     void OnHung(DevToolsReply::End why);
     void StopScripts();
 
@@ -158,8 +164,10 @@ private:
     int window_ = 0;
     std::uint64_t moment_ = 0;
     std::string fired_in_;
+    std::string error_url_;  // what the browser's page about a failure stands for
     bool alive_ = true;
     bool hung_ = false;
+    bool settling_ = false;
 };
 
 }  // namespace tamrin

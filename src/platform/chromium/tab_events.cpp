@@ -26,6 +26,7 @@ struct TabEvents {
             {"Page.frameAttached", FrameAttached},
             {"Page.frameDetached", FrameDetached},
             {"Page.frameRequestedNavigation", FrameRequestedNavigation},
+            {"Page.frameScheduledNavigation", FrameScheduledNavigation},
             {"Page.frameStartedNavigating", FrameStartedNavigating},
             {"Page.frameStartedLoading", FrameStartedLoading},
             {"Page.frameStoppedLoading", FrameStoppedLoading},
@@ -58,7 +59,14 @@ struct TabEvents {
 
     static void FrameRequestedNavigation(Tab& tab, const std::string&, const json& params) {
         if (TextOf(params, "disposition") != "currentTab") return;
-        tab.loads_.Requested(tab.LoadName(TextOf(params, "frameId")), tab.clock_.TickCount());
+        tab.OnRequested(TextOf(params, "frameId"));
+    }
+
+    // A click on a link is announced here first. A page may also plan to go elsewhere in a while;
+    // until then it is at rest.
+    static void FrameScheduledNavigation(Tab& tab, const std::string&, const json& params) {
+        if (params.value("delay", 0.0) > 0.1) return;
+        tab.OnRequested(TextOf(params, "frameId"));
     }
 
     static void FrameStartedNavigating(Tab& tab, const std::string&, const json& params) {
@@ -67,7 +75,7 @@ struct TabEvents {
             type == "historySameDocument") {
             return;
         }
-        tab.loads_.Requested("", tab.clock_.TickCount());
+        tab.OnRequested(TextOf(params, "frameId"));
         tab.notices_.push_back(
             {Tab::Notice::Kind::kBeforeNavigate, true, TextOf(params, "url"), {}});
     }
@@ -96,9 +104,7 @@ struct TabEvents {
     }
 
     static void LoadEventFired(Tab& tab, const std::string& session, const json&) {
-        if (session != tab.sessions_.front()) return;
-        tab.loads_.Complete();
-        tab.notices_.push_back({Tab::Notice::Kind::kComplete, true, {}, {}});
+        if (session == tab.sessions_.front()) tab.OnComplete();
     }
 
     static void DialogOpening(Tab& tab, const std::string& session, const json& params) {
@@ -171,6 +177,12 @@ std::string_view Tab::LoadName(const std::string& frame) const {
     return frames_.IsTop(frame) ? std::string_view() : std::string_view(frame);
 }
 
+void Tab::OnRequested(const std::string& frame) {
+    loads_.Requested(LoadName(frame), clock_.TickCount());
+    if (!settling_) return;
+    for (const std::string& session : sessions_) devtools_->CutShort(session);
+}
+
 void Tab::OnDialogOpening(const std::string& session, const json& params) {
     dialog_.emplace(TextOf(params, "type"), TextOf(params, "defaultPrompt"), session);
     for (const std::string& other : sessions_) devtools_->CutShort(other);
@@ -190,29 +202,27 @@ void Tab::OnFrameNavigated(const std::string& session, const json& params) {
     frames_.Navigated(session, id, TextOf(frame, "parentId"), url);
     if (!frames_.IsTop(id)) return;
     loads_.Navigated("");
-    if (TextOf(params, "type") == "BackForwardCacheRestore") {
-        loads_.Complete();
-        notices_.push_back({Notice::Kind::kComplete, true, {}, {}});
-    }
-    if (frame.contains("unreachableUrl")) ReportErrorPage(TextOf(frame, "unreachableUrl"));
+    error_url_ = TextOf(frame, "unreachableUrl");
+    if (TextOf(params, "type") == "BackForwardCacheRestore") OnComplete();
 }
 
-// The browser's own page for a failure names the reason.
-void Tab::ReportErrorPage(const std::string& url) {
-    devtools_->Ask(
-        sessions_.front(), "Runtime.evaluate",
-        {{"expression", "String(loadTimeDataRaw.errorCode)"}, {"returnByValue", true}},
-        [self = weak_from_this(), url](const DevToolsReply& reply) {
-            const auto tab = self.lock();
-            if (!tab) return;
-            const json result = reply.Result();
-            std::string reason = "ERR_FAILED";
-            if (result.is_object() && result.contains("result") &&
-                !result.contains("exceptionDetails")) {
-                reason = TextOf(result["result"], "value");
-            }
-            tab->notices_.push_back({Notice::Kind::kError, true, url, std::move(reason)});
-        });
+void Tab::OnComplete() {
+    loads_.Complete();
+    if (error_url_.empty()) {
+        notices_.push_back({Notice::Kind::kComplete, true, {}, {}});
+        return;
+    }
+    // The browser's own page about a failure names the reason.
+    devtools_->Ask(sessions_.front(), "Runtime.evaluate",
+                   {{"expression", "loadTimeDataRaw.errorCode"}, {"returnByValue", true}},
+                   [self = weak_from_this(), url = error_url_](const DevToolsReply& reply) {
+                       const auto tab = self.lock();
+                       if (!tab) return;
+                       const std::string reason = reply.Text("/result/value");
+                       tab->notices_.push_back({Notice::Kind::kError, true, url,
+                                                reason.empty() ? "ERR_FAILED" : reason});
+                       tab->notices_.push_back({Notice::Kind::kComplete, true, {}, {}});
+                   });
 }
 
 void Tab::OnNavigateReply(const std::string& url, const DevToolsReply& reply) {
