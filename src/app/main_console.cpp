@@ -33,17 +33,15 @@ std::string CommandLine(const std::vector<std::string>& arguments, const Files& 
     return files.IsFile(path) ? '"' + path + '"' : arguments[0];
 }
 
-// Keeps a picture of the last page where the command line asks for one. False when that fails.
-bool KeepPicture(const std::string& command_line, ChromiumLauncher& launcher, Files& files) {
+// Keeps a picture of the last page where the command line asks for one.
+void KeepPicture(const std::string& command_line, ChromiumLauncher& launcher, Files& files) {
     for (const Switch& item : SplitSwitches(command_line)) {
         if (item.name != "picture") continue;
         const std::string path = ResolvePath(StripQuotes(SwitchValue(item)), "", files);
         const auto picture = launcher.Picture();
         if (picture && files.Replace(path, *picture)) continue;
         std::cerr << "最後のページの画像を保存できません：" << path << '\n';
-        return false;
     }
-    return true;
 }
 
 int Run(const std::vector<std::string>& arguments) {
@@ -69,10 +67,9 @@ int Run(const std::vector<std::string>& arguments) {
 
     const std::string command_line = CommandLine(arguments, files);
     const StartUp start = window.Form_Load(command_line);
-    ExitCode code = report.Result(start, window);
-    if (!KeepPicture(command_line, launcher, files) && code == kPlayed) code = kNothing;
+    KeepPicture(command_line, launcher, files);
     window.Close();
-    return code;
+    return report.Result(start, window);
 }
 
 }  // namespace

@@ -115,7 +115,7 @@ TEST_F(ConsoleTest, ReportsEachRecordOnALine) {
     EXPECT_EQ(program.Wait(), 0);
     const std::string& output = program.output();
     EXPECT_TRUE(
-        output.starts_with("   行  動作              結果                  ミリ秒\n"
+        output.starts_with("   行  動作              結果                 ミリ秒\n"
                            "    1  url               完了"))
         << output;
     EXPECT_NE(output.find("\n    2  //                コメント"), std::string::npos) << output;
