@@ -57,8 +57,11 @@ StartUp frmIeAuto::ProcessCommandLine(std::string command_line) {
         } else if (item.name == "close" || item.name == "c") {
             globals_.close_after_play = true;
         } else if (item.name == "browser") {
+            // A name without a folder is looked for where the system keeps its programs.
+            const std::string browser = StripQuotes(SwitchValue(item));
+            const bool is_name = browser.find_first_of("/\\") == std::string::npos;
             globals_.options.browser_path =
-                ResolvePath(StripQuotes(SwitchValue(item)), "", platform_.files);
+                is_name ? browser : ResolvePath(browser, "", platform_.files);
         }
     }
     return StartUp::kDone;

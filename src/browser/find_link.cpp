@@ -32,12 +32,16 @@ void TakeFirstByText(const std::vector<Element>& links, std::string_view target,
     }
 }
 
-// Answers the frame element that holds the match.
-Element CountInFrames(const Document& document, std::string_view target, LinkMatch& match) {
+using Match = void (*)(const std::vector<Element>& links, std::string_view target,
+                       LinkMatch& match);
+
+// Matches the links of each frame and answers the frame element that holds the last match.
+Element MatchInFrames(const std::vector<Frame>& frames, Match match_links, std::string_view target,
+                      LinkMatch& match) {
     Element holder;
-    for (const Frame& frame : document.frames()) {
+    for (const Frame& frame : frames) {
         const int before = match.count;
-        CountByHref(frame.document.links(), target, match);
+        match_links(frame.document.links(), target, match);
         if (match.count > before) holder = frame.element;
     }
     return holder;
@@ -59,7 +63,13 @@ LinkMatch FindLinkByHref(const Document& document, std::string_view target) {
         TakeFirstByText(links, target, match);
     }
     Element holder;
-    if (match.count == 0) holder = CountInFrames(document, target, match);
+    if (match.count == 0) {
+        const std::vector<Frame> frames = document.frames();
+        holder = MatchInFrames(frames, CountByHref, target, match);
+        if (match.count == 0 && !IsFullUrl(target)) {
+            holder = MatchInFrames(frames, TakeFirstByText, target, match);
+        }
+    }
     if (match.count != 1) return match;
 
     match.link.scrollIntoView();

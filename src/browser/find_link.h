@@ -19,8 +19,8 @@ struct LinkMatch {
 
 // Finds the link that a record names by its address or its text.
 // A full address: every link with that href counts. Otherwise the first link with that text. When
-// neither finds one: every link with that href in the frames of the page. A single match is
-// scrolled into view.
+// neither finds one: every link with that href in the frames of the page, then the first one there
+// with that text. A single match is scrolled into view.
 LinkMatch FindLinkByHref(const Document& document, std::string_view target);
 
 }  // namespace tamrin

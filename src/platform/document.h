@@ -35,6 +35,14 @@ public:
     // not take the value.
     virtual bool Put(std::string_view property, std::string_view value) = 0;
 
+    // Put, and when it was taken fireEvent("onchange"): the one write that every input makes. A back
+    // end that reaches its browser by messages does both in one.
+    virtual bool Change(std::string_view property, std::string_view value) {
+        const bool taken = Put(property, value);
+        if (taken) fireEvent("onchange");
+        return taken;
+    }
+
     // The attribute as written in the page, or nothing (Null) when it is absent. "type" is answered
     // as the automation model does: "select-one" for a select, "textarea" for a textarea, and the
     // kind of an input or button even where the page does not write it.
@@ -89,6 +97,9 @@ public:
 
     bool Put(std::string_view property, std::string_view value) const {
         return object_ && object_->Put(property, value);
+    }
+    bool Change(std::string_view property, std::string_view value) const {
+        return object_ && object_->Change(property, value);
     }
     std::optional<std::string> getAttribute(std::string_view name) const {
         return object_ ? object_->getAttribute(name) : std::nullopt;

@@ -26,6 +26,9 @@ public:
     // On failure the old file stands as it was, nothing is left beside it, and the answer is false.
     virtual bool Replace(const std::string& path, std::string_view bytes) = 0;
 
+    // Makes a folder in an existing one; false when it does not exist afterwards.
+    virtual bool MakeFolder(const std::string& path) = 0;
+
     // Deletes a file; false when it is still there afterwards.
     virtual bool Delete(const std::string& path) = 0;
 

@@ -1,13 +1,25 @@
 #include "player/click.h"
 
+#include <algorithm>
+
 #include "browser/wait.h"
 
 namespace tamrin {
 namespace {
 
-// A click lands this far right of and below an element's top left corner, in pixels: inside the
-// element's border and clear of its neighbours.
-constexpr int kInset = 10;
+// A click lands this far right of and below an element's top left corner, in pixels, inside the
+// element's border and clear of its neighbours; an element too small for that is clicked in its
+// middle.
+constexpr double kInset = 10;
+
+ScreenPoint ClickPoint(ScreenPoint corner, const Element& element) {
+    const auto rect = element.getBoundingClientRect();
+    const auto inset = [&](double size) {
+        return static_cast<int>(rect ? std::min(kInset, size / 2) : kInset);
+    };
+    return {corner.x + inset(rect ? rect->right - rect->left : 0),
+            corner.y + inset(rect ? rect->bottom - rect->top : 0)};
+}
 
 bool Inside(ScreenPoint point, const Rect& rect) {
     return point.x >= rect.left && point.x < rect.right && point.y >= rect.top &&
@@ -39,7 +51,7 @@ void Clicker::Press(Browser& browser, const Element& element, bool real_click) {
     if (real_click) {
         element.scrollIntoView();
         if (const auto corner = browser.ElementScreenPoint(element)) {
-            RealClick(browser, {corner->x + kInset, corner->y + kInset});
+            RealClick(browser, ClickPoint(*corner, element));
             return;
         }
     }
@@ -49,7 +61,7 @@ void Clicker::Press(Browser& browser, const Element& element, bool real_click) {
 
 void Clicker::PointAt(Browser& browser, const Element& element) {
     if (const auto corner = browser.ElementScreenPoint(element)) {
-        input_.SetCursorPos({corner->x + kInset, corner->y + kInset});
+        input_.SetCursorPos(ClickPoint(*corner, element));
     }
 }
 

@@ -14,6 +14,18 @@
 #include "scenario/record.h"
 
 namespace tamrin {
+namespace {
+
+Element RadioWithValue(const Document& page, std::string_view group, std::string_view value) {
+    for (const Element& button : page.Named(group).by_name) {
+        if (button.value() == value && EqualsIgnoreCase(GetElementType(button), "radio")) {
+            return button;
+        }
+    }
+    return Element();
+}
+
+}  // namespace
 
 std::string RecordExecutor::Expand(std::string_view field, bool as_keys) {
     const auto clipboard = [&] {
@@ -162,9 +174,7 @@ StepResult RecordExecutor::ActOn(const Element& element, const Fields& record) {
 }
 
 StepResult RecordExecutor::SetValue(const Element& element, const Fields& record) {
-    if (!element.Put("value", record.indt)) return Invalid(element, record);
-    element.fireEvent("onchange");
-    return {};
+    return element.Change("value", record.indt) ? StepResult() : Invalid(element, record);
 }
 
 StepResult RecordExecutor::SetChecked(const Element& element, const Fields& record) {
@@ -172,35 +182,30 @@ StepResult RecordExecutor::SetChecked(const Element& element, const Fields& reco
     std::optional<bool> checked = TruthValue(record.indt);
     if (!checked && EqualsIgnoreCase(GetElementType(element), "radio")) {
         // Not a state but a value: the button of the group that stands for it.
-        for (const Element& button : browser_->document().Named(element.name()).by_name) {
-            if (button.value() != record.indt) continue;
-            target = button;
-            checked = true;
-            break;
-        }
+        target = FindThroughFrames(browser_->document(), [&](const Document& page) {
+            return RadioWithValue(page, element.name(), record.indt);
+        });
+        if (target) checked = true;
     }
-    if (!checked || !target.Put("checked", *checked ? "True" : "False")) {
+    if (!checked || !target.Change("checked", *checked ? "True" : "False")) {
         return Invalid(element, record);
     }
-    target.fireEvent("onchange");
     return {};
 }
 
 StepResult RecordExecutor::SetSelected(const Element& element, const Fields& record) {
+    std::string index;
     const auto number = WholeNumber(record.indt);
     if (number && *number >= 0 && *number < LeadingNumber(element.Get("length"))) {
-        const auto index = std::to_string(static_cast<int>(*number));
-        if (!element.Put("selectedIndex", index)) return Invalid(element, record);
+        index = std::to_string(static_cast<int>(*number));
     } else {
         const auto texts = element.OptionTexts();
         // The last of several equal texts is the one that has always been chosen.
         const auto last = std::find(texts.rbegin(), texts.rend(), record.indt);
         if (last == texts.rend()) return Invalid(element, record);
-        const auto index = std::to_string(texts.rend() - last - 1);
-        if (!element.Put("selectedIndex", index)) return Invalid(element, record);
+        index = std::to_string(texts.rend() - last - 1);
     }
-    element.fireEvent("onchange");
-    return {};
+    return element.Change("selectedIndex", index) ? StepResult() : Invalid(element, record);
 }
 
 StepResult RecordExecutor::Click(const Element& element, const Fields& record) {

@@ -61,15 +61,16 @@ RunEnd Player::PlayAll(const std::shared_ptr<Browser>& browser) {
         return end;
     }
     const int repeat = host_.GetRepeat();
+    std::uint32_t since = clock_.TickCount();
     Open(*browser, opening.address);
     browser->SetVisible(true);
     browser->SetPlace(opening.place);
     browser->SetBars(opening.bars);
-    Report(opening.row, "url", RecordOutcome::kDone, globals_.last_activity_tick);
+    Report(opening.row, "url", RecordOutcome::kDone, since);
     for (int time = 1;; ++time) {
         end = PlayRecords(browser, opening.row + 1);
         if (end != RunEnd::kCompleted || time >= repeat || !browser->Alive()) break;
-        const std::uint32_t since = clock_.TickCount();
+        since = clock_.TickCount();
         Open(*browser, opening.address);
         Report(opening.row, "url", RecordOutcome::kDone, since);
     }

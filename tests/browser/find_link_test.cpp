@@ -49,6 +49,8 @@ TEST_F(FindLinkByHrefTest, LooksIntoFramesAndAddsTheFramesPlace) {
     EXPECT_EQ(match.link.id(), "in");
     EXPECT_EQ(match.rect, (Rect{20, 40, 40, 60}));
     EXPECT_EQ(web.calls, std::vector<std::string>{"scroll in"});
+    EXPECT_EQ(Find("<iframe src=f></iframe><iframe src=f></iframe>", "http://h/a").count, 2);
+    EXPECT_EQ(Find("<iframe src=f></iframe><iframe src=f></iframe>", "x").count, 1);
 }
 
 TEST_F(FindLinkByHrefTest, IgnoresAnUnreachableFrame) {

@@ -72,11 +72,14 @@ TEST_F(ExecRecordTest, ActsByTheElementsType) {
 
 TEST_F(ExecRecordTest, SearchesFramesAndThenByValue) {
     web.pages["f"] = "<input id=in type=text>";
-    PlayOn("<iframe src=f></iframe><input id=v type=text value=東京><img id=w alt=大阪>",
-           {Line("input", ",id=in,type=text,indt=x"), Line("input", ",id=no,type=text,indt=東京"),
-            Line("click", ",id=no,type=image,indt=大阪")});
-    EXPECT_EQ(CallsOnPage(), (Calls{"put in value=x", "fire in onchange", "put v value=東京",
-                                    "fire v onchange", "fire w onclick", "click w"}));
+    web.pages["f"] += "<input name=g type=radio value=1><input name=g id=r type=radio value=x>";
+    PlayOn(
+        "<iframe src=f></iframe><input id=v type=text value=東京><img id=w alt=大阪>",
+        {Line("input", ",id=in,type=text,indt=x"), Line("input", ",id=no,type=text,indt=東京"),
+         Line("click", ",id=no,type=image,indt=大阪"), Line("input", ",id=g,type=radio,indt=x")});
+    EXPECT_EQ(CallsOnPage(),
+              (Calls{"put in value=x", "fire in onchange", "put v value=東京", "fire v onchange",
+                     "fire w onclick", "click w", "put r checked=True", "fire r onchange"}));
 }
 
 TEST_F(ExecRecordTest, SaysWhichRecordFoundNoElementAndGoesOn) {
@@ -202,6 +205,11 @@ TEST_F(ExecRecordTest, LeavesAWindowAloneThatDoesNotCoverTheClick) {
     PlayOn("<input id=a type=submit>", {Line("click", ",id=a")});
     EXPECT_EQ(CallsOnPage(),
               (Calls{"scroll a", "pointer 110,110", "button down", "button up", "pointer 3,4"}));
+}
+
+TEST_F(ExecRecordTest, ClicksASmallElementInItsMiddle) {
+    PlayOn("<input id=a type=submit tiny>", {Line("click_mouse", ",id=a")});
+    EXPECT_EQ(CallsOnPage()[1], "pointer 103,103");
 }
 
 TEST_F(ExecRecordTest, ClicksByMethodWhatHasNoPlaceOnTheScreen) {

@@ -28,6 +28,7 @@ public:
         if (!full_disk) contents[path] = bytes;
         return !full_disk;
     }
+    bool MakeFolder(const std::string& /*path*/) override { return !full_disk; }
     bool Delete(const std::string& path) override { return contents.erase(path) > 0; }
     std::vector<std::string> List(const std::string& /*folder*/,
                                   std::string_view /*extension*/) const override {

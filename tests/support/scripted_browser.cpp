@@ -67,7 +67,10 @@ public:
         return true;
     }
     void scrollIntoView() override { Note("scroll", ""); }
-    std::optional<Rect> getBoundingClientRect() override { return Rect{10, 20, 30, 40}; }
+    std::optional<Rect> getBoundingClientRect() override {
+        const double side = node_.Has("tiny") ? 6 : 20;
+        return Rect{10, 20, 10 + side, 20 + side};
+    }
     bool Same(const ElementObject& other) const override {
         const auto* element = dynamic_cast<const ScriptedElement*>(&other);
         return element && &element->node_ == &node_;

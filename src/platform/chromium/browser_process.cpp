@@ -49,7 +49,6 @@ std::vector<std::string> Arguments(const Processes& processes, const std::string
         "--no-pings",
         "--password-store=basic",
         "--use-mock-keychain",
-        "--disable-save-password-bubble",
         "--hide-crash-restore-bubble",
         "--disable-search-engine-choice-screen",
         "--disable-popup-blocking",
@@ -72,22 +71,35 @@ std::vector<std::string> Arguments(const Processes& processes, const std::string
         arguments.insert(arguments.end(), {"--headless=new", "--window-size=1280,900"});
     }
     if (processes.IsRoot()) {
-        arguments.insert(arguments.end(), {"--no-sandbox", "--disable-dev-shm-usage"});
+        arguments.insert(arguments.end(),
+                         {"--no-sandbox", "--disable-dev-shm-usage", "--test-type"});
     }
     arguments.emplace_back("about:blank");
     return arguments;
 }
 
+// What no switch can tell the browser: not to offer to keep passwords or to translate, in boxes
+// that lie over the page.
+constexpr const char* kPreferences =
+    R"({"credentials_enable_service":false,"profile":{"password_manager_enabled":false},)"
+    R"("translate":{"enabled":false},"autofill":{"profile_enabled":false,"credit_card_enabled":false}})";
+
+bool WritePreferences(Files& files, const std::string& profile) {
+    const std::string folder = profile + files.Separator() + "Default";
+    return files.MakeFolder(folder) &&
+           files.Replace(folder + files.Separator() + "Preferences", kPreferences);
+}
+
 }  // namespace
 
-std::unique_ptr<BrowserProcess> BrowserProcess::Start(Processes& processes, const Files& files,
+std::unique_ptr<BrowserProcess> BrowserProcess::Start(Processes& processes, Files& files,
                                                       Clock& clock, const BrowserStart& start,
                                                       std::string& why) {
     const std::string executable = FindBrowser(processes, files, start.executable, why);
     if (executable.empty()) return nullptr;
     std::unique_ptr<BrowserProcess> browser(new BrowserProcess(processes));
     browser->profile_ = processes.MakeTemporaryFolder();
-    if (browser->profile_.empty()) {
+    if (browser->profile_.empty() || !WritePreferences(files, browser->profile_)) {
         why = "ブラウザ用の一時フォルダを作成できません。";
         return nullptr;
     }

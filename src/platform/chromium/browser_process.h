@@ -23,9 +23,8 @@ class BrowserProcess {
 public:
     // Starts it and waits until its DevTools port is open. On failure null, and `why` says in
     // Japanese what to do.
-    static std::unique_ptr<BrowserProcess> Start(Processes& processes, const Files& files,
-                                                 Clock& clock, const BrowserStart& start,
-                                                 std::string& why);
+    static std::unique_ptr<BrowserProcess> Start(Processes& processes, Files& files, Clock& clock,
+                                                 const BrowserStart& start, std::string& why);
     ~BrowserProcess();
 
     BrowserProcess(const BrowserProcess&) = delete;

@@ -151,8 +151,9 @@ std::optional<ScreenPoint> ChromiumDocument::ToScreen(const FieldBlock& fields,
                                                       std::size_t viewport, double x,
                                                       double y) const {
     if (fields.size() < viewport + ElementList::kViewport) return std::nullopt;
-    x += fields.Number(viewport + 1);
-    y += fields.Number(viewport + 2);
+    const double scale = fields.Number(viewport + 7);
+    x = fields.Number(viewport + 1) + x * scale;
+    y = fields.Number(viewport + 2) + y * scale;
     if (!fields.Text(viewport + 3).empty()) {
         const Viewport top{fields.Number(viewport + 4), fields.Number(viewport + 5),
                            fields.Number(viewport + 6)};
@@ -167,8 +168,10 @@ std::optional<ScreenPoint> ChromiumDocument::ToScreen(const FieldBlock& fields,
     }
     if (!page->holder_) return std::nullopt;
     const FieldBlock corner = page->holder_->ContentCorner();
-    return page->holder_->document().ToScreen(corner, 0, x + corner.Number(ElementList::kViewport),
-                                              y + corner.Number(ElementList::kViewport + 1));
+    constexpr std::size_t kCorner = ElementList::kViewport;
+    const double zoom = corner.Number(kCorner + 2);
+    return page->holder_->document().ToScreen(corner, 0, corner.Number(kCorner) + x * zoom,
+                                              corner.Number(kCorner + 1) + y * zoom);
 }
 
 }  // namespace tamrin

@@ -138,6 +138,13 @@ bool ChromiumElement::Put(std::string_view property, std::string_view value) {
     return Act("put", {property, value});
 }
 
+bool ChromiumElement::Change(std::string_view property, std::string_view value) {
+    if (property == "value" && getAttribute("type") == "file") {
+        return ElementObject::Change(property, value);
+    }
+    return Act("change", {property, value});
+}
+
 bool ChromiumElement::PutFile(std::string_view path) {
     Tab& tab = document().tab();
     const std::string& agent = document().agent();

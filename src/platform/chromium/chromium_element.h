@@ -21,6 +21,7 @@ public:
 
     std::string Get(std::string_view property) override;
     bool Put(std::string_view property, std::string_view value) override;
+    bool Change(std::string_view property, std::string_view value) override;
     std::optional<std::string> getAttribute(std::string_view name) override;
     Element parentElement() override;
     Element form() override;

@@ -51,14 +51,23 @@ int HistorySteps(const KeyStroke& stroke) {
 
 void ChromiumInput::SetCursorPos(ScreenPoint point) {
     cursor_ = point;
+    moved_ = true;
+    if (pressed_) TellMove();
+}
+
+void ChromiumInput::TellMove() {
     const auto tab = tab_();
     if (!tab || tab->dialog()) return;
     tab->Post(kMouse, MouseEvent(*tab, "mouseMoved"));
+    moved_ = false;
+    pressed_ = false;
 }
 
 void ChromiumInput::LeftButton(bool down) {
+    if (down && moved_) TellMove();
     const auto tab = tab_();
     if (!tab || tab->dialog()) return;
+    pressed_ = true;
     json event = MouseEvent(*tab, down ? "mousePressed" : "mouseReleased");
     event["button"] = "left";
     event["buttons"] = down ? 1 : 0;

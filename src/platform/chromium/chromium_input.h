@@ -13,7 +13,9 @@
 namespace tamrin {
 
 // The mouse and the keyboard of one tab, over the DevTools protocol: the person at the computer
-// keeps his own. The pointer is this object's; a page sees it where it was put last.
+// keeps his own. The pointer is this object's, and nobody sees it: a move makes the page draw a
+// frame, so a page is told of it only when a button is pressed there, and when it leaves after
+// that.
 class ChromiumInput : public Input {
 public:
     // `tab` answers the tab to which input goes, null when there is none.
@@ -37,7 +39,11 @@ private:
     static bool SendBrowserKey(Tab& tab, const KeyStroke& stroke);
 
     std::function<std::shared_ptr<Tab>()> tab_;
+    void TellMove();
+
     ScreenPoint cursor_;
+    bool moved_ = false;    // the page does not know yet
+    bool pressed_ = false;  // a button was pressed where the page last saw the pointer
 };
 
 }  // namespace tamrin

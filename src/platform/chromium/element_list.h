@@ -42,7 +42,7 @@ public:
     enum class Kind { kPlain, kNamed, kLinks, kFrames };
 
     // How many fields describe a page's viewport.
-    static constexpr std::size_t kViewport = 7;
+    static constexpr std::size_t kViewport = 8;
     // What precedes the rows of Named: three counts and the viewport.
     static constexpr std::size_t kNamedHeader = 3 + kViewport;
 

@@ -16,7 +16,7 @@ constexpr const char* kNoAnswer =
 
 }  // namespace
 
-ChromiumLauncher::ChromiumLauncher(Processes& processes, const Files& files, Clock& clock,
+ChromiumLauncher::ChromiumLauncher(Processes& processes, Files& files, Clock& clock,
                                    ChromiumSettings settings)
     : processes_(processes),
       files_(files),
@@ -56,7 +56,7 @@ bool ChromiumLauncher::StartBrowser(std::string& why) {
     first_taken_ = false;
     process_ = BrowserProcess::Start(
         processes_, files_, clock_,
-        {settings_.executable, settings_.start_limit_ms, settings_.stop_requested}, why);
+        {settings_.executable(), settings_.start_limit_ms, settings_.stop_requested}, why);
     if (!process_) return false;
     devtools_->SetListener(*this);
     if (!devtools_->Connect(process_->port(), process_->path(), settings_.start_limit_ms)) {

@@ -21,7 +21,8 @@
 namespace tamrin {
 
 struct ChromiumSettings {
-    std::string executable;  // the browser's path or name; "" to look for one
+    // Asked when the browser is started for its path or name; "" to look for one.
+    std::function<std::string()> executable = [] { return std::string(); };
     // Asked about every 50 ms while the program waits for the browser: true ends the wait. Null:
     // never.
     std::function<bool()> stop_requested;
@@ -33,8 +34,7 @@ struct ChromiumSettings {
 // of its own; all windows share it. Dropping the launcher ends it.
 class ChromiumLauncher : public BrowserLauncher, private DevTools::Listener {
 public:
-    ChromiumLauncher(Processes& processes, const Files& files, Clock& clock,
-                     ChromiumSettings settings);
+    ChromiumLauncher(Processes& processes, Files& files, Clock& clock, ChromiumSettings settings);
     ~ChromiumLauncher() override;
 
     ChromiumLauncher(const ChromiumLauncher&) = delete;
@@ -67,7 +67,7 @@ private:
     std::vector<std::shared_ptr<Tab>> Tabs();
 
     Processes& processes_;
-    const Files& files_;
+    Files& files_;
     Clock& clock_;
     const ChromiumSettings settings_;
     std::unique_ptr<BrowserProcess> process_;

@@ -58,6 +58,11 @@ bool PosixFiles::Replace(const std::string& path, std::string_view bytes) {
     return ReplaceFile(path, bytes);
 }
 
+bool PosixFiles::MakeFolder(const std::string& path) {
+    mkdir(path.c_str(), 0777);
+    return IsFolder(path);
+}
+
 bool PosixFiles::Delete(const std::string& path) {
     struct stat status;
     return unlink(path.c_str()) == 0 || lstat(path.c_str(), &status) != 0;

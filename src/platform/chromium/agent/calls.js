@@ -110,6 +110,8 @@ const tamrin = {
         return packer.toString();
     },
     put: (e, name, value) => truth(put(e, name, value)),
+    change: (e, name, value) =>
+        (put(e, name, value) ? tamrin.fire(e, 'change') : truth(false)),
     isFileInput: (e) => truth(e instanceof HTMLInputElement && e.type === 'file'),
     fire: (e, type) => {
         if (type === 'click') {

@@ -53,7 +53,11 @@ const kLinking = new Set(['A', 'AREA']);
 
 const textOr = (value, other) => (typeof value === 'string' ? value : other);
 const capitalTag = (e) => tagName(e).toUpperCase();
-const valueOf = (e, tag) => (kValued.has(tag) ? textOr(e.value, '') : '');
+const valueOf = (e, tag) => {
+    const value = kValued.has(tag) ? textOr(e.value, '') : '';
+    // The lines of a text end in CR LF, as a form sends them; pages see them without the CR.
+    return tag === 'TEXTAREA' ? value.replaceAll('\n', '\r\n') : value;
+};
 const typeOf = (e, tag) =>
     kTyped.has(tag) ? textOr(e.type, attribute(e, 'type')) : attribute(e, 'type');
 

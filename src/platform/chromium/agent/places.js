@@ -16,13 +16,15 @@ const addPlace = (packer, e) => {
 
 // Where this viewport stands: how many frames up the climb came before a page of another site or
 // the top, the offset in there, whether that is the top, and if so its place on the screen (CSS
-// pixels of the screen, and screen pixels to one of them).
+// pixels of the screen, and screen pixels to one of them); then how many pixels of that page one
+// pixel of this one is.
 const addViewport = (packer) => {
-    let x = 0, y = 0, levels = 0, w = window;
+    let x = 0, y = 0, scale = 1, levels = 0, w = window;
     for (let frame = w.frameElement; frame; frame = w.frameElement) {
-        const [left, top] = contentCorner(frame);
-        x += left;
-        y += top;
+        const [left, top, zoom] = contentCorner(frame);
+        x = left + x * zoom;
+        y = top + y * zoom;
+        scale *= zoom;
         ++levels;
         w = w.parent;
     }
@@ -34,15 +36,19 @@ const addViewport = (packer) => {
     packer.add(is_top ? String(w.screenX + (w.outerWidth - w.innerWidth) / 2) : '');
     packer.add(is_top ? String(w.screenY + w.outerHeight - w.innerHeight) : '');
     packer.add(is_top ? String(w.devicePixelRatio) : '');
+    packer.add(String(scale));
 };
 
-// The corner of a frame's page in the viewport of the page that holds the frame.
+// The corner of a frame's page in the viewport of the page that holds the frame, and how large that
+// page shows the frame's (styles may zoom or scale it).
 const contentCorner = (frame) => {
     const rect = boundingRect(frame);
+    const zoom = frame.offsetWidth > 0 ? rect.width / frame.offsetWidth : 1;
     const style = frame.ownerDocument.defaultView.getComputedStyle(frame);
     return [
-        rect.left + frame.clientLeft + (parseFloat(style.paddingLeft) || 0),
-        rect.top + frame.clientTop + (parseFloat(style.paddingTop) || 0),
+        rect.left + (frame.clientLeft + (parseFloat(style.paddingLeft) || 0)) * zoom,
+        rect.top + (frame.clientTop + (parseFloat(style.paddingTop) || 0)) * zoom,
+        zoom,
     ];
 };
 

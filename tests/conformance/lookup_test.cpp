@@ -1,0 +1,179 @@
+#include "conformance/suite.h"
+
+namespace tamrin::conformance {
+namespace {
+
+using GetElementsByTagName = Suite;
+
+TEST_F(GetElementsByTagName, AnswersDocumentOrder) {
+    const Document document = OpenBare(
+        "<!doctype html><html id=1><head id=2></head><body id=3><form id=4><p id=5><input id=6></p>"
+        "</form><input id=7 form=4><svg id=8><a id=9></a></svg></body></html>");
+    EXPECT_EQ(Ids(document.getElementsByTagName("*")), "1 2 3 4 5 6 7 8 9");
+    EXPECT_EQ(Ids(document.getElementsByTagName("INPUT")), "6 7");
+    EXPECT_EQ(Ids(document.getElementsByTagName("input")), "6 7");
+    EXPECT_EQ(Ids(document.getElementsByTagName("table")), "");
+}
+
+TEST_F(GetElementsByTagName, BringsKeysWithoutFurtherCalls) {
+    std::string body;
+    for (int i = 0; i < 500; ++i) {
+        const std::string n = std::to_string(i);
+        body += "<input id=i" + n + " name=n value=v" + n + " alt='' onclick=f()>";
+    }
+    const Document document = Open(body);
+    const auto before = back_end().RoundTrips();
+    const auto elements = document.getElementsByTagName("input");
+    ASSERT_EQ(elements.size(), 500U);
+    for (int i = 0; i < 500; ++i) {
+        const Element& e = elements[static_cast<size_t>(i)];
+        const std::string n = std::to_string(i);
+        EXPECT_EQ(e.id() + e.name() + e.tagName() + e.value() + e.Get("href"),
+                  "i" + n + "nINPUT" + "v" + n);
+        EXPECT_EQ(e.getAttribute("type"), "text");
+        EXPECT_EQ(e.getAttribute("alt"), "");
+        EXPECT_EQ(e.getAttribute("onclick"), "f()");
+    }
+    const NamedElements named = document.Named("i7");
+    EXPECT_EQ(named.by_id.value(), "v7");
+    EXPECT_EQ(back_end().RoundTrips() - before, 2U);
+}
+
+using Named = Suite;
+
+struct NamedRow {
+    std::string_view name;
+    std::string_view by_name;   // values of the elements
+    std::string_view by_id;     // value of the element
+    std::string_view in_forms;  // values of the elements
+};
+
+std::string Values(const std::vector<Element>& elements) {
+    std::string values;
+    for (const Element& element : elements) AddWord(values, element.value());
+    return values;
+}
+
+TEST_F(Named, AnswersEachOfTheThreeLookups) {
+    const NamedRow rows[] = {
+        {"user", "a1 a2 a3", "b1", "a1 a3"},
+        {"only-id", "", "c1", "c1"},
+        {"secret", "d1 d2", "d2", "d1"},
+        {"twice", "", "e1", "e1"},
+        {"郵便番号", "f1", "", "f1"},
+        {R"(q"'\]b[0])", "g1", "", "g1"},
+        {"outside", "h1", "", ""},
+        {"linked", "i1", "", "i1"},
+        {"picture", "j1", "", ""},
+        {"elements", "k1", "", "k1"},
+        {"length", "", "", ""},
+        {"item", "", "", ""},
+        {"__proto__", "", "", ""},
+        {"absent", "", "", ""},
+        {"", "", "", ""},
+        {" user", "", "", ""},
+    };
+    const Document document = Open(
+        "<form id=first><input name=user value=a1><input name=user value=a2><input id=only-id value=c1>"
+        "<input type=hidden name=secret value=d1><input id=twice value=e1><input id=twice value=e2>"
+        "<input name=郵便番号 value=f1><input name='q&quot;&#39;\\]b[0]' value=g1></form>"
+        "<form><input name=user value=a3><input name=elements value=k1>"
+        "<input type=image name=picture value=j1></form>"
+        "<input name=outside value=h1><input id=user value=b1><input name=secret id=secret value=d2>"
+        "<input name=linked form=first value=i1>");
+    for (const NamedRow& row : rows) {
+        const NamedElements named = document.Named(row.name);
+        EXPECT_EQ(Values(named.by_name), row.by_name) << row.name;
+        EXPECT_EQ(named.by_id.value(), row.by_id) << row.name;
+        EXPECT_EQ(Values(named.in_forms), row.in_forms) << row.name;
+    }
+}
+
+TEST_F(Named, WorksOnPagesWhoseElementsAndScriptsShadowTheModel) {
+    const Document document = Open(
+        "<script>Array.prototype.map = Array.prototype.toJSON = () => 'x';"
+        "JSON.stringify = () => '0'; document.getElementById = () => null;"
+        "Object.prototype.id = 'bad'; String.prototype.toWellFormed = () => 'bad';</script>"
+        "<img name=forms><img name=getElementsByName><img name=links><img name=activeElement>"
+        "<form><input name=elements><input name=user id=u value=v><input name=length></form>"
+        "<a id=l href=/x>次</a>");
+    const NamedElements named = document.Named("user");
+    EXPECT_EQ(Ids(named.by_name), "u");
+    EXPECT_EQ(Ids(named.in_forms), "u");
+    EXPECT_EQ(Find("u").form().tagName(), "FORM");
+    EXPECT_EQ(Ids(document.links()), "l");
+    EXPECT_EQ(document.activeElement().tagName(), "BODY");
+}
+
+TEST_F(Named, AnswersTheSameElementHoweverItIsFound) {
+    const Document document = Open("<form><input id=a name=b><input id=c name=b></form>");
+    const NamedElements named = document.Named("b");
+    ASSERT_EQ(named.by_name.size(), 2U);
+    EXPECT_EQ(named.by_name[0], Find("a"));
+    EXPECT_EQ(named.by_name[0], document.getElementsByTagName("input")[0]);
+    EXPECT_EQ(named.by_name[0], named.in_forms.at(0));
+    EXPECT_FALSE(named.by_name[0] == named.by_name[1]);
+    EXPECT_FALSE(Find("a") == Element());
+    EXPECT_EQ(Element(), Find("absent"));
+}
+
+using Links = Suite;
+
+TEST_F(Links, AnswersLinksWithTextAndWholeAddress) {
+    const Document document = Open(
+        "<a id=a href=/x>  次の<b> 頁</b></a><a id=none>印</a><link rel=help href=/h>"
+        "<map name=m><area id=b alt=地図 href='?q=1'></map><img usemap=#m width=9 height=9>"
+        "<a id=c href='http://example.test/日本'><img alt=絵></a><a id=d href=mailto:a@b.jp>便</a>");
+    const auto links = document.links();
+    const auto before = back_end().RoundTrips();
+    ASSERT_EQ(Ids(links), "a b c d");
+    EXPECT_EQ(links[0].innerText(), "次の 頁");
+    EXPECT_EQ(links[2].innerText(), "");
+    EXPECT_EQ(links[0].getAttribute("href"), Url("/x"));
+    EXPECT_EQ(links[0].Get("href"), Url("/x"));
+    EXPECT_EQ(links[1].getAttribute("href"), document.url() + "?q=1");
+    EXPECT_EQ(links[1].getAttribute("alt"), "地図");
+    EXPECT_EQ(links[2].getAttribute("href"), "http://example.test/%E6%97%A5%E6%9C%AC");
+    EXPECT_EQ(links[3].getAttribute("href"), "mailto:a@b.jp");
+    EXPECT_EQ(back_end().RoundTrips() - before, 0U);
+}
+
+using ElementReads = Suite;
+
+TEST_F(ElementReads, AnswersParentFormAndOptions) {
+    const Document document = Open(
+        "<form id=f><table id=t><tr><td id=td><input id=in></table></form><input id=linked form=f>"
+        "<div id=d><input id=free></div><select id=s><option> 一 <optgroup label=g>"
+        "<option value=2>二</optgroup><option></select>");
+    EXPECT_EQ(Find("in").parentElement().id(), "td");
+    EXPECT_EQ(Find("in").form().id(), "f");
+    EXPECT_EQ(Find("linked").form().id(), "f");
+    EXPECT_EQ(Find("free").parentElement().id(), "d");
+    EXPECT_FALSE(Find("free").form());
+    EXPECT_FALSE(Find("d").form());
+    EXPECT_EQ(Find("d").parentElement().parentElement().tagName(), "HTML");
+    EXPECT_FALSE(Find("d").parentElement().parentElement().parentElement());
+    EXPECT_EQ(Find("s").OptionTexts(), (std::vector<std::string>{"一", "二", ""}));
+    EXPECT_EQ(Find("in").OptionTexts(), std::vector<std::string>());
+}
+
+TEST_F(ElementReads, AnswersTheFocus) {
+    const Document document = Open("<input id=a><input id=b autofocus>");
+    ASSERT_TRUE(Wait([&] { return document.activeElement().id() == "b"; }));
+    EXPECT_TRUE(document.hasFocus());
+    EXPECT_EQ(document.activeElement().getAttribute("type"), "text");
+    EXPECT_EQ(Open("<input>").activeElement().tagName(), "BODY");
+}
+
+TEST_F(ElementReads, AnswersEmptyOfNullHandles) {
+    const Element none;
+    const Document nowhere;
+    EXPECT_EQ(none.value() + none.parentElement().form().id() + nowhere.url(), "");
+    EXPECT_EQ(none.getAttribute("type"), std::nullopt);
+    EXPECT_FALSE(none.Put("value", "x") || none.click() || none.fireEvent("onclick"));
+    EXPECT_FALSE(browser().ElementScreenPoint(none));
+    EXPECT_TRUE(nowhere.frames().empty() && nowhere.links().empty());
+}
+
+}  // namespace
+}  // namespace tamrin::conformance

@@ -1,0 +1,131 @@
+#include "conformance/suite.h"
+
+namespace tamrin::conformance {
+namespace {
+
+using Put = Suite;
+
+struct PutRow {
+    std::string_view html;  // an element with the id %, the number of its row
+    std::string_view property;
+    std::string_view value;
+    bool taken;
+    std::string_view after;   // the property afterwards
+    std::string_view events;  // what the page saw by Put and by fireEvent("onchange") after it
+};
+
+constexpr PutRow kRows[] = {
+    {"<input id=%>", "value", "山田 🚀 \"'\\", true, "山田 🚀 \"'\\", "input change"},
+    {"<input id=% value=old>", "value", "", true, "", "input change"},
+    {"<input id=% value=same>", "value", "same", true, "same", "input change"},
+    {"<input id=% oninput='value = value.toUpperCase()'>", "value", "ab", true, "AB",
+     "input change"},
+    {"<input id=% type=password>", "value", "p", true, "p", "input change"},
+    {"<input id=% type=email>", "value", "a@b.jp", true, "a@b.jp", "input change"},
+    {"<input id=% type=number>", "value", "-1.5", true, "-1.5", "input change"},
+    {"<input id=% type=number>", "value", "abc", false, "", "*"},
+    {"<input id=% type=date>", "value", "2026-04-01", true, "2026-04-01", "input change"},
+    {"<input id=% type=date>", "value", "4月1日", false, "", "*"},
+    {"<input id=% maxlength=2>", "value", "abc", true, "abc", "input change"},
+    {"<input id=% readonly>", "value", "x", true, "x", "*"},
+    {"<input id=% disabled>", "value", "x", true, "x", "*"},
+    {"<input id=% type=hidden>", "value", "x", true, "x", "*"},
+    {"<textarea id=%></textarea>", "value", "一\r\n二\r\n", true, "一\r\n二\r\n", "input change"},
+    {"<textarea id=%></textarea>", "value", "一\n二", true, "一\r\n二", "input change"},
+    {"<select id=%><option>a<option value=2>b</select>", "selectedIndex", "1", true, "1",
+     "input change"},
+    {"<select id=%><option>a<option>b</select>", "selectedIndex", "2", false, "0", "*"},
+    {"<select id=%><option>a<option>b</select>", "selectedIndex", "b", false, "0", "*"},
+    {"<select id=%><option>a<option value=2>b</select>", "value", "2", true, "2", "input change"},
+    {"<select id=%><option>a<option>b</select>", "value", "c", false, "a", "*"},
+    {"<input id=% type=checkbox>", "checked", "True", true, "True", "click input change"},
+    {"<input id=% type=checkbox checked>", "checked", "False", true, "False", "click input change"},
+    {"<input id=% type=checkbox checked>", "checked", "True", true, "True", "change"},
+    {"<input id=% type=checkbox disabled>", "checked", "True", true, "True", "*"},
+    {"<input id=% type=radio name=r><input type=radio name=r checked>", "checked", "True", true,
+     "True", "click input change"},
+    {"<input id=% type=radio name=s checked>", "checked", "False", true, "False", "*"},
+    {"<input id=%>", "checked", "True", false, "*", "*"},
+    {"<input id=%>", "selectedIndex", "0", false, "", "*"},
+    {"<input id=%>", "innerText", "x", false, "", "*"},
+    {"<input id=% type=file>", "value", "/no/such/file", false, "", "*"},
+    {"<div id=%>文</div>", "value", "x", false, "", "*"},
+    {"<div id=%>文</div>", "checked", "True", false, "", "*"},
+};
+
+std::string RowId(int number) { return std::string("e").append(std::to_string(number)); }
+
+TEST_F(Put, IsNoticedByThePageAsAUsersInput) {
+    std::string body =
+        "<script>for (const type of ['click', 'input', 'change'])"
+        " addEventListener(type, e => e.target.title += (e.target.title ? ' ' : '') + type, true);</script>";
+    int number = 0;
+    for (const PutRow& row : kRows) {
+        std::string html(row.html);
+        body += html.replace(html.find('%'), 1, RowId(number++)) + "\n";
+    }
+    Open(body);
+    number = 0;
+    for (const PutRow& row : kRows) {
+        SCOPED_TRACE(std::string(row.html).append(" ").append(row.value));
+        const Element element = Find(RowId(number++));
+        EXPECT_EQ(element.Put(row.property, row.value), row.taken);
+        if (row.after != "*") {
+            EXPECT_EQ(element.Get(row.property), row.after);
+        }
+        EXPECT_TRUE(element.fireEvent("onchange"));
+        const std::string events = element.getAttribute("title").value_or("");
+        if (row.events != "*") {
+            EXPECT_EQ(events, row.events);
+        }
+    }
+}
+
+TEST_F(Put, ReachesFieldsWhoseFrameworkTracksThem) {
+    // As the frameworks do: the field's own accessor notes what scripts set, and an input event
+    // that brings nothing new is not a user's.
+    Open(
+        "<input id=f><select id=s><option>a<option>b</select><script>"
+        "for (const e of document.querySelectorAll('input,select')) {"
+        " const own = Object.getOwnPropertyDescriptor(e.constructor.prototype, 'value');"
+        " let known = e.value;"
+        " Object.defineProperty(e, 'value', {get() { return own.get.call(e); },"
+        "  set(v) { known = v; own.set.call(e, v); }});"
+        " e.addEventListener(e.tagName === 'INPUT' ? 'input' : 'change', () => {"
+        "  if (e.value === known) return; known = e.value; say(e.value); }); }</script>");
+    const Element field = Find("f");
+    EXPECT_TRUE(field.Put("value", "一") && field.fireEvent("onchange"));
+    EXPECT_TRUE(field.Put("value", "二") && field.fireEvent("onchange"));
+    const Element select = Find("s");
+    EXPECT_TRUE(select.Put("selectedIndex", "1") && select.fireEvent("onchange"));
+    EXPECT_EQ(Said("一 二 b"), "一 二 b");
+}
+
+TEST_F(Put, ChoosesOneRadioOfAGroup) {
+    Open("<form><input type=radio name=r id=a checked><input type=radio name=r id=b></form>");
+    EXPECT_TRUE(Find("b").Put("checked", "True"));
+    EXPECT_EQ(Find("a").checked() + Find("b").checked(), "FalseTrue");
+}
+
+TEST_F(Put, GivesAFileToAFileField) {
+    Open("<input type=file id=f onchange='say(files[0].name + files[0].size)'>");
+    const std::string path = std::string(TAMRIN_SOURCE_DIR) + "/tests/conformance/一行.txt";
+    EXPECT_TRUE(Find("f").Put("value", path));
+    EXPECT_EQ(Said("一行.txt6"), "一行.txt6");
+}
+
+TEST_F(Put, AnswersFalseForAnElementThatIsGone) {
+    Open("<input id=a><input type=button id=b onclick='a.remove()'>");
+    const Element gone = Find("a");
+    EXPECT_TRUE(Find("b").click());
+    ASSERT_TRUE(Wait([&] { return !Find("a"); }));
+    EXPECT_FALSE(gone.Put("value", "x"));
+    EXPECT_FALSE(gone.fireEvent("onchange"));
+    EXPECT_FALSE(gone.click());
+    EXPECT_FALSE(gone.getBoundingClientRect());
+    EXPECT_FALSE(browser().ElementScreenPoint(gone));
+    EXPECT_FALSE(gone.parentElement());
+}
+
+}  // namespace
+}  // namespace tamrin::conformance
