@@ -88,7 +88,8 @@ TEST_F(Put, TellsThePageAsAUserWould) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(std::string(row.id) + " " + row.value);
-        EXPECT_TRUE(browser_.Navigate("javascript:words = []; document.getElementById('log').textContent = ''"));
+        EXPECT_TRUE(browser_.Navigate(
+            "javascript:words = []; document.getElementById('log').textContent = ''"));
         const Element element = Find(row.id);
         EXPECT_TRUE(element.Put(row.property, row.value));
         EXPECT_TRUE(element.fireEvent("onchange"));
