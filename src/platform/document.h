@@ -27,12 +27,13 @@ public:
 
     // A property of the automation model as text: "id", "name", "tagName" (capitals), "value",
     // "checked" ("True" or "False"), "selectedIndex" (decimal), "innerText", "href", "src".
-    // Unknown: "".
+    // The lines of a textarea's value are separated by CR LF. Unknown: "".
     virtual std::string Get(std::string_view property) = 0;
 
     // Sets "value", "checked" ("True" or "False") or "selectedIndex" so that the page notices it as
-    // a user's input. For a file input "value" is a path. False when the element is gone or does
-    // not take the value.
+    // a user's input: it sees "input", and of a check box or radio button a whole click. The change
+    // event is fireEvent's. For a file input "value" is a path. False when the element is gone or
+    // does not take the value; a field that the user could not edit takes it.
     virtual bool Put(std::string_view property, std::string_view value) = 0;
 
     // Put, and when it was taken fireEvent("onchange"): the one write that every input makes. A back
@@ -45,7 +46,8 @@ public:
 
     // The attribute as written in the page, or nothing (Null) when it is absent. "type" is answered
     // as the automation model does: "select-one" for a select, "textarea" for a textarea, and the
-    // kind of an input or button even where the page does not write it.
+    // kind of an input or button even where the page does not write it. "href" of a link is the
+    // whole address.
     virtual std::optional<std::string> getAttribute(std::string_view name) = 0;
 
     virtual Element parentElement() = 0;
@@ -188,7 +190,7 @@ private:
 
 // One entry of document.frames.
 struct Frame {
-    std::string name;
+    std::string name;   // the id of its element where it has none
     Document document;  // null where the frame's page cannot be reached
     Element element;    // the IFRAME or FRAME element of the outer page
 };

@@ -7,10 +7,12 @@
 namespace tamrin::conformance {
 namespace {
 
-// This computer without its display, so that no window covers the work of who runs the tests.
-class NoDisplay : public PosixProcesses {
+// No window covers the work of who runs the tests, unless TAMRIN_SHOW_BROWSER asks for one.
+class QuietProcesses : public PosixProcesses {
 public:
-    bool HasDisplay() const override { return false; }
+    bool HasDisplay() const override {
+        return !Environment("TAMRIN_SHOW_BROWSER").empty() && PosixProcesses::HasDisplay();
+    }
 };
 
 class ChromiumBackEnd : public BackEnd {
@@ -24,7 +26,7 @@ public:
     std::uint64_t RoundTrips() override { return launcher_.RoundTrips(); }
 
 private:
-    NoDisplay processes_;
+    QuietProcesses processes_;
     PosixFiles files_;
     SystemClock clock_;
     ChromiumLauncher launcher_{processes_, files_, clock_, {}};

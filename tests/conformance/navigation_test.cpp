@@ -1,4 +1,5 @@
 #include "conformance/suite.h"
+#include "support/temporary_folder.h"
 
 namespace tamrin::conformance {
 namespace {
@@ -71,7 +72,8 @@ TEST_F(Navigate, TakesAddressesAsAUserWritesThem) {
     EXPECT_TRUE(WaitComplete());
     GoTo("about:blank");
     EXPECT_EQ(browser().document().url(), "about:blank");
-    GoTo(std::string(TAMRIN_SOURCE_DIR) + "/tests/conformance/一行.txt");
+    const TemporaryFolder folder;
+    GoTo(folder.Write("一行 1%.html", "<meta charset=utf-8><pre>一行"));
     EXPECT_EQ(browser().document().getElementsByTagName("pre").at(0).innerText(), "一行");
 }
 

@@ -38,7 +38,7 @@ public:
     std::optional<ScreenPoint> ToScreen();
 
     // Where the page that this element, a frame, holds begins: the viewport of this element's own
-    // page, followed by two coordinates in it.
+    // page, followed by two coordinates in it and how large it shows the frame's page.
     FieldBlock ContentCorner() const;
 
 private:
