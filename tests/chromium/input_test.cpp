@@ -37,7 +37,7 @@ TEST_F(SendKeys, TypeWhatTheySay) {
                       NamedKey("DELETE"), NamedKey("END"), Letter('z'), NamedKey("TAB"),
                       Letter('1'), NamedKey("ENTER"), Letter('2')}));
     EXPECT_EQ(Find("t").value(), "B1!~ \\\"'x日本z");
-    EXPECT_EQ(Find("u").value(), "1\n2");
+    EXPECT_EQ(Find("u").value(), "1\r\n2");
 
     // Through the clipboard from one field to the other.
     EXPECT_TRUE(
@@ -46,7 +46,7 @@ TEST_F(SendKeys, TypeWhatTheySay) {
     EXPECT_EQ(Find("t").value(), "");
     EXPECT_EQ(Find("u").value(), "B1!~ \\\"'x日本z");
     EXPECT_TRUE(Keys({With(Letter('z'), true)}));
-    EXPECT_EQ(Find("u").value(), "1\n2");
+    EXPECT_EQ(Find("u").value(), "1\r\n2");
 }
 
 TEST_F(SendKeys, AreSeenByThePageAsKeys) {

@@ -36,7 +36,7 @@ TEST_F(Put, TellsWhatAFieldTakes) {
         {"range", "value", "101", false, "value", "50"},
         {"off", "value", "x", true, "value", "x"},
         {"fixed", "value", "x", true, "value", "x"},
-        {"area", "value", "a\nb", true, "value", "a\nb"},
+        {"area", "value", "a\nb", true, "value", "a\r\nb"},
         {"s", "value", "b", true, "selectedIndex", "1"},
         {"s", "value", "c", false, "selectedIndex", "1"},
         {"s", "selectedIndex", "0", true, "value", "a"},
