@@ -145,6 +145,7 @@ RunEnd Player::NoBrowser(const std::string& why) {
 }
 
 void Player::Finish(const std::shared_ptr<Browser>& browser, RunEnd end) {
+    clock_.DoEvents();  // what the last page has told
     if (end == RunEnd::kBrowserDied) {
         host_.ShowMessage("ブラウザが終了したか、ページが異常終了したため、再生を中止しました。",
                           "再生エラー");

@@ -115,7 +115,7 @@ TEST_F(OwnBrowser, ThatCannotBeStartedIsSaidSo) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.executable);
-        settings_.executable = [&row] { return row.executable; };
+        settings_.executable = [&] { return std::string(row.executable); };
         EXPECT_FALSE(Create());
         EXPECT_TRUE(why_.starts_with(row.says)) << why_;
         EXPECT_FALSE(std::filesystem::exists(processes_.profile));

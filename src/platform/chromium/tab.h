@@ -167,6 +167,7 @@ private:
     std::string error_url_;  // what the browser's page about a failure stands for
     bool alive_ = true;
     bool hung_ = false;
+    bool asking_why_ = false;  // a page could not be opened
     bool settling_ = false;
 };
 

@@ -203,6 +203,7 @@ void Tab::OnFrameNavigated(const std::string& session, const json& params) {
     if (!frames_.IsTop(id)) return;
     loads_.Navigated("");
     error_url_ = TextOf(frame, "unreachableUrl");
+    asking_why_ = false;
     if (TextOf(params, "type") == "BackForwardCacheRestore") OnComplete();
 }
 
@@ -212,12 +213,15 @@ void Tab::OnComplete() {
         notices_.push_back({Notice::Kind::kComplete, true, {}, {}});
         return;
     }
-    // The browser's own page about a failure names the reason.
+    // The browser's own page about a failure names the reason. The tab is busy until it has, so that
+    // whoever waits for the page hears of the failure, too.
+    asking_why_ = true;
     devtools_->Ask(sessions_.front(), "Runtime.evaluate",
                    {{"expression", "loadTimeDataRaw.errorCode"}, {"returnByValue", true}},
                    [self = weak_from_this(), url = error_url_](const DevToolsReply& reply) {
                        const auto tab = self.lock();
                        if (!tab) return;
+                       tab->asking_why_ = false;
                        const std::string reason = reply.Text("/result/value");
                        tab->notices_.push_back({Notice::Kind::kError, true, url,
                                                 reason.empty() ? "ERR_FAILED" : reason});

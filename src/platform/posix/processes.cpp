@@ -62,6 +62,8 @@ void BecomeProgram(const char* executable, char* const* arguments, pid_t parent)
     const int nothing = open("/dev/null", O_RDWR);
     for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) dup2(nothing, stream);
     signal(SIGPIPE, SIG_DFL);
+    // The raised priority is this program's own.
+    if (getpriority(PRIO_PROCESS, 0) < 0) setpriority(PRIO_PROCESS, 0, 0);
     execv(executable, arguments);
 }
 
