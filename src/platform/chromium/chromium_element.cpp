@@ -34,6 +34,9 @@ constexpr KnownName kAttributes[] = {
     {"href", ElementList::kHref},
 };
 
+// What the page agent answers to a write to a file input.
+constexpr std::string_view kIsFile = "file";
+
 std::string Quoted(std::string_view text) {
     return json(text).dump(-1, ' ', false, json::error_handler_t::replace);
 }
@@ -125,27 +128,28 @@ std::vector<std::string> ChromiumElement::OptionTexts() {
     return texts;
 }
 
-bool ChromiumElement::Act(std::string_view function, Arguments arguments) {
+std::string ChromiumElement::Act(std::string_view function, Arguments arguments) {
     document().NoteWrite(number());
     const AgentAnswer answer = document().Run(Expression(function, arguments), true);
     document().tab().NextMoment();
-    return answer ? !answer.fields.Text(0).empty()
-                  : answer.end == DevToolsReply::End::kCutShort && document().tab().dialog();
+    if (answer) return std::string(answer.fields.Text(0));
+    const bool held_up =
+        answer.end == DevToolsReply::End::kCutShort && document().tab().dialog() != nullptr;
+    return held_up ? "1" : "";
 }
 
 bool ChromiumElement::Put(std::string_view property, std::string_view value) {
-    if (property == "value" && getAttribute("type") == "file") return PutFile(value);
-    return Act("put", {property, value});
+    const std::string taken = Act("put", {property, value});
+    return taken == kIsFile ? PutFile(property, value) : !taken.empty();
 }
 
 bool ChromiumElement::Change(std::string_view property, std::string_view value) {
-    if (property == "value" && getAttribute("type") == "file") {
-        return ElementObject::Change(property, value);
-    }
-    return Act("change", {property, value});
+    const std::string taken = Act("change", {property, value});
+    return taken == kIsFile ? PutFile(property, value) && fireEvent("onchange") : !taken.empty();
 }
 
-bool ChromiumElement::PutFile(std::string_view path) {
+bool ChromiumElement::PutFile(std::string_view property, std::string_view path) {
+    if (property != "value") return false;
     Tab& tab = document().tab();
     const std::string& agent = document().agent();
     const std::string full = FullPath(path, tab.files());
@@ -168,7 +172,7 @@ bool ChromiumElement::PutFile(std::string_view path) {
 bool ChromiumElement::fireEvent(std::string_view event) {
     const std::string type = EventType(event);
     if (type == "click") document().tab().MarkFired(document().agent());
-    return Act("fire", {type});
+    return !Act("fire", {type}).empty();
 }
 
 bool ChromiumElement::click() {
@@ -179,7 +183,7 @@ bool ChromiumElement::click() {
         tab.RunLater(document().agent(), Expression("click"));
         return true;
     }
-    return Act("click", {});
+    return !Act("click", {}).empty();
 }
 
 void ChromiumElement::scrollIntoView() {

@@ -48,10 +48,11 @@ private:
     // The call of a function of the page agent on this element.
     std::string Expression(std::string_view function, Arguments arguments = {}) const;
     AgentAnswer Run(std::string_view function, Arguments arguments = {}) const;
-    // Calls a function that acts on the page as the user does. A dialog box that it opens holds its
-    // answer back; then it has acted all the same.
-    bool Act(std::string_view function, Arguments arguments);
-    bool PutFile(std::string_view path);
+    // Calls a function that acts on the page as the user does, and answers its word: "" when the
+    // element is gone or did not take it. A dialog box that it opens holds the word back; then it
+    // has acted all the same.
+    std::string Act(std::string_view function, Arguments arguments);
+    bool PutFile(std::string_view property, std::string_view path);
 
     // Whether what the lookup told still holds: the keys, and what may change at any moment.
     bool KeysHold() const;

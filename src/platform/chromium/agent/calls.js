@@ -109,10 +109,12 @@ const tamrin = {
         for (const edge of contentCorner(e)) packer.add(String(edge));
         return packer.toString();
     },
-    put: (e, name, value) => truth(put(e, name, value)),
-    change: (e, name, value) =>
-        (put(e, name, value) ? tamrin.fire(e, 'change') : truth(false)),
-    isFileInput: (e) => truth(e instanceof HTMLInputElement && e.type === 'file'),
+    // A file cannot be put by a script: "file" asks the program to do it.
+    put: (e, name, value) => (isFileField(e) ? pack('file') : truth(put(e, name, value))),
+    change: (e, name, value) => {
+        if (isFileField(e)) return pack('file');
+        return put(e, name, value) ? tamrin.fire(e, 'change') : truth(false);
+    },
     fire: (e, type) => {
         if (type === 'click') {
             fireClick(e);

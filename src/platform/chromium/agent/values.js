@@ -3,6 +3,8 @@
 
 const kButtons = new Set(['button', 'submit', 'reset', 'image', 'hidden', 'checkbox', 'radio']);
 
+const isFileField = (e) => e instanceof HTMLInputElement && e.type === 'file';
+
 const putText = (e, value) => {
     const before = e.value;
     e.value = value;

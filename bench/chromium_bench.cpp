@@ -1,0 +1,145 @@
+// Measures the lookups of the Chromium back end beside plain scripts that ask the same of the same
+// page.
+
+#include <cstdio>
+#include <iostream>
+#include <nlohmann/json.hpp>
+#include <string>
+
+#include "platform/chromium/browser_process.h"
+#include "platform/chromium/devtools.h"
+#include "platform/chromium/launcher.h"
+#include "platform/posix/files.h"
+#include "platform/posix/processes.h"
+#include "platform/posix/system_clock.h"
+#include "samples/web_server.h"
+#include "table.h"
+
+namespace tamrin {
+namespace {
+
+// A form page of about `count` elements.
+std::string Page(int count) {
+    std::string html = "<!DOCTYPE html><title>bench</title><form>";
+    for (int i = 0; i < count / 5; ++i) {
+        const std::string n = std::to_string(i);
+        html += "<p id=p" + n + "><label>項目" + n + " <input name=n" + n + " type=text value=値" +
+                n + "></label><a href=/page/" + n + " onclick=\"return true\">link</a>" +
+                "<img alt=text></p>";
+    }
+    return html + "</form>";
+}
+
+// What a script writer would send to read the same keys of every element.
+constexpr const char* kPlainScript =
+    "JSON.stringify(Array.from(document.getElementsByTagName('*'), (e) => [e.id, e.name || '', "
+    "e.tagName, e.value || '', e.href || null, e.type || null, e.getAttribute('alt'), "
+    "e.getAttribute('onclick')]))";
+
+constexpr int kFields = 200;
+
+class Bench {
+public:
+    int Run() {
+        clock_.AddSource([this] { launcher_.DeliverEvents(); });
+        std::string why;
+        browser_ = launcher_.Create(why);
+        plain_ = BrowserProcess::Start(processes_, files_, clock_, {}, why);
+        if (!browser_ || !plain_ || !ConnectPlain()) {
+            std::cerr << why << '\n';
+            return 1;
+        }
+        const double small = Walk("10,000 elements, 2 plain scripts", 10000);
+        const double large = Walk("100,000 elements, 2 plain scripts", 100000);
+        table_.Row("100,000 elements, 12 times 10,000", large, 12 * small, "ms");
+        Fields();
+        return table_.ExitCode();
+    }
+
+private:
+    void Open(int count) {
+        const std::string url = server_.Url("/" + std::to_string(count));
+        browser_->Navigate(url);
+        devtools_.Call(session_, "Page.navigate", {{"url", url}});
+        while (browser_->Busy() || Plain("document.readyState") != "complete") {
+            clock_.Sleep(10);
+            clock_.DoEvents();
+        }
+    }
+
+    // All keys of all elements, as a walk that looks for one of them reads them.
+    double Walk(const char* what, int count) {
+        Open(count);
+        const Document page = browser_->document();
+        std::size_t read = 0;
+        const auto walk = [&] {
+            for (const Element& element : page.getElementsByTagName("*")) {
+                read += element.getAttribute("type").value_or("").size() + element.value().size();
+            }
+        };
+        walk();
+        const std::uint64_t before = launcher_.RoundTrips();
+        const double seconds = BestSeconds(walk);
+        const auto trips = static_cast<double>(launcher_.RoundTrips() - before);
+        const double plain = BestSeconds([&] { read += Plain(kPlainScript).size(); });
+        table_.Row(what, 1000 * seconds, 1000 * 2 * plain, "ms");
+        table_.Row("its round trips", trips / 3, 1.001, "");
+        return 1000 * seconds;
+    }
+
+    // Finding, setting and telling each of 200 fields.
+    void Fields() {
+        Open(200);
+        const auto fill = [&] {
+            for (int i = 0; i < kFields; ++i) {
+                const auto named = browser_->document().Named("n" + std::to_string(i % 40));
+                const Element field = named.by_name.at(0);
+                field.Put("value", "新しい値");
+                field.fireEvent("onchange");
+            }
+        };
+        const std::uint64_t before = launcher_.RoundTrips();
+        fill();
+        const auto trips = static_cast<double>(launcher_.RoundTrips() - before);
+        const double seconds = BestSeconds(fill);
+        const double plain = BestSeconds([&] {
+            for (int i = 0; i < kFields; ++i) Plain("'1'");
+        });
+        table_.Row("round trips to find, set and tell a field", trips / kFields, 3.001, "");
+        table_.Row("200 fields, 4 x 200 bare evaluates", 1000 * seconds, 1000 * 4 * plain, "ms");
+    }
+
+    bool ConnectPlain() {
+        if (!devtools_.Connect(plain_->port(), plain_->path(), 30000)) return false;
+        const std::string target =
+            devtools_.Call("", "Target.createTarget", {{"url", "about:blank"}}).Text("/targetId");
+        session_ =
+            devtools_.Call("", "Target.attachToTarget", {{"targetId", target}, {"flatten", true}})
+                .Text("/sessionId");
+        return !session_.empty();
+    }
+
+    std::string Plain(const char* script) {
+        return devtools_
+            .Call(session_, "Runtime.evaluate", {{"expression", script}, {"returnByValue", true}})
+            .Text("/result/value");
+    }
+
+    PosixFiles files_;
+    PosixProcesses processes_;
+    SystemClock clock_;
+    WebServer server_{[](const WebRequest& request) {
+        return WebReply{.body = Page(std::atoi(request.path.c_str() + 1))};
+    }};
+    ChromiumLauncher launcher_{processes_, files_, clock_, {}};
+    std::shared_ptr<Browser> browser_;
+    std::unique_ptr<BrowserProcess> plain_;
+    DevTools devtools_{clock_, {}};
+    std::string session_;
+    Table table_;
+};
+
+}  // namespace
+}  // namespace tamrin
+
+int main() { return tamrin::Bench().Run(); }
