@@ -110,11 +110,10 @@ private:
         if (!process || !devtools.Connect(process->port(), process->path(), 30000)) return 0;
         const auto target =
             devtools.Call("", "Target.createTarget", {{"url", server_.Url("/")}}).Result();
-        const auto attached =
-            devtools
-                .Call("", "Target.attachToTarget",
-                      {{"targetId", target["targetId"]}, {"flatten", true}})
-                .Result();
+        const auto attached = devtools
+                                  .Call("", "Target.attachToTarget",
+                                        {{"targetId", target["targetId"]}, {"flatten", true}})
+                                  .Result();
         const std::string session = attached["sessionId"];
         clock_.Sleep(1000);  // for the page to load
         return BestSeconds([&] {

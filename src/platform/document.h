@@ -36,8 +36,8 @@ public:
     // does not take the value; a field that the user could not edit takes it.
     virtual bool Put(std::string_view property, std::string_view value) = 0;
 
-    // Put, and when it was taken fireEvent("onchange"): the one write that every input makes. A back
-    // end that reaches its browser by messages does both in one.
+    // Put, and when it was taken fireEvent("onchange"): the one write that every input makes. A
+    // back end that reaches its browser by messages does both in one.
     virtual bool Change(std::string_view property, std::string_view value) {
         const bool taken = Put(property, value);
         if (taken) fireEvent("onchange");

@@ -15,7 +15,7 @@ namespace fs = std::filesystem;
 using Names = std::set<std::string>;
 
 unsigned Mode(const std::string& path) {
-    struct stat status {};
+    struct stat status{};
     lstat(path.c_str(), &status);
     return status.st_mode & 07777U;
 }

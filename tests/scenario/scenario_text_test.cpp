@@ -113,7 +113,8 @@ TEST(WriteScenarioText, ReadsBackToTheSameList) {
         {"", "a"},
         {"CIPHER"},
         {"CIPHER", "CIPHER"},
-        {"click\t,id=😀", "", "日本\r\n", "\uFEFF", "%%U+1F600%%", "%\U0001F600%U+41%%", "%\r%", ""},
+        {"click\t,id=😀", "", "日本\r\n", "\uFEFF", "%%U+1F600%%", "%\U0001F600%U+41%%", "%\r%",
+         ""},
     };
     for (const Lines& lines : lists) {
         for (const bool cipher : {false, true}) {

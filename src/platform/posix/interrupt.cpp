@@ -13,7 +13,7 @@ void Remember(int /*signal*/) { interrupted = 1; }
 }  // namespace
 
 void CatchInterrupt() {
-    struct sigaction action {};
+    struct sigaction action{};
     action.sa_handler = Remember;
     action.sa_flags = SA_RESETHAND;
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaction(signal, &action, nullptr);
