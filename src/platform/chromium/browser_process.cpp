@@ -33,6 +33,10 @@ std::string FindBrowser(const Processes& processes, const Files& files, const st
     return "";
 }
 
+constexpr const char* kDisabledFeatures =
+    "--disable-features=Translate,BackForwardCache,Prerender2,HttpsUpgrades,"
+    "HttpsFirstBalancedModeAutoEnable,MediaRouter,OptimizationHints,AutofillServerCommunication";
+
 std::vector<std::string> Arguments(const Processes& processes, const std::string& profile) {
     std::vector<std::string> arguments{
         "--user-data-dir=" + profile,
@@ -58,8 +62,7 @@ std::vector<std::string> Arguments(const Processes& processes, const std::string
         "--allow-pre-commit-input",
         // A page goes back to where it was by loading again, and never shows before it is asked
         // for.
-        "--disable-features=Translate,BackForwardCache,Prerender2,HttpsUpgrades,"
-        "HttpsFirstBalancedModeAutoEnable,MediaRouter,OptimizationHints,AutofillServerCommunication",
+        kDisabledFeatures,
         // A window that other windows cover works as fast as one in front.
         "--disable-backgrounding-occluded-windows",
         "--disable-renderer-backgrounding",

@@ -49,9 +49,38 @@ private:
     bool killed_ = false;
 };
 
+// This process's environment, with an encoding of UTF-8 where it names none (a server's often does
+// not): programs read the paths in their arguments, and the names of files, in it.
+std::vector<std::string> Utf8Environment() {
+    const char* encoding = "";
+    for (const char* name : {"LANG", "LC_CTYPE", "LC_ALL"}) {
+        if (const char* value = getenv(name); value && *value) encoding = value;
+    }
+    const std::string_view locale = encoding;
+    const bool is_utf8 = locale.find("UTF-8") != std::string_view::npos ||
+                         locale.find("utf8") != std::string_view::npos;
+    std::vector<std::string> variables;
+    for (char** variable = environ; *variable; ++variable) {
+        if (is_utf8 || !std::string_view(*variable).starts_with("LC_ALL=")) {
+            variables.emplace_back(*variable);
+        }
+    }
+    if (!is_utf8) variables.emplace_back("LC_ALL=C.UTF-8");
+    return variables;
+}
+
+// The words as the system's calls take them; they must outlive the answer.
+std::vector<char*> Pointers(const std::vector<std::string>& words) {
+    std::vector<char*> pointers;
+    pointers.reserve(words.size() + 1);
+    for (const std::string& word : words) pointers.push_back(const_cast<char*>(word.c_str()));
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
 // Runs in the new process, where only calls that are safe after fork are allowed. Answers only when
 // the program cannot be started.
-void BecomeProgram(const char* executable, char* const* arguments, pid_t parent) {
+void BecomeProgram(char* const* command, char* const* environment, pid_t parent) {
     setpgid(0, 0);
 #ifdef __linux__
     prctl(PR_SET_PDEATHSIG, SIGKILL);
@@ -64,7 +93,7 @@ void BecomeProgram(const char* executable, char* const* arguments, pid_t parent)
     signal(SIGPIPE, SIG_DFL);
     // The raised priority is this program's own.
     if (getpriority(PRIO_PROCESS, 0) < 0) setpriority(PRIO_PROCESS, 0, 0);
-    execv(executable, arguments);
+    execve(command[0], command, environment);
 }
 
 bool IsExecutable(const std::string& path) {
@@ -77,10 +106,11 @@ bool IsExecutable(const std::string& path) {
 
 std::unique_ptr<Process> PosixProcesses::Start(const std::string& executable,
                                                const std::vector<std::string>& arguments) {
-    std::vector<char*> argv;
-    argv.push_back(const_cast<char*>(executable.c_str()));
-    for (const auto& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));
-    argv.push_back(nullptr);
+    std::vector<std::string> command = arguments;
+    command.insert(command.begin(), executable);
+    const std::vector<char*> words = Pointers(command);
+    const std::vector<std::string> variables = Utf8Environment();
+    const std::vector<char*> environment = Pointers(variables);
 
     // A pipe that a successful exec closes tells whether there was one.
     std::array<int, 2> failure{};
@@ -89,7 +119,7 @@ std::unique_ptr<Process> PosixProcesses::Start(const std::string& executable,
     const pid_t parent = getpid();
     const pid_t id = fork();
     if (id == 0) {
-        BecomeProgram(executable.c_str(), argv.data(), parent);
+        BecomeProgram(words.data(), environment.data(), parent);
         const char failed = 1;
         [[maybe_unused]] const auto written = write(failure[1], &failed, 1);
         _exit(127);
