@@ -60,7 +60,9 @@ bool Tab::Open() {
     return alive_ && replies[1].end == End::kAnswered;
 }
 
-bool Tab::Busy() const { return alive_ && (dialog_ || hung_ || asking_why_ || loads_.Busy(clock_.TickCount())); }
+bool Tab::Busy() const {
+    return alive_ && (dialog_ || hung_ || asking_why_ || loads_.Busy(clock_.TickCount()));
+}
 
 void Tab::AnswerDialog() {
     if (!dialog_) return;

@@ -213,8 +213,8 @@ void Tab::OnComplete() {
         notices_.push_back({Notice::Kind::kComplete, true, {}, {}});
         return;
     }
-    // The browser's own page about a failure names the reason. The tab is busy until it has, so that
-    // whoever waits for the page hears of the failure, too.
+    // The browser's own page about a failure names the reason. The tab is busy until it has, so
+    // that whoever waits for the page hears of the failure, too.
     asking_why_ = true;
     devtools_->Ask(sessions_.front(), "Runtime.evaluate",
                    {{"expression", "loadTimeDataRaw.errorCode"}, {"returnByValue", true}},
