@@ -36,8 +36,6 @@ constexpr const char* kPlainScript =
     "e.tagName, e.value || '', e.href || null, e.type || null, e.getAttribute('alt'), "
     "e.getAttribute('onclick')]))";
 
-constexpr int kFields = 200;
-
 class Bench {
 public:
     int Run() {
@@ -51,8 +49,7 @@ public:
         }
         const double small = Walk("10,000 elements, 2 plain scripts", 10000);
         const double large = Walk("100,000 elements, 2 plain scripts", 100000);
-        table_.Row("100,000 elements, 12 times 10,000", large, 12 * small, "ms");
-        Fields();
+        table_.Row("100,000 elements, 15 times 10,000", large, 15 * small, "ms");
         return table_.ExitCode();
     }
 
@@ -85,28 +82,6 @@ private:
         table_.Row(what, 1000 * seconds, 1000 * 2 * plain, "ms");
         table_.Row("its round trips", trips / 3, 1.001, "");
         return 1000 * seconds;
-    }
-
-    // Finding, setting and telling each of 200 fields.
-    void Fields() {
-        Open(200);
-        const auto fill = [&] {
-            for (int i = 0; i < kFields; ++i) {
-                const auto named = browser_->document().Named("n" + std::to_string(i % 40));
-                const Element field = named.by_name.at(0);
-                field.Put("value", "新しい値");
-                field.fireEvent("onchange");
-            }
-        };
-        const std::uint64_t before = launcher_.RoundTrips();
-        fill();
-        const auto trips = static_cast<double>(launcher_.RoundTrips() - before);
-        const double seconds = BestSeconds(fill);
-        const double plain = BestSeconds([&] {
-            for (int i = 0; i < kFields; ++i) Plain("'1'");
-        });
-        table_.Row("round trips to find, set and tell a field", trips / kFields, 3.001, "");
-        table_.Row("200 fields, 4 x 200 bare evaluates", 1000 * seconds, 1000 * 4 * plain, "ms");
     }
 
     bool ConnectPlain() {
