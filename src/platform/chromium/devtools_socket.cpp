@@ -8,6 +8,7 @@
 #include <chrono>
 #include <deque>
 #include <optional>
+#include <tuple>
 
 namespace tamrin {
 namespace {
@@ -62,7 +63,7 @@ private:
         if (error) return Close();
         error_code ignored;
         // A call is one small message; held back to be joined with the next it would only be late.
-        stream_.next_layer().set_option(asio::ip::tcp::no_delay(true), ignored);
+        std::ignore = stream_.next_layer().set_option(asio::ip::tcp::no_delay(true), ignored);
         stream_.async_handshake(host_, path_, [this](const error_code& failed) {
             if (failed) return Close();
             state_ = State::kOpen;
@@ -93,7 +94,7 @@ private:
     void Close() {
         state_ = State::kClosed;
         error_code ignored;
-        stream_.next_layer().close(ignored);
+        std::ignore = stream_.next_layer().close(ignored);
     }
 
     asio::io_context context_{1};

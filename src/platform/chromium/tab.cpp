@@ -77,6 +77,7 @@ void Tab::Settle() {
     if (!CanRun() || Busy()) return;
     settling_ = true;
     std::vector<int> calls;
+    calls.reserve(sessions_.size());
     for (const std::string& session : sessions_) {
         calls.push_back(devtools_->Begin(session, "Runtime.evaluate", {{"expression", "0"}}));
     }
