@@ -71,9 +71,12 @@ TEST_F(Frames, AreWrittenToLikePages) {
         const Element field = named.by_name.at(0);
         EXPECT_TRUE(field.Put("value", "値") && field.fireEvent("onchange"));
         EXPECT_EQ(field.value(), "値");
-        EXPECT_TRUE(frame.document.Named("b").by_id.click());
         const Element log = frame.document.Named("log").by_id;
-        EXPECT_TRUE(Wait([&] { return log.innerText() == "値 1"; })) << log.innerText();
+        const Element button = frame.document.Named("b").by_id;
+        EXPECT_TRUE(button.fireEvent("onclick"));
+        EXPECT_FALSE(Find("t"));  // A lookup, wherever it is made, ends what was one click.
+        EXPECT_TRUE(button.click());
+        EXPECT_TRUE(Wait([&] { return log.innerText() == "値 1 1"; })) << log.innerText();
         EXPECT_EQ(frame.document.links().size(), 0U);
         EXPECT_EQ(Ids(frame.document.getElementsByTagName("input")), "t b");
     }
