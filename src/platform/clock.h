@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 namespace tamrin {
 
@@ -14,6 +15,9 @@ public:
     // Milliseconds since some fixed moment. 32 bits: it wraps after 49.7 days, so subtract two
     // ticks and never compare them.
     virtual std::uint32_t TickCount() const = 0;
+
+    // The local date and time, as a log shows it: "2026-11-22 09:30:05".
+    virtual std::string TimeStamp() const = 0;
 
     // Gives the processor away for `milliseconds`. No events arrive inside.
     virtual void Sleep(int milliseconds) = 0;

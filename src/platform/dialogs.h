@@ -25,8 +25,16 @@ public:
     virtual Answer MsgBox(const std::string& text, const std::string& title,
                           Buttons buttons = Buttons::kOk, bool cancel_is_default = false) = 0;
 
-    // The full path that the user chose, "" when dismissed.
+    // The full path of a file to write, "" when dismissed. The dialog itself asks before an
+    // existing file is chosen, and a name typed without an extension gets the first of `pattern`.
     virtual std::string SaveFile(const FileDialog& dialog) = 0;
+
+    // The full path of an existing file, "" when dismissed.
+    virtual std::string OpenFile(const FileDialog& dialog) = 0;
+
+    // The full path of a folder, without a final separator, "" when dismissed. `start` is the
+    // folder that it begins with.
+    virtual std::string OpenFolder(const std::string& title, const std::string& start) = 0;
 };
 
 }  // namespace tamrin

@@ -13,9 +13,10 @@ enum class ControlKind {
     kCheckBox,
     kTextBox,
     kListBox,
-    kComboBox,
+    kComboBox,  // a line of text to type into, with a list of items to choose it from
     kLabel,
     kFrame,
+    kSplitter,  // a level bar that the user drags up and down
     kTimer,
 };
 
@@ -34,7 +35,12 @@ enum ControlFlags : unsigned {
     kHidden = 1,
     kDisabled = 2,
     kReadOnly = 4,
-    kMultiSelect = 8,  // a list box that lets several lines be selected
+    kMultiSelect = 8,   // a list box that lets several lines be selected
+    kMultiLine = 16,    // a text box of several lines; Enter begins a new one
+    kDefault = 32,      // the button that Enter presses where no control needs Enter itself
+    kCancel = 64,       // the button that Esc presses, and the form's close box
+    kDigitsOnly = 128,  // a text box that takes digits only
+    kCentered = 256,    // a label whose text stands in its middle
 };
 
 // A place in pixels of a 96 dpi screen, relative to the form's client area.
@@ -60,6 +66,11 @@ struct ControlSpec {
 // One entry of a menu. Entries stand in reading order; `depth` 0 is the menu bar. An entry followed
 // by deeper ones is a menu. "-" as caption is a separator. A hidden entry of depth 0 is a context
 // menu.
+//
+// `shortcut` names one key, or several parted by ", ", of which the menu shows the first: "Ctrl+S",
+// "Shift+F5, Esc", "Del". It works while the form is active and the entry enabled, whether the
+// entry is visible or not. A key with which text is edited (Del, Ctrl and one of A, C, V, X, Y, Z)
+// belongs to a text or combo box while that has the focus.
 struct MenuSpec {
     int depth;
     std::string_view name;
@@ -68,13 +79,19 @@ struct MenuSpec {
     unsigned flags = kNoFlags;
 };
 
+enum FormFlags : unsigned {
+    kResizable = 1,  // by the user, down to the width and height of the table
+    kNoTitle = 2,    // without a title bar, such as a splash window
+};
+
 struct FormSpec {
     std::string_view name;
     std::string_view caption;
-    int width;  // of the client area, pixels of a 96 dpi screen
+    int width;  // of the client area without the menu bar, pixels of a 96 dpi screen
     int height;
     std::span<const ControlSpec> controls;
-    std::span<const MenuSpec> menus;
+    std::span<const MenuSpec> menus = {};
+    unsigned flags = 0;  // FormFlags
 };
 
 }  // namespace tamrin

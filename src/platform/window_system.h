@@ -23,8 +23,14 @@ public:
     virtual int TwipsPerPixelX() const = 0;
     virtual int TwipsPerPixelY() const = 0;
 
-    // The clipboard's text, "" when it holds none.
+    // The clipboard's text, "" when it holds none. Setting it answers false when another program
+    // keeps the clipboard to itself.
     virtual std::string ClipboardText() const = 0;
+    virtual bool SetClipboardText(const std::string& text) = 0;
+
+    // Opens a file or folder, or starts a program, as a double click on it would. False when the
+    // system has nothing to open it with.
+    virtual bool ShellOpen(const std::string& path) = 0;
 };
 
 }  // namespace tamrin

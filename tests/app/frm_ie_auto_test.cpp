@@ -35,7 +35,7 @@ protected:
     }
 
     Control& Find(std::string_view name) { return form().Find(name); }
-    HeadlessForm& form() { return static_cast<HeadlessForm&>(*windows.last_form()); }
+    HeadlessForm& form() { return static_cast<HeadlessForm&>(*windows.FindForm("frmIeAuto")); }
     bool Enabled(std::string_view name) { return Find(name).Enabled(); }
     Lines Records() {
         Lines lines;

@@ -47,6 +47,7 @@ public:
     bool IsFile(const std::string&) const override { return !gone_; }
     bool Delete(const std::string&) override { return gone_ = slept_ms == 10 * pauses_; }
     std::uint32_t TickCount() const override { return 0; }
+    std::string TimeStamp() const override { return ""; }
     void Sleep(int milliseconds) override { slept_ms += milliseconds; }
     void DoEvents() override { ++events; }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -12,12 +13,14 @@ namespace tamrin::test {
 class MemoryFiles : public Files {
 public:
     std::map<std::string, std::string> contents;
+    std::set<std::string> locked;  // can be read, and neither written nor deleted
     bool full_disk = false;
 
     bool IsFile(const std::string& path) const override { return contents.contains(path); }
     bool IsFolder(const std::string& path) const override {
-        const auto next = contents.lower_bound(path + "\\");
-        return next != contents.end() && next->first.starts_with(path + "\\");
+        const std::string folder = path.ends_with('\\') ? path : path + "\\";
+        const auto next = contents.lower_bound(folder);
+        return next != contents.end() && next->first.starts_with(folder);
     }
     std::optional<std::string> Read(const std::string& path) const override {
         const auto file = contents.find(path);
@@ -25,14 +28,24 @@ public:
         return file->second;
     }
     bool Replace(const std::string& path, std::string_view bytes) override {
-        if (!full_disk) contents[path] = bytes;
-        return !full_disk;
+        if (full_disk || locked.contains(path)) return false;
+        contents[path] = bytes;
+        return true;
     }
     bool MakeFolder(const std::string& /*path*/) override { return !full_disk; }
-    bool Delete(const std::string& path) override { return contents.erase(path) > 0; }
-    std::vector<std::string> List(const std::string& /*folder*/,
-                                  std::string_view /*extension*/) const override {
-        return {};
+    bool Delete(const std::string& path) override {
+        if (!locked.contains(path)) contents.erase(path);
+        return !contents.contains(path);
+    }
+    std::vector<std::string> List(const std::string& folder,
+                                  std::string_view extension) const override {
+        std::vector<std::string> names;
+        for (const auto& [path, bytes] : contents) {
+            if (!path.starts_with(folder + "\\") || !path.ends_with(extension)) continue;
+            const std::string name = path.substr(folder.size() + 1);
+            if (name.find('\\') == std::string::npos) names.push_back(name);
+        }
+        return names;
     }
     std::string ProgramFolder() const override { return "C:\\tamrin"; }
     std::string CurrentFolder() const override { return "C:\\work"; }

@@ -21,7 +21,8 @@ public:
 
     std::deque<Answer> answers;
     std::deque<std::string> paths;
-    std::vector<std::string> shown;  // "title|text", and "title|filter|proposed" of file dialogs
+    // "title|text", "title|filter|proposed" of file dialogs, "title|start" of folder dialogs
+    std::vector<std::string> shown;
 
     Answer MsgBox(const std::string& text, const std::string& title, Buttons /*buttons*/,
                   bool /*cancel_is_default*/) override {
@@ -35,9 +36,20 @@ public:
         return answer;
     }
     std::string SaveFile(const FileDialog& dialog) override {
-        shown.push_back(dialog.title + "|" + dialog.filter + "|" + dialog.proposed);
+        return Take(dialog.title + "|" + dialog.filter + "|" + dialog.proposed);
+    }
+    std::string OpenFile(const FileDialog& dialog) override {
+        return Take(dialog.title + "|" + dialog.filter + "|" + dialog.proposed);
+    }
+    std::string OpenFolder(const std::string& title, const std::string& start) override {
+        return Take(title + "|" + start);
+    }
+
+private:
+    std::string Take(const std::string& what) {
+        shown.push_back(what);
         if (paths.empty()) {
-            ADD_FAILURE() << "unexpected file dialog: " << dialog.title;
+            ADD_FAILURE() << "unexpected dialog: " << what;
             return "";
         }
         const std::string path = paths.front();

@@ -14,6 +14,4 @@ Answer ConsoleDialogs::MsgBox(const std::string& text, const std::string& title,
     return buttons == Buttons::kOk ? Answer::kOk : Answer::kCancel;
 }
 
-std::string ConsoleDialogs::SaveFile(const FileDialog& /*dialog*/) { return ""; }
-
 }  // namespace tamrin

@@ -7,14 +7,19 @@
 namespace tamrin {
 
 // Dialogs where nobody sits: a message goes to `output` with its title, and is answered by the
-// button that changes nothing (Cancel where there is one). File dialogs are dismissed.
+// button that changes nothing (Cancel where there is one). File and folder dialogs are
+// dismissed.
 class ConsoleDialogs : public Dialogs {
 public:
     explicit ConsoleDialogs(std::ostream& output) : output_(output) {}
 
     Answer MsgBox(const std::string& text, const std::string& title, Buttons buttons,
                   bool cancel_is_default) override;
-    std::string SaveFile(const FileDialog& dialog) override;
+    std::string SaveFile(const FileDialog& /*dialog*/) override { return ""; }
+    std::string OpenFile(const FileDialog& /*dialog*/) override { return ""; }
+    std::string OpenFolder(const std::string& /*title*/, const std::string& /*start*/) override {
+        return "";
+    }
 
 private:
     std::ostream& output_;

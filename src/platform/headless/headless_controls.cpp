@@ -12,15 +12,29 @@ void Raise(const std::function<void()>& handler) {
 
 }  // namespace
 
-HeadlessControl::HeadlessControl(HeadlessForm& form, ControlKind kind, std::string_view name,
-                                 int index, std::string_view text, unsigned flags)
+HeadlessControl::HeadlessControl(HeadlessForm& form, const ControlSpec& spec)
     : form_(form),
-      kind_(kind),
-      name_(name),
-      index_(index),
-      text_(text),
-      enabled_((flags & kDisabled) == 0),
-      visible_((flags & kHidden) == 0) {}
+      kind_(spec.kind),
+      name_(spec.name),
+      index_(spec.index),
+      text_(spec.caption),
+      tip_(spec.tip),
+      place_(spec.place),
+      stretch_(spec.stretch),
+      enabled_((spec.flags & kDisabled) == 0),
+      visible_((spec.flags & kHidden) == 0),
+      interval_(spec.interval) {}
+
+HeadlessControl::HeadlessControl(HeadlessForm& form, const MenuSpec& spec)
+    : form_(form),
+      kind_(ControlKind::kButton),
+      name_(spec.name),
+      index_(-1),
+      text_(spec.caption),
+      shortcut_(spec.shortcut),
+      is_menu_(true),
+      enabled_((spec.flags & kDisabled) == 0),
+      visible_((spec.flags & kHidden) == 0) {}
 
 void HeadlessControl::SetText(std::string_view text) {
     if (text_ == text) return;
@@ -37,6 +51,17 @@ void HeadlessControl::SetChecked(bool checked) {
         form_.UncheckOthers(*this);
     }
     Raise(onClick);
+}
+
+bool HeadlessControl::Focused() const { return form_.focused_ == this; }
+
+void HeadlessControl::SetFocus() { form_.focused_ = this; }
+
+void HeadlessControl::Stretch(int wider, int taller) {
+    if ((stretch_ & kStretchRight) != 0) place_.width += wider;
+    if ((stretch_ & kStretchBottom) != 0) place_.height += taller;
+    if ((stretch_ & kMoveRight) != 0) place_.left += wider;
+    if ((stretch_ & kMoveBottom) != 0) place_.top += taller;
 }
 
 std::string_view HeadlessListBox::Line(int position) const {
@@ -73,7 +98,7 @@ void HeadlessListBox::SetLines(std::vector<std::string> lines) {
 
 void HeadlessListBox::SetListIndex(int position) {
     if (position != -1 && !Has(position)) return;
-    if (Has(current_)) selected_[current_] = false;
+    selected_.assign(lines_.size(), false);
     const bool moved = current_ != position;
     current_ = position;
     if (position != -1) selected_[position] = true;
@@ -86,35 +111,88 @@ void HeadlessListBox::Select(int position, bool selected) {
     if (Has(position)) selected_[position] = selected;
 }
 
-HeadlessForm::HeadlessForm(const FormSpec& spec)
-    : caption_(spec.caption), place_{0, 0, spec.width, spec.height} {
+void HeadlessListBox::SelectRange(int first, int count) {
+    for (int i = first; i < first + count; ++i) Select(i, true);
+}
+
+HeadlessForm::HeadlessForm(const FormSpec& spec, std::function<void(HeadlessForm&)> show_modal)
+    : show_modal_(std::move(show_modal)),
+      name_(spec.name),
+      caption_(spec.caption),
+      place_{0, 0, spec.width, spec.height} {
     for (const ControlSpec& control : spec.controls) {
         if (control.kind == ControlKind::kListBox) {
-            controls_.push_back(std::make_unique<HeadlessListBox>(
-                *this, control.kind, control.name, control.index, control.caption, control.flags));
+            controls_.push_back(std::make_unique<HeadlessListBox>(*this, control));
+        } else if (control.kind == ControlKind::kComboBox) {
+            controls_.push_back(std::make_unique<HeadlessComboBox>(*this, control));
         } else {
-            controls_.push_back(std::make_unique<HeadlessControl>(
-                *this, control.kind, control.name, control.index, control.caption, control.flags));
+            controls_.push_back(std::make_unique<HeadlessControl>(*this, control));
         }
-        controls_.back()->interval_ = control.interval;
     }
     for (const MenuSpec& menu : spec.menus) {
-        controls_.push_back(std::make_unique<HeadlessControl>(
-            *this, ControlKind::kButton, menu.name, -1, menu.caption, menu.flags));
-        controls_.back()->is_menu_ = true;
+        controls_.push_back(std::make_unique<HeadlessControl>(*this, menu));
     }
 }
 
-Control& HeadlessForm::Find(std::string_view name, int index) {
+HeadlessControl& HeadlessForm::FindControl(std::string_view name, int index) {
     for (const auto& control : controls_) {
         if (control->name() == name && control->index() == index) return *control;
     }
     throw std::logic_error("the form has no control " + std::string(name));
 }
 
+Control& HeadlessForm::Find(std::string_view name, int index) { return FindControl(name, index); }
+
 ListBox& HeadlessForm::List(std::string_view name) {
     if (auto* list = dynamic_cast<ListBox*>(&Find(name))) return *list;
     throw std::logic_error("not a list box: " + std::string(name));
+}
+
+ComboBox& HeadlessForm::Combo(std::string_view name) {
+    if (auto* combo = dynamic_cast<ComboBox*>(&Find(name))) return *combo;
+    throw std::logic_error("not a combo box: " + std::string(name));
+}
+
+void HeadlessForm::SetPlace(const Place& place) {
+    const int wider = place.width - place_.width;
+    const int taller = place.height - place_.height;
+    place_ = place;
+    for (const auto& control : controls_) control->Stretch(wider, taller);
+}
+
+void HeadlessForm::ShowModal(Form& owner) {
+    const Place around = owner.GetPlace();
+    place_.left = around.left + (around.width - place_.width) / 2;
+    place_.top = around.top + (around.height - place_.height) / 2;
+    visible_ = true;
+    if (show_modal_) show_modal_(*this);
+    visible_ = false;
+}
+
+void HeadlessForm::Click(std::string_view name, int index) {
+    HeadlessControl& control = FindControl(name, index);
+    if (!control.enabled_) return;
+    const bool is_button = control.is_menu_ || control.kind_ == ControlKind::kButton;
+    if (is_button) {
+        Raise(control.onClick);
+    } else {
+        control.SetChecked(control.kind_ == ControlKind::kOptionButton || !control.checked_);
+    }
+}
+
+void HeadlessForm::Press(std::string_view key) {
+    for (const auto& control : controls_) {
+        std::string_view keys = control->shortcut_;
+        while (!keys.empty()) {
+            const auto end = keys.find(", ");
+            if (keys.substr(0, end) == key) {
+                if (control->enabled_) Raise(control->onClick);
+                return;
+            }
+            keys.remove_prefix(end == std::string_view::npos ? keys.size() : end + 2);
+        }
+    }
+    throw std::logic_error("the form has no shortcut " + std::string(key));
 }
 
 void HeadlessForm::UncheckOthers(const HeadlessControl& chosen) {

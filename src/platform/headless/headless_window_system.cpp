@@ -8,8 +8,9 @@ namespace {
 // Takes itself off the window system's list when it goes.
 class ListedForm : public HeadlessForm {
 public:
-    ListedForm(const FormSpec& spec, std::vector<HeadlessForm*>& forms)
-        : HeadlessForm(spec), forms_(forms) {
+    ListedForm(const FormSpec& spec, std::function<void(HeadlessForm&)> show_modal,
+               std::vector<HeadlessForm*>& forms)
+        : HeadlessForm(spec, std::move(show_modal)), forms_(forms) {
         forms_.push_back(this);
     }
     ~ListedForm() override { std::erase(forms_, this); }
@@ -23,7 +24,16 @@ private:
 }  // namespace
 
 std::unique_ptr<Form> HeadlessWindowSystem::Create(const FormSpec& spec) {
-    return std::make_unique<ListedForm>(spec, forms_);
+    const auto show_modal = [this](HeadlessForm& form) {
+        if (onModal) onModal(form);
+    };
+    return std::make_unique<ListedForm>(spec, show_modal, forms_);
+}
+
+HeadlessForm* HeadlessWindowSystem::FindForm(std::string_view name) {
+    const auto form = std::find_if(forms_.rbegin(), forms_.rend(),
+                                   [&](const HeadlessForm* each) { return each->name() == name; });
+    return form == forms_.rend() ? nullptr : *form;
 }
 
 void HeadlessWindowSystem::RunTimers(std::uint32_t now) {

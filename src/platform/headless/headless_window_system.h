@@ -1,7 +1,10 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/headless/headless_controls.h"
@@ -10,7 +13,7 @@
 namespace tamrin {
 
 // Forms in memory on a screen of 1280 x 1024 pixels at 96 dots per inch. There is no clipboard but
-// the text that was set.
+// the text that was set, and nothing to open a path with.
 class HeadlessWindowSystem : public WindowSystem {
 public:
     explicit HeadlessWindowSystem(Dialogs& dialogs) : dialogs_(dialogs) {}
@@ -21,18 +24,32 @@ public:
     int TwipsPerPixelX() const override { return 15; }
     int TwipsPerPixelY() const override { return 15; }
     std::string ClipboardText() const override { return clipboard_; }
-    void SetClipboardText(std::string text) { clipboard_ = std::move(text); }
+    bool SetClipboardText(const std::string& text) override {
+        clipboard_ = text;
+        return true;
+    }
+    bool ShellOpen(const std::string& path) override {
+        opened_.push_back(path);
+        return false;
+    }
 
     // Ticks the timers of all forms; call it from the clock's DoEvents.
     void RunTimers(std::uint32_t now);
 
-    // The form made last that still exists, null when there is none.
-    HeadlessForm* last_form() { return forms_.empty() ? nullptr : forms_.back(); }
+    // Acts in place of the user on each modal form; without it a modal form is over at once.
+    std::function<void(HeadlessForm&)> onModal;
+
+    // The form of that name made last that still exists, null when there is none.
+    HeadlessForm* FindForm(std::string_view name);
+
+    // What was to be opened, in order.
+    const std::vector<std::string>& opened() const { return opened_; }
 
 private:
     Dialogs& dialogs_;
     std::vector<HeadlessForm*> forms_;
     std::string clipboard_;
+    std::vector<std::string> opened_;
 };
 
 }  // namespace tamrin

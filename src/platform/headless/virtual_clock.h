@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <string>
 #include <vector>
 
 #include "platform/clock.h"
@@ -16,6 +17,8 @@ public:
     explicit VirtualClock(std::uint32_t start = 1000000) : start_(start), now_(start) {}
 
     std::uint32_t TickCount() const override;
+    // The same moment always.
+    std::string TimeStamp() const override { return "2026-01-02 03:04:05"; }
     void Sleep(int milliseconds) override;
     void DoEvents() override;
 

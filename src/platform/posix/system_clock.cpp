@@ -13,6 +13,15 @@ std::uint32_t SystemClock::TickCount() const {
                                       static_cast<std::uint64_t>(now.tv_nsec) / 1000000U);
 }
 
+std::string SystemClock::TimeStamp() const {
+    const time_t now = time(nullptr);
+    tm local{};
+    localtime_r(&now, &local);
+    char text[32] = "";
+    strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", &local);
+    return text;
+}
+
 void SystemClock::Sleep(int milliseconds) {
     if (milliseconds <= 0) return;
     timespec left{milliseconds / 1000, (milliseconds % 1000) * 1000000L};

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <string>
 #include <vector>
 
 #include "platform/clock.h"
@@ -15,6 +16,7 @@ public:
     void AddSource(std::function<void()> source) { sources_.push_back(std::move(source)); }
 
     std::uint32_t TickCount() const override;
+    std::string TimeStamp() const override;
     void Sleep(int milliseconds) override;
     void DoEvents() override;
 

@@ -1,10 +1,11 @@
-#include "platform/posix/text_codec.h"
+#include "platform/text.h"
 
 #include <gtest/gtest.h>
 
 #include "platform/utf8.h"
+#include "system/system_under_test.h"
 
-namespace tamrin {
+namespace tamrin::test {
 namespace {
 
 TEST(Decode, AnswersEveryCharacterOfCodePage932) {
@@ -24,12 +25,14 @@ TEST(Decode, AnswersEveryCharacterOfCodePage932) {
         {"\x93\x30\xFA", "\uFFFD0\uFFFD"},  // no second byte, and none at the end
         {"\x93\r\n", "\uFFFD\r\n"},
     };
-    const PosixTextCodec codec;
+    const auto made = MakeTextCodec();
+    const TextCodec& codec = *made;
     for (const auto& row : rows) EXPECT_EQ(codec.Decode(row.bytes), row.text);
 }
 
 TEST(Encode, AnswersOnlyWhatComesBackTheSame) {
-    const PosixTextCodec codec;
+    const auto made = MakeTextCodec();
+    const TextCodec& codec = *made;
     const std::string text = "a\\~①ソ表纊ⅰ\uE000ｱ～－";
     EXPECT_EQ(codec.Decode(codec.Encode(text).value_or("")), text);
     // Among them characters for which the code page has a look-alike.
@@ -41,7 +44,8 @@ TEST(Encode, AnswersOnlyWhatComesBackTheSame) {
 }
 
 TEST(Encode, IsExactForEveryPairOfBytes) {
-    const PosixTextCodec codec;
+    const auto made = MakeTextCodec();
+    const TextCodec& codec = *made;
     int pairs = 0;
     for (unsigned lead = 0; lead < 256; ++lead) {
         for (unsigned trail = 0; trail < 256; ++trail) {
@@ -59,4 +63,4 @@ TEST(Encode, IsExactForEveryPairOfBytes) {
 }
 
 }  // namespace
-}  // namespace tamrin
+}  // namespace tamrin::test
