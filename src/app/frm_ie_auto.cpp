@@ -1,6 +1,7 @@
 #include "app/frm_ie_auto.h"
 
 #include "app/paths.h"
+#include "app/run_log.h"
 #include "player/input_data.h"
 
 namespace tamrin {
@@ -16,36 +17,62 @@ frmIeAuto::frmIeAuto(Globals& globals, const Platform& platform)
       platform_(platform),
       form_(platform.windows.Create(MainFormSpec())),
       controls_(*form_),
+      display_(globals, *form_, controls_),
+      records_(globals, platform.windows, platform.clock, controls_.lstDtList),
+      edit_(platform.windows, *form_, controls_.lstDtList, records_),
+      scenario_(globals, platform, controls_, records_),
+      file_list_(globals, platform, *form_, controls_, scenario_),
+      recent_files_(globals, platform, *form_, scenario_),
       player_(globals, platform.clock, platform.launcher, *this) {
     BindEvents();
+    BindMenus();
 }
 
 frmIeAuto::~frmIeAuto() = default;
 
 void frmIeAuto::BindEvents() {
     controls_.cmdPlay.onClick = [this] { cmdPlay_Click(); };
-    controls_.mnuPlay.onClick = [this] { cmdPlay_Click(); };
     controls_.cmdStop.onClick = [this] { cmdStop_Click(); };
-    controls_.mnuSave.onClick = [this] { mnuSave_Click(); };
-    controls_.mnuSaveAs.onClick = [this] { mnuSaveAs_Click(); };
-    controls_.mnuClose.onClick = [this] { form_->Close(); };
     controls_.Timer1.onTimer = [this] { Timer1_Timer(); };
-    controls_.lstCsv.onContext = [this] { lstCsv_MouseDown(); };
-    controls_.optDispNothing.onClick = [this] { optDisp_Click(0); };
-    controls_.optDispTags.onClick = [this] { optDisp_Click(1); };
-    controls_.optDispFiles.onClick = [this] { optDisp_Click(2); };
-    form_->onQueryUnload = [this] { return PromptSaveChanges(); };
+    controls_.lstDtList.onDblClick = [this] { edit_.mnuEdit_Click(); };
+    controls_.lstDtList.onContext = [this] { form_->PopUp("mnuContext"); };
+    records_.onListChanged = [this] { SetMode("play check", true); };
+    scenario_.onOpened = [this] {
+        MyTitle(globals_.current_file);
+        recent_files_.Show();
+        file_list_.SelectOpenFile();
+    };
+    scenario_.onSavedAs = [this] { file_list_.RefreshFileList(); };
+    form_->onDropFiles = [this](const std::vector<std::string>& paths) {
+        if (!paths.empty()) scenario_.Open(paths.front());
+    };
+    form_->onQueryUnload = [this] { return Form_QueryUnload(); };
     form_->onUnload = [this] {
         closed_ = true;
+        splash_.reset();
         globals_.activity.clear();
         HoldBrowser(nullptr);
     };
 }
 
+bool frmIeAuto::Form_QueryUnload() {
+    if (!scenario_.PromptSaveChanges(ScenarioFiles::Before::kClosing)) return false;
+    // A run that only plays and closes leaves the user's settings as they are.
+    if (!globals_.close_after_play) ConfSave();
+    return true;
+}
+
 void frmIeAuto::MyTitle(std::string_view file_name) {
-    std::string title = "Tamrin " + globals_.version_text;
-    if (!file_name.empty()) title += " < " + std::string(FileNameOf(file_name)) + " >";
-    form_->SetCaption(title);
+    title_ = "Tamrin " + globals_.version_text;
+    if (!file_name.empty()) title_ += " < " + std::string(FileNameOf(file_name)) + " >";
+    form_->SetCaption(title_);
+}
+
+void frmIeAuto::SelectRecord(int row) {
+    controls_.lstDtList.SetListIndex(row);
+    // In front, where the task bar shows it too.
+    form_->SetCaption("(" + std::to_string(row + 1) + "/" + std::to_string(RecordCount()) + ") " +
+                      title_);
 }
 
 void frmIeAuto::cmdPlay_Click() {
@@ -55,6 +82,7 @@ void frmIeAuto::cmdPlay_Click() {
     timed_out_ = false;
     const RunEnd end = player_.Play();
     last_run_ = timed_out_ ? RunEnd::kTimedOut : end;
+    form_->SetCaption(title_);
     playing_ = false;
 }
 
@@ -71,22 +99,11 @@ void frmIeAuto::Timer1_Timer() {
     if (globals_.ActivityContains("play") && globals_.auto_play &&
         platform_.clock.TickCount() - globals_.last_activity_tick > kWatchdogMs) {
         timed_out_ = true;
+        Log(platform_,
+            globals_.current_file + "：" + std::to_string(controls_.lstDtList.ListIndex() + 1) +
+                " 行目の再生中、30 秒のあいだページの読み込みが完了しなかったため、終了しました。");
         form_->Close();
     }
-}
-
-void frmIeAuto::lstCsv_MouseDown() {
-    if (!globals_.activity.empty()) {
-        ShowMessage("「停止」して下さい！", "実行中は不可");
-        return;
-    }
-    form_->PopUp("mnuListEdit");
-}
-
-void frmIeAuto::optDisp_Click(int index) {
-    globals_.settings.disp = index;
-    controls_.lstDetail.SetVisible(index == 1);
-    controls_.lstCsv.SetVisible(index == 2);
 }
 
 void frmIeAuto::ShowMessage(const std::string& text, const std::string& title) {

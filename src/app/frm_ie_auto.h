@@ -2,33 +2,26 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "app/command_line.h"
+#include "app/display_options.h"
+#include "app/edit_commands.h"
+#include "app/file_list.h"
 #include "app/frm_ie_auto_form.h"
-#include "platform/browser.h"
-#include "platform/clock.h"
-#include "platform/files.h"
-#include "platform/process.h"
-#include "platform/text.h"
-#include "platform/window_system.h"
+#include "app/frm_splash.h"
+#include "app/platform.h"
+#include "app/recent_files.h"
+#include "app/record_editor.h"
+#include "app/scenario_files.h"
 #include "player/player.h"
 #include "player/player_host.h"
 #include "state/globals.h"
 
 namespace tamrin {
-
-// What the program runs on.
-struct Platform {
-    WindowSystem& windows;
-    Clock& clock;
-    Files& files;
-    const TextCodec& codec;
-    Processes& processes;
-    BrowserLauncher& launcher;
-};
 
 // How start-up dealt with the scenario of the command line.
 enum class StartUp { kDone, kParameterError, kNoScenario };
@@ -45,8 +38,12 @@ public:
     // the scenario that it names and plays it. Returns when that is over.
     StartUp Form_Load(const std::string& command_line);
 
+    // Opens a scenario in place of the open one, as when its file is dropped on the window.
+    bool Open(const std::string& path) { return scenario_.Open(path); }
+
     // Closes the window unless the user cancels. True when it is closed.
     bool Close() { return form_->Close(); }
+    bool closed() const { return closed_; }
 
     // How the last run ended; kNothingToPlay before the first.
     RunEnd last_run() const { return last_run_; }
@@ -58,14 +55,13 @@ public:
 
     void cmdPlay_Click();
     void cmdStop_Click();
-    void mnuSave_Click();
-    void mnuSaveAs_Click();
     void Timer1_Timer();
 
     // PlayerHost
     int RecordCount() override { return controls_.lstDtList.Count(); }
     std::string_view Record(int row) override { return controls_.lstDtList.Line(row); }
-    void SelectRecord(int row) override { controls_.lstDtList.SetListIndex(row); }
+    // Shows, too, how far the run has come.
+    void SelectRecord(int row) override;
     int GetRepeat() override;
     void SetMode(std::string_view mode, bool on) override;
     void SetStatus(const std::string& text) override { controls_.txtStatus.SetText(text); }
@@ -88,28 +84,34 @@ public:
 
 private:
     // start_up.cpp
-    void ApplyConf();
+    void ConfLoad();
+    void ConfSave();
     StartUp ProcessCommandLine(std::string command_line);
     StartUp LoadFromSwitch(const Switch& item);
     void StreamFromSwitch(const Switch& item);
 
-    // scenario_commands.cpp
-    bool LoadScenario(const std::string& path);
-    bool SaveScenario(const std::string& path);
-    // Answers whether what was asked for may go on; false only when the user cancels, or wanted to
-    // save and that failed.
-    bool PromptSaveChanges();
+    // menus.cpp
+    void BindMenus();
+    void mnuRepeat_Click();
+    void mnuSetting_Click();
 
     void BindEvents();
+    bool Form_QueryUnload();
     void MyTitle(std::string_view file_name);
-    void lstCsv_MouseDown();
-    void optDisp_Click(int index);
 
     Globals& globals_;
     Platform platform_;
     std::unique_ptr<Form> form_;
     MainControls controls_;
+    DisplayOptions display_;
+    RecordEditor records_;
+    EditCommands edit_;
+    ScenarioFiles scenario_;
+    FileList file_list_;
+    RecentFiles recent_files_;
+    std::optional<frmSplash> splash_;
     Player player_;
+    std::string title_;  // the caption while nothing is played
     bool playing_ = false;
     bool closed_ = false;
     bool timed_out_ = false;  // by the watchdog

@@ -4,7 +4,8 @@
 
 namespace tamrin {
 
-// The main window's tables.
+// The main window's tables. Entries of its context menus work on the record list (mnuContext) and
+// on the file list (mnuListEdit).
 const FormSpec& MainFormSpec();
 
 // The main window's controls by name.
@@ -19,16 +20,16 @@ struct MainControls {
     Control& optDispFiles;    // optDisp(2): the file list
     ListBox& lstDetail;
     ListBox& lstCsv;
+    Control& splTop;  // below the upper pane
     ListBox& lstDtList;
     Control& txtStatus;
     Control& txtUrl;
     Control& txthWnd;
     Control& Timer1;
-    Control& mnuSave;
-    Control& mnuSaveAs;
-    Control& mnuClose;
-    Control& mnuPlay;
+    // The menu entries that show a state; the others are found where they are bound.
     Control& mnuRepeat;
+    Control& mnuDispTop;
+    Control& mnuScrollBar;
     Control& mnuTaskTray;
 };
 

@@ -68,6 +68,8 @@ int Run(const std::vector<std::string>& arguments) {
     const std::string command_line = CommandLine(arguments, files);
     const StartUp start = window.Form_Load(command_line);
     KeepPicture(command_line, launcher, files);
+    // Nobody was here to change a setting: Conf.txt stays as it is.
+    globals.close_after_play = true;
     window.Close();
     return report.Result(start, window);
 }

@@ -2,6 +2,8 @@
 
 #include <vector>
 
+#include "platform/text.h"
+
 namespace tamrin {
 namespace {
 
@@ -21,9 +23,9 @@ bool IsAbsolute(std::string_view path, const Files& files) {
     return path.size() > 1 && path[1] == ':';
 }
 
-// The path with "." and ".." carried out; what precedes the first separator (a drive, or nothing)
-// is never left.
-std::string Normalized(std::string_view path, char separator) {
+// The parts of a path with "." and ".." carried out; what precedes the first separator (a drive, or
+// nothing) is never left.
+std::vector<std::string_view> PartsOf(std::string_view path, char separator) {
     std::vector<std::string_view> parts;
     for (std::size_t at = 0; at <= path.size();) {
         std::size_t end = at;
@@ -37,6 +39,11 @@ std::string Normalized(std::string_view path, char separator) {
             parts.push_back(part);
         }
     }
+    return parts;
+}
+
+std::string Normalized(std::string_view path, char separator) {
+    const auto parts = PartsOf(path, separator);
     std::string result;
     for (std::size_t i = 0; i < parts.size(); ++i) {
         if (i > 0) result += separator;
@@ -97,6 +104,36 @@ std::string ResolvePath(std::string_view path, std::string_view base, const File
         return Normalized(folder.substr(0, 2) + relative, separator);  // the root of the same drive
     }
     return Normalized(folder + separator + relative, separator);
+}
+
+std::string RelativePath(std::string_view path, std::string_view base, const Files& files) {
+    const char separator = files.Separator();
+    const auto same = [&](std::string_view a, std::string_view b) {
+        return separator == '\\' ? EqualsIgnoreCase(a, b) : a == b;
+    };
+    if (!IsAbsolute(path, files) || path.starts_with("\\\\")) return std::string(path);
+    std::vector<std::string_view> to = PartsOf(path, separator);
+    std::vector<std::string_view> from = PartsOf(base, separator);
+    if (to.size() > 1 && to.back().empty()) to.pop_back();
+    if (from.size() > 1 && from.back().empty()) from.pop_back();
+    if (!same(to.front(), from.front())) return std::string(path);
+    std::size_t common = 1;
+    while (common < to.size() && common < from.size() && same(to[common], from[common])) ++common;
+    std::string result;
+    for (std::size_t i = common; i < from.size(); ++i) result += std::string("..") + separator;
+    if (result.empty() && common < to.size()) result = std::string(".") + separator;
+    for (std::size_t i = common; i < to.size(); ++i) result += std::string(to[i]) + separator;
+    if (!result.empty()) result.pop_back();
+    return result;
+}
+
+std::string FolderOf(std::string_view path, const Files& files) {
+    const std::string_view separators = files.Separator() == '/' ? "/" : "\\/";
+    const auto last = path.find_last_of(separators);
+    if (last == std::string_view::npos) return "";
+    const std::string_view folder = path.substr(0, last);
+    const bool is_root = folder.empty() || folder.ends_with(':');
+    return std::string(path.substr(0, is_root ? last + 1 : last));
 }
 
 bool IsExistingFile(std::string_view text, const Files& files) {

@@ -24,6 +24,13 @@ std::string StripQuotes(std::string_view text);
 // it is. With an empty `base` the system's current folder counts.
 std::string ResolvePath(std::string_view path, std::string_view base, const Files& files);
 
+// The path of a file or folder as it reads against the folder `base`: ".\\x" below it, "..\\x"
+// beside it, "" for `base` itself. What has no common root with it (another drive) stays as it is.
+std::string RelativePath(std::string_view path, std::string_view base, const Files& files);
+
+// The folder of a path, without a final separator unless it is a root; "" when there is none.
+std::string FolderOf(std::string_view path, const Files& files);
+
 // Whether a text names an existing file, relative to the program's folder; quotes around it do not
 // matter. An empty text names none.
 bool IsExistingFile(std::string_view text, const Files& files);

@@ -4,15 +4,19 @@
 #include <string>
 #include <string_view>
 
-#include "platform/files.h"
 #include "platform/form.h"
-#include "platform/text.h"
 #include "state/globals.h"
 
 namespace tamrin {
 
 // Sets every setting to its default. The main window's is the bottom right corner of the screen.
 void SetDefaultConf(Settings& settings, const Place& screen);
+
+// Calls `take` with each line of a text, without its line end (CR LF or LF).
+void ForEachLine(std::string_view text, const std::function<void(std::string_view line)>& take);
+
+// A text with the letters A to Z as a to z.
+std::string LowerCase(std::string_view text);
 
 // Calls `take` with each setting of a settings file's text: one per line, key and value parted by
 // one "=". The key comes without the blanks around it and in lower case, the value without those in
@@ -21,8 +25,8 @@ void ForEachSetting(
     std::string_view text,
     const std::function<void(const std::string& key, std::string_view value)>& take);
 
-// Reads Options.txt in the program's folder: "browser = PATH" names the browser's executable. What
-// the file does not say stays as it is.
-void OptionsLoad(Options& options, const Files& files, const TextCodec& codec);
+// The number that a setting's value stands for: to the nearest integer, halves to the even one; 0
+// when it is not a number.
+int SettingNumber(std::string_view value);
 
 }  // namespace tamrin

@@ -1,4 +1,6 @@
+#include "app/conf_file.h"
 #include "app/frm_ie_auto.h"
+#include "app/options_file.h"
 #include "app/paths.h"
 #include "app/settings.h"
 #include "app/version.h"
@@ -15,30 +17,60 @@ StartUp frmIeAuto::Form_Load(const std::string& command_line) {
     MyTitle("");
     SetDefaultConf(globals_.settings, platform_.windows.Screen());
     OptionsLoad(globals_.options, platform_.files, platform_.codec);
-    ApplyConf();
+    recent_files_.Show();
+    ConfLoad();
+    display_.Apply();
+    file_list_.RefreshFileList();
     controls_.lstDtList.SetTabStops({10});
     controls_.lstDetail.SetTabStops({18, 30, 40});
+    // A fiftieth of the width, in pixels.
+    controls_.txtUrl.SetLeftMargin(controls_.txtUrl.GetPlace().width * 15 / 50 /
+                                   globals_.twips_per_pixel_y);
     controls_.Timer1.SetEnabled(true);
     form_->SetVisible(true);
 
     const StartUp result = ProcessCommandLine(command_line);
     if (result == StartUp::kParameterError) return result;
     SetMode("play check", true);
-    if (globals_.auto_play) cmdPlay_Click();
+    if (globals_.auto_play) {
+        cmdPlay_Click();
+    } else {
+        splash_.emplace(platform_.windows, globals_.version_text, *form_);
+    }
     return result;
 }
 
-void frmIeAuto::ApplyConf() {
-    const Settings& settings = globals_.settings;
+void frmIeAuto::ConfLoad() {
+    globals_.activity = "confload";
+    Settings& settings = globals_.settings;
+    const Settings defaults = settings;
+    ReadConfFile(settings, platform_.files, platform_.codec);
+    if (settings.form_right <= settings.form_left || settings.form_bottom <= settings.form_top) {
+        settings.form_left = defaults.form_left;
+        settings.form_top = defaults.form_top;
+        settings.form_right = defaults.form_right;
+        settings.form_bottom = defaults.form_bottom;
+    }
     form_->SetPlace({settings.form_left, settings.form_top,
                      settings.form_right - settings.form_left,
                      settings.form_bottom - settings.form_top});
-    controls_.mnuTaskTray.SetChecked(settings.tasktray);
-    controls_.mnuRepeat.SetText("再生回数変更：現在値 " + std::to_string(settings.play_count) +
-                                " 回");
-    Control* const options[] = {&controls_.optDispNothing, &controls_.optDispTags,
-                                &controls_.optDispFiles};
-    if (settings.disp >= 0 && settings.disp < 3) options[settings.disp]->SetChecked(true);
+    display_.SetTopHeight(settings.top_height);
+    globals_.activity.clear();
+}
+
+void frmIeAuto::ConfSave() {
+    Settings& settings = globals_.settings;
+    const Place place = form_->GetPlace();
+    settings.form_left = place.left;
+    settings.form_top = place.top;
+    settings.form_right = place.left + place.width;
+    settings.form_bottom = place.top + place.height;
+    settings.top_height = display_.TopHeight();
+    const bool saved = WriteConfFile(settings, platform_.files, platform_.codec) &&
+                       OptionsSave(globals_.options, platform_.files, platform_.codec);
+    // A run that nobody watches does not end in a question.
+    if (saved || globals_.auto_play) return;
+    ShowMessage("設定を保存できません。プログラムのフォルダに書き込めません。", "保存エラー");
 }
 
 StartUp frmIeAuto::ProcessCommandLine(std::string command_line) {
@@ -60,6 +92,9 @@ StartUp frmIeAuto::ProcessCommandLine(std::string command_line) {
             // A name without a folder is looked for where the system keeps its programs.
             const std::string browser = StripQuotes(SwitchValue(item));
             const bool is_name = browser.find_first_of("/\\") == std::string::npos;
+            if (!globals_.options.kept_browser_path) {
+                globals_.options.kept_browser_path = globals_.options.browser_path;
+            }
             globals_.options.browser_path =
                 is_name ? browser : ResolvePath(browser, "", platform_.files);
         }
@@ -78,13 +113,13 @@ StartUp frmIeAuto::LoadFromSwitch(const Switch& item) {
         ShowMessage(item.name + "\r\n" + value + "\r\nのファイルが存在しません。", "");
         return StartUp::kNoScenario;
     }
-    if (!LoadScenario(path)) return StartUp::kNoScenario;
+    if (!scenario_.LoadScenario(path)) return StartUp::kNoScenario;
     globals_.auto_play = true;
     return StartUp::kDone;
 }
 
 void frmIeAuto::StreamFromSwitch(const Switch& item) {
-    controls_.lstDtList.SetLines(ScenarioTextLines(DecodeStream(item.second)));
+    records_.Load(ScenarioTextLines(DecodeStream(item.second)));
     globals_.current_file = "stream";
     controls_.txtUrl.SetText("stream");
     globals_.auto_play = true;

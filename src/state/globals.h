@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <vector>
 
 namespace tamrin {
 
@@ -36,6 +38,9 @@ struct Settings {
 // What Options.txt holds: what the program was told that Conf.txt does not know.
 struct Options {
     std::string browser_path;  // the browser's executable; "" to look for one
+    // What the file says about it, while the command line names another one for this run.
+    std::optional<std::string> kept_browser_path;
+    std::vector<std::string> recent_files;  // full paths, the latest first
 };
 
 // What the browser's events last said.

@@ -2,60 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/headless/headless_window_system.h"
-#include "platform/posix/text_codec.h"
-#include "support/memory_files.h"
-#include "support/scripted_browser.h"
-#include "support/scripted_dialogs.h"
+#include "app/main_window_rig.h"
 
 namespace tamrin::test {
 namespace {
-
-using Lines = std::vector<std::string>;
-
-class QuietProcesses : public Processes {
-public:
-    std::unique_ptr<Process> Start(const std::string&, const Lines&) override { return nullptr; }
-    std::string FindExecutable(const std::string&) const override { return ""; }
-    std::string MakeTemporaryFolder() override { return ""; }
-    void RemoveTemporaryFolder(const std::string&) override {}
-    bool HasDisplay() const override { return false; }
-    bool IsRoot() const override { return false; }
-    std::string Environment(const std::string&) const override { return ""; }
-    void RaisePriority() override { raised = true; }
-    bool raised = false;
-};
-
-class MainWindowTest : public testing::Test {
-protected:
-    MainWindowTest() {
-        web.pages["page"] = "<input id=a type=text>";
-        files.contents["C:\\tamrin\\order.csv"] = kScenario;
-        clock.AddSource([this] { windows.RunTimers(clock.TickCount()); });
-    }
-
-    Control& Find(std::string_view name) { return form().Find(name); }
-    HeadlessForm& form() { return static_cast<HeadlessForm&>(*windows.FindForm("frmIeAuto")); }
-    bool Enabled(std::string_view name) { return Find(name).Enabled(); }
-    Lines Records() {
-        Lines lines;
-        for (int i = 0; i < window.RecordCount(); ++i) lines.emplace_back(window.Record(i));
-        return lines;
-    }
-
-    static constexpr const char* kScenario =
-        "url\t,id=,size_bar=1.2.3.4.1,indt=page\r\ninput\t,id=a,type=text,indt=x\r\n";
-
-    VirtualClock clock;
-    ScriptedDialogs dialogs;
-    HeadlessWindowSystem windows{dialogs};
-    MemoryFiles files;
-    PosixTextCodec codec;
-    QuietProcesses processes;
-    ScriptedWeb web{clock};
-    Globals globals;
-    frmIeAuto window{globals, {windows, clock, files, codec, processes, web}};
-};
 
 TEST_F(MainWindowTest, StartsIdle) {
     EXPECT_EQ(window.Form_Load(""), StartUp::kDone);
@@ -201,6 +151,19 @@ TEST_F(MainWindowTest, TheWatchdogEndsAnAutoStartedRunWithoutPages) {
     EXPECT_TRUE(form().closed());
     EXPECT_FALSE(form().Visible());
     EXPECT_NEAR(static_cast<double>(clock.Elapsed()), 31000.0, 1100.0);
+    EXPECT_EQ(codec.Decode(files.contents["C:\\tamrin\\Tamrin.log"]),
+              "2026-01-02 03:04:05 C:\\tamrin\\order.csv：2 行目の再生中、30 秒のあいだ"
+              "ページの読み込みが完了しなかったため、終了しました。\r\n");
+}
+
+TEST_F(MainWindowTest, TellsInItsTitleHowFarTheRunHasCome) {
+    files.contents["C:\\tamrin\\order.csv"] =
+        "url\t,size_bar=1.2.3.4.1,indt=page\n//\twait\nwait\t,indt=500\n";
+    std::string caption;
+    clock.At(300, [&] { caption = form().Caption(); });
+    window.Form_Load("-a C:\\tamrin\\order.csv");
+    EXPECT_EQ(caption, "(3/3) Tamrin 0.10 < order.csv >");
+    EXPECT_EQ(form().Caption(), "Tamrin 0.10 < order.csv >");
 }
 
 TEST_F(MainWindowTest, AHandStartedRunHasNoWatchdog) {
@@ -294,7 +257,8 @@ TEST_F(CloseTest, AFailedSaveKeepsTheWindowAndTheFlag) {
     EXPECT_FALSE(CloseUnsaved());
     EXPECT_TRUE(globals.unsaved);
     EXPECT_EQ(dialogs.shown.back(),
-              "保存エラー|C:\\new.csv\r\nに保存できません。元のファイルはそのままです。");
+              "保存エラー|C:\\new.csv\r\nに保存できません。元のファイルはそのままです。\r\n"
+              "ディスクの空き、書き込みの禁止、ほかのプログラムの使用をお確かめください。");
 }
 
 TEST_F(CloseTest, SaveProposesAnUntitledNameInTheSaveFolder) {
@@ -302,14 +266,14 @@ TEST_F(CloseTest, SaveProposesAnUntitledNameInTheSaveFolder) {
     form().List("lstDtList").SetLines({"x"});
     globals.settings.save_folder_path = "scenarios";
     dialogs.paths = {"C:\\n.csv"};
-    window.mnuSave_Click();
+    form().Click("mnuSave");
     EXPECT_EQ(dialogs.shown, Lines{"名前を付けて保存|CSVファイル(*.csv)|"
                                    "C:\\tamrin\\scenarios\\無題.csv"});
     EXPECT_EQ(globals.current_file, "C:\\n.csv");
     EXPECT_EQ(form().Caption(), "Tamrin 0.10 < n.csv >");
     EXPECT_EQ(Find("txtStatus").Text(), "保存完了");
     form().List("lstDtList").SetLines({"y"});
-    window.mnuSave_Click();
+    form().Click("mnuSave");
     EXPECT_EQ(files.contents["C:\\n.csv"], "y\r\n");
 }
 

@@ -41,6 +41,18 @@ TEST(ResolvePath, MakesARelativePathAbsolute) {
     }
 }
 
+TEST(RelativePath, ReadsBackAgainstItsBase) {
+    const MemoryFiles files;
+    const char* const rows[][2] = {
+        {"C:\\b\\c", ""},        {"C:\\b\\c\\", ""},       {"C:\\b\\c\\d e", ".\\d e"},
+        {"c:\\B\\C\\d", ".\\d"}, {"C:\\b", ".."},          {"C:\\b\\x", "..\\x"},
+        {"C:\\", "..\\.."},      {"D:\\b\\c", "D:\\b\\c"}, {"\\\\server\\a", "\\\\server\\a"},
+    };
+    for (const auto& [path, result] : rows) {
+        EXPECT_EQ(RelativePath(path, "C:\\b\\c", files), result) << path;
+    }
+}
+
 TEST(IsExistingFile, LooksInTheProgramsFolder) {
     MemoryFiles files;
     files.contents["C:\\tamrin\\a b.csv"] = "";

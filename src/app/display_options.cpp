@@ -1,0 +1,103 @@
+#include "app/display_options.h"
+
+#include <algorithm>
+
+namespace tamrin {
+namespace {
+
+constexpr int kTwipsPerPixel = 15;  // of a 96 dpi screen, in which controls are placed
+constexpr int kLeastPane = 30;      // pixels, of either pane
+
+void Turn(Control& menu, bool& setting) {
+    setting = !setting;
+    menu.SetChecked(setting);
+}
+
+}  // namespace
+
+DisplayOptions::DisplayOptions(Globals& globals, Form& form, MainControls& controls)
+    : globals_(globals), form_(form), controls_(controls) {
+    BindEvents();
+}
+
+void DisplayOptions::BindEvents() {
+    Settings& settings = globals_.settings;
+    controls_.optDispNothing.onClick = [this] { optDisp_Click(0); };
+    controls_.optDispTags.onClick = [this] { optDisp_Click(1); };
+    controls_.optDispFiles.onClick = [this] { optDisp_Click(2); };
+    controls_.splTop.onChange = [this] { splTop_Change(); };
+    controls_.mnuTaskTray.onClick = [&] { Turn(controls_.mnuTaskTray, settings.tasktray); };
+    controls_.mnuDispTop.onClick = [&] {
+        Turn(controls_.mnuDispTop, settings.disp_top);
+        form_.SetTopMost(settings.disp_top);
+    };
+    controls_.mnuScrollBar.onClick = [&] {
+        Turn(controls_.mnuScrollBar, settings.scroll_bar);
+        Apply();
+    };
+}
+
+void DisplayOptions::Apply() {
+    Settings& settings = globals_.settings;
+    controls_.mnuTaskTray.SetChecked(settings.tasktray);
+    controls_.mnuDispTop.SetChecked(settings.disp_top);
+    controls_.mnuScrollBar.SetChecked(settings.scroll_bar);
+    form_.SetTopMost(settings.disp_top);
+    for (ListBox* list : {&controls_.lstDetail, &controls_.lstCsv, &controls_.lstDtList}) {
+        list->SetHorizontalScroll(settings.scroll_bar);
+    }
+    controls_.mnuRepeat.SetText("再生回数変更：現在値 " + std::to_string(settings.play_count) +
+                                " 回");
+    // A damaged file may ask for a pane that there is not.
+    if (settings.disp < 0 || settings.disp > 2) settings.disp = Settings().disp;
+    Control* const options[] = {&controls_.optDispNothing, &controls_.optDispTags,
+                                &controls_.optDispFiles};
+    options[settings.disp]->SetChecked(true);
+    Layout();
+}
+
+void DisplayOptions::Layout() {
+    const int disp = globals_.settings.disp;
+    controls_.lstDetail.SetVisible(disp == 1);
+    controls_.lstCsv.SetVisible(disp == 2);
+    controls_.splTop.SetVisible(disp != 0);
+
+    Place pane = controls_.lstDetail.GetPlace();
+    Place list = controls_.lstDtList.GetPlace();
+    Place splitter = controls_.splTop.GetPlace();
+    const int bottom = list.top + list.height;
+    const int most = bottom - pane.top - splitter.height - kLeastPane;
+    splitter.top = pane.top + std::clamp(pane.height, kLeastPane, std::max(kLeastPane, most));
+    pane.height = splitter.top - pane.top;
+    list.top = disp == 0 ? pane.top : splitter.top + splitter.height;
+    list.height = bottom - list.top;
+    controls_.splTop.SetPlace(splitter);
+    controls_.lstDetail.SetPlace(pane);
+    controls_.lstCsv.SetPlace(pane);
+    controls_.lstDtList.SetPlace(list);
+}
+
+int DisplayOptions::TopHeight() const {
+    return controls_.lstDetail.GetPlace().height * kTwipsPerPixel;
+}
+
+void DisplayOptions::SetTopHeight(int twips) {
+    Place pane = controls_.lstDetail.GetPlace();
+    pane.height = twips / kTwipsPerPixel;
+    controls_.lstDetail.SetPlace(pane);
+    controls_.lstCsv.SetPlace(pane);
+}
+
+void DisplayOptions::optDisp_Click(int index) {
+    globals_.settings.disp = index;
+    Layout();
+}
+
+void DisplayOptions::splTop_Change() {
+    Place pane = controls_.lstDetail.GetPlace();
+    pane.height = controls_.splTop.GetPlace().top - pane.top;
+    controls_.lstDetail.SetPlace(pane);
+    Layout();
+}
+
+}  // namespace tamrin

@@ -1,0 +1,54 @@
+#include "app/options_file.h"
+
+#include <algorithm>
+
+#include "app/paths.h"
+#include "app/settings.h"
+#include "scenario/character_escape.h"
+
+namespace tamrin {
+namespace {
+
+std::string PathOf(const Files& files) {
+    return files.ProgramFolder() + files.Separator() + "Options.txt";
+}
+
+}  // namespace
+
+void OptionsLoad(Options& options, const Files& files, const TextCodec& codec) {
+    const auto bytes = files.Read(PathOf(files));
+    if (!bytes) return;
+    const std::string text = UnescapeCharacters(codec.Decode(*bytes));
+    options.recent_files.clear();
+    ForEachLine(text, [&](std::string_view line) {
+        const auto equals = line.find('=');
+        if (equals == std::string_view::npos) return;
+        const std::string key = LowerCase(TrimBlankRuns(line.substr(0, equals)));
+        std::string value = StripQuotes(line.substr(equals + 1));
+        if (key == "browser") {
+            options.browser_path = std::move(value);
+        } else if (key == "recent" && !value.empty() &&
+                   options.recent_files.size() < kMostRecentFiles) {
+            options.recent_files.push_back(std::move(value));
+        }
+    });
+}
+
+bool OptionsSave(const Options& options, Files& files, const TextCodec& codec) {
+    std::string text =
+        "browser = " + options.kept_browser_path.value_or(options.browser_path) + "\r\n";
+    for (const std::string& path : options.recent_files) text += "recent = " + path + "\r\n";
+    std::string bytes;
+    AppendEncoded(bytes, text, codec);
+    return files.Read(PathOf(files)) == bytes || files.Replace(PathOf(files), bytes);
+}
+
+void RememberRecentFile(Options& options, const std::string& path) {
+    std::erase(options.recent_files, path);
+    options.recent_files.insert(options.recent_files.begin(), path);
+    if (options.recent_files.size() > kMostRecentFiles) {
+        options.recent_files.resize(kMostRecentFiles);
+    }
+}
+
+}  // namespace tamrin

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "platform/files.h"
+#include "platform/text.h"
+#include "state/globals.h"
+
+namespace tamrin {
+
+// Options.txt in the program's folder, in the form of Conf.txt: "browser = PATH" names the
+// browser's executable, each "recent = PATH" an open scenario, the latest first. A path may hold
+// "=", so a line is parted at its first one. What the file does not say stays as it is.
+
+// The most recent files that are remembered.
+inline constexpr std::size_t kMostRecentFiles = 5;
+
+void OptionsLoad(Options& options, const Files& files, const TextCodec& codec);
+
+// False when the file could not be written; the old one stands.
+bool OptionsSave(const Options& options, Files& files, const TextCodec& codec);
+
+// Puts a file in front of the recent ones; the oldest beyond the most falls off.
+void RememberRecentFile(Options& options, const std::string& path);
+
+}  // namespace tamrin
