@@ -11,12 +11,14 @@ RUN_PACKAGES=(
 )
 
 # For the tests, the checks and the cross-build besides. The version of clang's tools is fixed, for
-# each formats a little differently and checks for a little more.
+# each formats a little differently and checks for a little more. The Windows program runs under Wine
+# on a display of its own, where xdotool is the user's hand and imagemagick takes the pictures.
 # shellcheck disable=SC2034  # used by the scripts that source this file
 TEST_PACKAGES=(
     "${RUN_PACKAGES[@]}"
     clang-format-19 clang-tidy-19
-    g++-mingw-w64-x86-64-posix
+    g++-mingw-w64-x86-64-posix googletest
+    wine wine64 curl xvfb openbox xdotool x11-utils imagemagick
 )
 
 is_installed() {

@@ -1,0 +1,18 @@
+#include "platform/windows/entry.h"
+
+#include <windows.h>
+
+#include <exception>
+
+#include "platform/windows/wide.h"
+
+int WINAPI wWinMain(HINSTANCE /*program*/, HINSTANCE /*none*/, PWSTR command_line, int /*show*/) {
+    try {
+        return tamrin::Main(tamrin::Utf8(command_line));
+    } catch (const std::exception& fault) {
+        const std::wstring text =
+            L"予期しないエラーが発生しました。\r\n" + tamrin::Wide(fault.what());
+        MessageBoxW(nullptr, text.c_str(), L"Tamrin", MB_ICONERROR);
+        return 1;
+    }
+}

@@ -1,0 +1,103 @@
+#include "platform/windows/files.h"
+
+#include <windows.h>
+
+#include "platform/text.h"
+#include "platform/windows/atomic_file.h"
+#include "platform/windows/handle.h"
+#include "platform/windows/wide.h"
+
+namespace tamrin {
+namespace {
+
+using OwnedSearch = Owned<HANDLE, FindClose>;
+
+DWORD Attributes(const std::string& path) { return GetFileAttributesW(Wide(path).c_str()); }
+
+bool HasExtension(std::string_view name, std::string_view extension) {
+    return name.size() >= extension.size() &&
+           EqualsIgnoreCase(name.substr(name.size() - extension.size()), extension);
+}
+
+// A root folder keeps its final separator, for "C:" means something else.
+std::string FolderPath(std::wstring_view path) {
+    while (path.size() > 3 && path.ends_with(L'\\')) path.remove_suffix(1);
+    return Utf8(path);
+}
+
+}  // namespace
+
+bool WindowsFiles::IsFile(const std::string& path) const {
+    const DWORD attributes = Attributes(path);
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+}
+
+bool WindowsFiles::IsFolder(const std::string& path) const {
+    const DWORD attributes = Attributes(path);
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+std::optional<std::string> WindowsFiles::Read(const std::string& path) const {
+    const OwnedHandle file = OwnFile(CreateFileW(
+        Wide(path).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+        nullptr, OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+    LARGE_INTEGER size{};
+    if (!file || !GetFileSizeEx(file.get(), &size)) return std::nullopt;
+    // The size is a hint: a file may grow meanwhile, and one byte more tells its end at once.
+    std::string bytes(static_cast<std::size_t>(size.QuadPart) + 1, '\0');
+    std::size_t used = 0;
+    for (;;) {
+        if (used == bytes.size()) bytes.resize(2 * bytes.size() + 4096);
+        const auto room = static_cast<DWORD>(std::min<std::size_t>(bytes.size() - used, 1U << 30U));
+        DWORD count = 0;
+        if (!ReadFile(file.get(), bytes.data() + used, room, &count, nullptr)) return std::nullopt;
+        if (count == 0) break;
+        used += count;
+    }
+    bytes.resize(used);
+    return bytes;
+}
+
+bool WindowsFiles::Replace(const std::string& path, std::string_view bytes) {
+    return ReplaceAtomically(Wide(path), bytes);
+}
+
+bool WindowsFiles::MakeFolder(const std::string& path) {
+    CreateDirectoryW(Wide(path).c_str(), nullptr);
+    return IsFolder(path);
+}
+
+bool WindowsFiles::Delete(const std::string& path) {
+    return DeleteFileW(Wide(path).c_str()) != 0 || Attributes(path) == INVALID_FILE_ATTRIBUTES;
+}
+
+std::vector<std::string> WindowsFiles::List(const std::string& folder,
+                                            std::string_view extension) const {
+    std::vector<std::string> names;
+    WIN32_FIND_DATAW entry;
+    HANDLE first = FindFirstFileExW((Wide(folder) + L"\\*").c_str(), FindExInfoBasic, &entry,
+                                    FindExSearchNameMatch, nullptr, FIND_FIRST_EX_LARGE_FETCH);
+    if (first == INVALID_HANDLE_VALUE) return names;
+    const OwnedSearch search(first);
+    do {
+        if ((entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) continue;
+        std::string name = Utf8(entry.cFileName);
+        if (HasExtension(name, extension)) names.push_back(std::move(name));
+    } while (FindNextFileW(search.get(), &entry));
+    return names;
+}
+
+std::string WindowsFiles::ProgramFolder() const {
+    const std::wstring program = ReadWide([](wchar_t* buffer, std::size_t size) {
+        return GetModuleFileNameW(nullptr, buffer, static_cast<DWORD>(size));
+    });
+    return FolderPath(program.substr(0, program.rfind(L'\\') + 1));
+}
+
+std::string WindowsFiles::CurrentFolder() const {
+    return FolderPath(ReadWide([](wchar_t* buffer, std::size_t size) {
+        return GetCurrentDirectoryW(static_cast<DWORD>(size), buffer);
+    }));
+}
+
+}  // namespace tamrin

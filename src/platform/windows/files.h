@@ -1,0 +1,28 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/files.h"
+
+namespace tamrin {
+
+// The files of Windows. Names are compared as Windows does it, without regard to letter case.
+class WindowsFiles : public Files {
+public:
+    bool IsFile(const std::string& path) const override;
+    bool IsFolder(const std::string& path) const override;
+    std::optional<std::string> Read(const std::string& path) const override;
+    bool Replace(const std::string& path, std::string_view bytes) override;
+    bool MakeFolder(const std::string& path) override;
+    bool Delete(const std::string& path) override;
+    std::vector<std::string> List(const std::string& folder,
+                                  std::string_view extension) const override;
+    std::string ProgramFolder() const override;
+    std::string CurrentFolder() const override;
+    char Separator() const override { return '\\'; }
+};
+
+}  // namespace tamrin

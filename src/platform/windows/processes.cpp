@@ -1,0 +1,118 @@
+#include "platform/windows/processes.h"
+
+#include <windows.h>
+
+#include "platform/windows/executables.h"
+#include "platform/windows/handle.h"
+#include "platform/windows/remove_folder.h"
+#include "platform/windows/wide.h"
+
+namespace tamrin {
+namespace {
+
+constexpr int kMostNames = 100;
+constexpr int kRemoveAttempts = 50;
+constexpr DWORD kRemovePauseMs = 20;
+
+class WindowsProcess : public Process {
+public:
+    WindowsProcess(OwnedHandle process, OwnedHandle job)
+        : process_(std::move(process)), job_(std::move(job)) {}
+    ~WindowsProcess() override { WindowsProcess::Kill(); }
+    WindowsProcess(const WindowsProcess&) = delete;
+    WindowsProcess& operator=(const WindowsProcess&) = delete;
+
+    // A program of the system under Wine has no handle; it counts as running until it is ended.
+    bool Running() override {
+        return !killed_ && WaitForSingleObject(process_.get(), 0) != WAIT_OBJECT_0;
+    }
+
+    void Kill() override {
+        if (killed_) return;
+        killed_ = true;
+        TerminateJobObject(job_.get(), 1);
+        TerminateProcess(process_.get(), 1);
+        WaitForSingleObject(process_.get(), 1000);
+    }
+
+private:
+    OwnedHandle process_;
+    OwnedHandle job_;
+    bool killed_ = false;
+};
+
+OwnedHandle MakeJob() {
+    OwnedHandle job(CreateJobObjectW(nullptr, nullptr));
+    JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
+    limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
+    SetInformationJobObject(job.get(), JobObjectExtendedLimitInformation, &limits, sizeof limits);
+    return job;
+}
+
+// A folder for one process: its number keeps two programs apart, the tick what a crash left.
+std::wstring FolderName(int count) {
+    return L"tamrin-" + std::to_wstring(GetCurrentProcessId()) + L"-" +
+           std::to_wstring(GetTickCount()) + L"-" + std::to_wstring(count);
+}
+
+}  // namespace
+
+std::unique_ptr<Process> WindowsProcesses::Start(const std::string& executable,
+                                                 const std::vector<std::string>& arguments) {
+    const std::wstring program = Wide(executable);
+    std::wstring command_line = QuoteArgument(program);
+    for (const std::string& argument : arguments) {
+        command_line += L' ' + QuoteArgument(Wide(argument));
+    }
+    STARTUPINFOW start{};
+    start.cb = sizeof start;
+    PROCESS_INFORMATION information{};
+    // Suspended, so that it is in the job before it can start anything.
+    if (!CreateProcessW(program.c_str(), command_line.data(), nullptr, nullptr, FALSE,
+                        CREATE_SUSPENDED | CREATE_NO_WINDOW, nullptr, nullptr, &start,
+                        &information)) {
+        return nullptr;
+    }
+    OwnedHandle process(information.hProcess);
+    const OwnedHandle thread(information.hThread);
+    OwnedHandle job = MakeJob();
+    AssignProcessToJobObject(job.get(), process.get());
+    ResumeThread(thread.get());
+    return std::make_unique<WindowsProcess>(std::move(process), std::move(job));
+}
+
+std::string WindowsProcesses::FindExecutable(const std::string& name) const {
+    return Utf8(LocateExecutable(Wide(name)));
+}
+
+std::string WindowsProcesses::MakeTemporaryFolder() {
+    const std::wstring base = ReadWide([](wchar_t* buffer, std::size_t size) {
+        return GetTempPathW(static_cast<DWORD>(size), buffer);
+    });
+    if (base.empty()) return "";
+    for (int i = 0; i < kMostNames; ++i) {
+        const std::wstring folder = base + FolderName(i);
+        if (CreateDirectoryW(folder.c_str(), nullptr)) return Utf8(folder);
+        if (GetLastError() != ERROR_ALREADY_EXISTS) break;
+    }
+    return "";
+}
+
+void WindowsProcesses::RemoveTemporaryFolder(const std::string& folder) {
+    if (folder.empty()) return;
+    const std::wstring path = Wide(folder);
+    // Programs that were just ended may hold their last files for a moment.
+    for (int attempt = 0; attempt < kRemoveAttempts && !RemoveFolder(path); ++attempt) {
+        Sleep(kRemovePauseMs);
+    }
+}
+
+std::string WindowsProcesses::Environment(const std::string& name) const {
+    return Utf8(EnvironmentVariable(Wide(name)));
+}
+
+void WindowsProcesses::RaisePriority() {
+    SetPriorityClass(GetCurrentProcess(), HIGH_PRIORITY_CLASS);
+}
+
+}  // namespace tamrin

@@ -1,0 +1,263 @@
+#include "platform/windows/window_form.h"
+
+#include <windows.h>
+
+#include <commctrl.h>
+#include <shellapi.h>
+
+#include <algorithm>
+#include <stdexcept>
+
+#include "platform/windows/form_builder.h"
+#include "platform/windows/layout.h"
+#include "platform/windows/program_icon.h"
+#include "platform/windows/wide.h"
+
+namespace tamrin {
+namespace {
+
+DWORD StyleOf(const FormSpec& spec) {
+    if ((spec.flags & kNoTitle) != 0) return WS_POPUP | WS_BORDER | WS_CLIPCHILDREN;
+    if ((spec.flags & kResizable) != 0) return WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN;
+    return WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN;
+}
+
+DWORD ExtendedStyleOf(const FormSpec& spec) {
+    // A splash window stands over its form, which may be in front of all others itself.
+    if ((spec.flags & kNoTitle) != 0) return WS_EX_TOPMOST | WS_EX_TOOLWINDOW;
+    const DWORD frame = (spec.flags & kResizable) != 0 ? 0 : WS_EX_DLGMODALFRAME;
+    return frame | WS_EX_CONTROLPARENT;
+}
+
+// A window class named like the form, once.
+void RegisterForm(const std::wstring& name, WNDPROC procedure) {
+    WNDCLASSEXW window_class{};
+    window_class.cbSize = sizeof window_class;
+    window_class.lpfnWndProc = procedure;
+    window_class.hInstance = GetModuleHandleW(nullptr);
+    window_class.hIcon = ProgramIcon(SM_CXICON);
+    window_class.hIconSm = ProgramIcon(SM_CXSMICON);
+    window_class.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+    window_class.hbrBackground = GetSysColorBrush(COLOR_BTNFACE);
+    window_class.lpszClassName = name.c_str();
+    RegisterClassExW(&window_class);  // fails, and rightly, when it is registered already
+}
+
+HFONT MakeFont(int dpi) {
+    constexpr int kPoints = 9;
+    // The character set makes sure that a system without this font takes another Japanese one.
+    return CreateFontW(-MulDiv(kPoints, dpi, 72), 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE,
+                       SHIFTJIS_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, CLEARTYPE_QUALITY,
+                       DEFAULT_PITCH | FF_DONTCARE, L"Yu Gothic UI");
+}
+
+}  // namespace
+
+WindowForm::WindowForm(const FormSpec& spec, WindowForms& forms, WindowsClock& clock)
+    : forms_(forms),
+      clock_(clock),
+      name_(spec.name),
+      width_(spec.width),
+      height_(spec.height),
+      flags_(spec.flags),
+      menu_(spec.menus) {
+    MakeWindow(spec);
+    MakeControls(spec);
+    SetFonts();
+    forms_.push_back(this);
+}
+
+WindowForm::~WindowForm() {
+    LeaveModal();
+    std::erase(forms_, this);
+    SetTrayIcon(false);
+    controls_.clear();
+    timers_.clear();
+    DestroyWindow(window_);
+}
+
+void WindowForm::MakeWindow(const FormSpec& spec) {
+    const std::wstring name = Wide(spec.name);
+    RegisterForm(name, Procedure);
+    CreateWindowExW(ExtendedStyleOf(spec), name.c_str(), Wide(spec.caption).c_str(), StyleOf(spec),
+                    CW_USEDEFAULT, CW_USEDEFAULT, 0, 0, nullptr, menu_.bar(),
+                    GetModuleHandleW(nullptr), this);
+    if (!window_) throw std::runtime_error("no window for the form " + name_);
+    dpi_ = static_cast<int>(GetDpiForWindow(window_));
+    const SIZE size = OuterSize(Scaled(spec.width, dpi_), Scaled(spec.height, dpi_));
+    SetWindowPos(window_, nullptr, 0, 0, size.cx, size.cy,
+                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void WindowForm::MakeControls(const FormSpec& spec) {
+    tips_.emplace(window_);
+    int id = kFirstControl;
+    std::string_view group;
+    for (const ControlSpec& control : spec.controls) {
+        if (control.kind == ControlKind::kTimer) {
+            timers_.push_back(std::make_unique<WindowTimer>(window_, control, id++));
+            continue;
+        }
+        // The arrow keys go round among the options of one array.
+        const bool option = control.kind == ControlKind::kOptionButton;
+        const bool first_of_group = !option || control.name != group;
+        group = option ? control.name : std::string_view();
+        controls_.push_back(MakeControl(*this, control, id++, first_of_group));
+        if (!control.tip.empty()) tips_->Set(controls_.back()->window(), control.tip);
+    }
+}
+
+// The size of the window around a client area without the menu bar.
+SIZE WindowForm::OuterSize(int width, int height) const {
+    RECT rectangle{0, 0, width, height};
+    AdjustWindowRectExForDpi(&rectangle, static_cast<DWORD>(GetWindowLongPtrW(window_, GWL_STYLE)),
+                             menu_.bar() ? TRUE : FALSE,
+                             static_cast<DWORD>(GetWindowLongPtrW(window_, GWL_EXSTYLE)),
+                             static_cast<UINT>(dpi_));
+    return {rectangle.right - rectangle.left, rectangle.bottom - rectangle.top};
+}
+
+void WindowForm::SetFonts() {
+    OwnedFont font(MakeFont(dpi_));
+    for (const auto& control : controls_) {
+        SendMessageW(control->window(), WM_SETFONT, reinterpret_cast<WPARAM>(font.get()), TRUE);
+        control->FontChanged();
+    }
+    font_ = std::move(font);
+}
+
+SIZE WindowForm::ClientSize() const {
+    if (IsIconic(window_)) {
+        // A minimised window has no client area; its controls stand where they will be seen again.
+        const Place place = GetPlace();
+        const SIZE borders = OuterSize(0, 0);
+        return {place.width - borders.cx, place.height - borders.cy};
+    }
+    RECT client{};
+    GetClientRect(window_, &client);
+    return {client.right, client.bottom};
+}
+
+void WindowForm::Arrange() {
+    const SIZE client = ClientSize();
+    HDWP moves = BeginDeferWindowPos(static_cast<int>(controls_.size()));
+    for (const auto& control : controls_) {
+        const Place place = Stretched(control->anchor(), control->spec().stretch, client);
+        moves =
+            DeferWindowPos(moves, control->window(), nullptr, place.left, place.top, place.width,
+                           control->WindowHeight(place), SWP_NOZORDER | SWP_NOACTIVATE);
+    }
+    EndDeferWindowPos(moves);
+}
+
+Control& WindowForm::Find(std::string_view name, int index) {
+    for (const auto& control : controls_) {
+        if (control->spec().name == name && control->spec().index == index) return *control;
+    }
+    for (const auto& timer : timers_) {
+        if (timer->spec().name == name && timer->spec().index == index) return *timer;
+    }
+    if (MenuEntry* const entry = menu_.Find(name)) return *entry;
+    throw std::logic_error("the form has no control " + std::string(name));
+}
+
+ListBox& WindowForm::List(std::string_view name) {
+    if (auto* list = dynamic_cast<ListBox*>(&Find(name))) return *list;
+    throw std::logic_error("not a list box: " + std::string(name));
+}
+
+ComboBox& WindowForm::Combo(std::string_view name) {
+    if (auto* combo = dynamic_cast<ComboBox*>(&Find(name))) return *combo;
+    throw std::logic_error("not a combo box: " + std::string(name));
+}
+
+std::string WindowForm::Caption() const { return WindowText(window_); }
+
+void WindowForm::SetCaption(std::string_view caption) {
+    SetWindowTextW(window_, Wide(caption).c_str());
+}
+
+void WindowForm::SetVisible(bool visible) {
+    if (visible == Visible() || (visible && closed_)) return;
+    if (!visible) {
+        LeaveModal();
+        ShowWindow(window_, SW_HIDE);
+        return;
+    }
+    if (onDropFiles) DragAcceptFiles(window_, TRUE);
+    // Only the first time it takes the keyboard: a form that comes back after a run, or after a
+    // click that it stood in the way of, leaves it to the browser. A splash window never takes it.
+    const bool quiet = shown_before_ || (flags_ & kNoTitle) != 0;
+    ShowWindow(window_, quiet ? SW_SHOWNA : SW_SHOW);
+    shown_before_ = true;
+}
+
+Place WindowForm::GetPlace() const {
+    WINDOWPLACEMENT placement{};
+    placement.length = sizeof placement;
+    GetWindowPlacement(window_, &placement);
+    const RECT& restored = placement.rcNormalPosition;
+    return {static_cast<int>(restored.left), static_cast<int>(restored.top),
+            static_cast<int>(restored.right - restored.left),
+            static_cast<int>(restored.bottom - restored.top)};
+}
+
+void WindowForm::SetPlace(const Place& place) {
+    WINDOWPLACEMENT placement{};
+    placement.length = sizeof placement;
+    GetWindowPlacement(window_, &placement);
+    placement.rcNormalPosition = {place.left, place.top, place.left + place.width,
+                                  place.top + place.height};
+    if (!Visible()) placement.showCmd = SW_HIDE;
+    SetWindowPlacement(window_, &placement);
+}
+
+void WindowForm::SetTopMost(bool on) {
+    SetWindowPos(window_, on ? HWND_TOPMOST : HWND_NOTOPMOST, 0, 0, 0, 0,
+                 SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+}
+
+void WindowForm::PopUp(std::string_view menu) {
+    POINT point{};
+    GetCursorPos(&point);
+    if (key_menu_) {
+        RECT rectangle{};
+        const HWND focus = GetFocus();
+        GetWindowRect(focus ? focus : window_, &rectangle);
+        point = {rectangle.left + Scaled(8, dpi_), rectangle.top + Scaled(8, dpi_)};
+    }
+    menu_.PopUp(menu, window_, point);
+}
+
+bool WindowForm::Close() {
+    if (closed_ || closing_) return closed_;
+    if (in_front_ && !in_front_->Close()) return false;
+    closing_ = true;
+    closed_ = !onQueryUnload || onQueryUnload();
+    closing_ = false;
+    if (!closed_) return false;
+    SetVisible(false);
+    SetTrayIcon(false);
+    for (const auto& timer : timers_) timer->SetEnabled(false);
+    if (onUnload) onUnload();
+    return true;
+}
+
+void WindowForm::UncheckOthers(const WindowControl& chosen) {
+    for (const auto& control : controls_) {
+        if (control.get() != &chosen && control->spec().name == chosen.spec().name) {
+            control->Uncheck();
+        }
+    }
+}
+
+WindowControl* WindowForm::ControlOf(HWND window) const {
+    for (const auto& control : controls_) {
+        if (control->window() == window || IsChild(control->window(), window)) {
+            return control.get();
+        }
+    }
+    return nullptr;
+}
+
+}  // namespace tamrin

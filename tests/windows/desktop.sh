@@ -1,0 +1,64 @@
+# shellcheck shell=bash
+# A desktop for Windows programs: a Wine prefix with fonts, an X display of its own and a window
+# manager. Sourced by the scripts beside it.
+
+wine_cache=${wine_cache:-$PWD/build/wine}
+desktop_pids=()
+
+export WINEPREFIX=$wine_cache/prefix
+# What the prefix prints about itself is no business of the tests, and it needs neither .NET nor a
+# browser.
+export WINEDEBUG=-all WINEDLLOVERRIDES='mscoree,mshtml='
+
+# Sets the locale, which decides the code page and the language of the system's own dialogs. Its name
+# is all that counts for these; file names need in addition that it exists, with UTF-8.
+set_locale() {
+    export LOCPATH=$wine_cache/locale
+    mkdir -p "$LOCPATH"
+    [ -e "$LOCPATH/ja_JP.UTF-8" ] || cp -r /usr/lib/locale/C.utf8 "$LOCPATH/ja_JP.UTF-8"
+    export LC_ALL=ja_JP.UTF-8
+}
+
+# Writes the fonts that stand in for Windows' own, smoothed.
+write_font_settings() {
+    local name
+    printf 'Windows Registry Editor Version 5.00\n\n'
+    printf '[HKEY_CURRENT_USER\\Software\\Wine\\Fonts\\Replacements]\n'
+    for name in 'Yu Gothic UI' 'Meiryo UI' 'MS UI Gothic' 'MS Shell Dlg' 'MS Shell Dlg 2' Tahoma; do
+        printf '"%s"="Noto Sans CJK JP"\n' "$name"
+    done
+    printf '\n[HKEY_CURRENT_USER\\Control Panel\\Desktop]\n'
+    printf '"FontSmoothing"="2"\n"FontSmoothingType"=dword:00000002\n'
+    printf '"FontSmoothingGamma"=dword:00000578\n"FontSmoothingOrientation"=dword:00000001\n'
+}
+
+# Makes the prefix unless an earlier run has left a whole one.
+prepare_prefix() {
+    set_locale
+    if [ -e "$wine_cache/ready" ]; then return; fi
+    rm -rf "$WINEPREFIX"
+    timeout 180 wineboot -i >/dev/null 2>&1
+    write_font_settings >"$wine_cache/fonts.reg"
+    timeout 60 wine regedit /S "$wine_cache/fonts.reg" >/dev/null 2>&1
+    wineserver -k || true
+    touch "$wine_cache/ready"
+}
+
+# Starts the display and its window manager; DISPLAY names it.
+start_desktop() {
+    local number
+    mkdir -p "$wine_cache"
+    exec {display_number}< <(exec Xvfb -displayfd 1 -screen 0 1280x1000x24 -nolisten tcp 2>/dev/null)
+    desktop_pids+=($!)
+    read -r -t 20 number <&"$display_number" || return 1
+    export DISPLAY=:$number
+    openbox >/dev/null 2>&1 &
+    desktop_pids+=($!)
+}
+
+# Ends what was started: the prefix's own processes, then the display's by their ids.
+end_desktop() {
+    wineserver -k 2>/dev/null || true
+    local pid
+    for pid in "${desktop_pids[@]}"; do kill "$pid" 2>/dev/null || true; done
+}
