@@ -1,9 +1,11 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/document.h"
 #include "platform/geometry.h"
@@ -11,7 +13,9 @@
 
 namespace tamrin {
 
-// What a browser tells while it is connected. Called only inside Clock::DoEvents.
+// What a browser tells while it is connected. Called only inside Clock::DoEvents, and one event of
+// the browser and its pages after the other: while a handler runs, even one that handles events
+// itself, later ones wait, as a page waits for the handlers of the automation model.
 class BrowserEvents {
 public:
     virtual ~BrowserEvents() = default;
@@ -32,12 +36,6 @@ public:
     virtual void OnQuit() = 0;
 };
 
-// Keeps a subscription; dropping it ends the subscription.
-class Connection {
-public:
-    virtual ~Connection() = default;
-};
-
 // Where a browser window stands, in screen pixels.
 struct WindowPlace {
     int left = 0;
@@ -56,6 +54,15 @@ struct WindowBars {
     bool status = false;
 
     bool operator==(const WindowBars&) const = default;
+};
+
+// A browser window as it stands: what a recording keeps of it.
+struct WindowState {
+    WindowPlace place;
+    WindowBars bars;
+    bool full_screen = false;
+
+    bool operator==(const WindowState&) const = default;
 };
 
 // One browser window (one tab of it). Reads are total: on a closed window they answer empty.
@@ -91,6 +98,13 @@ public:
     // Shows and hides bars. A browser whose bars are fixed ignores it.
     virtual void SetBars(const WindowBars& bars) = 0;
 
+    // How the window stands. Where it cannot be told, a rectangle of zeros without bars.
+    virtual WindowState State() = 0;
+
+    // The number by which the user tells windows apart: the system's handle of the window, or the
+    // browser's own number for it. 0 when the window is gone.
+    virtual std::uint64_t Handle() = 0;
+
     // Brings the window to the front (SetForegroundWindow). Does not wait for it to happen.
     virtual void SetForeground() = 0;
 
@@ -100,6 +114,24 @@ public:
 
     // Subscribes; `events` must outlive the answer.
     virtual std::unique_ptr<Connection> Connect(BrowserEvents& events) = 0;
+};
+
+// The browser windows that the user has open and that let themselves be recorded.
+class BrowserWindows {
+public:
+    virtual ~BrowserWindows() = default;
+
+    // Those that are visible, the front one first. A window is the same object as in the answer
+    // before, for as long as it exists. Never waits: what is not known yet is in a later answer.
+    virtual std::vector<std::shared_ptr<Browser>> Visible() = 0;
+
+    // The document of the window that has the keyboard focus answers true to hasFocus; asking costs
+    // a round trip a window, so this asks all of them at once. Null when none has it.
+    virtual std::shared_ptr<Browser> Focused() = 0;
+
+    // Opens a window to be recorded, with a profile that is kept from one time to the next, at an
+    // address ("" for an empty page). On failure null, and `why` says in Japanese what to do.
+    virtual std::shared_ptr<Browser> Open(const std::string& address, std::string& why) = 0;
 };
 
 class BrowserLauncher {

@@ -127,6 +127,35 @@ private:
     std::shared_ptr<ElementObject> object_;
 };
 
+// Keeps a subscription; dropping it ends the subscription.
+class Connection {
+public:
+    virtual ~Connection() = default;
+};
+
+// What a page tells of its user while it is connected. Called only inside Clock::DoEvents, in the
+// order in which things happened, one at a time (see BrowserEvents).
+//
+// An event brings the moment with it: until its handler returns, the document answers as
+// activeElement what was active when it happened (for onbeforedeactivate the element that is being
+// left), and that element, its parent and its form answer all reads as they were then, through
+// whichever handle, without a call. So nothing is lost when the page is gone before the handler
+// runs.
+class DocumentEvents {
+public:
+    virtual ~DocumentEvents() = default;
+
+    virtual void onclick() = 0;
+    // The focus has come to an element, or into a frame: then the frame's element is active.
+    virtual void onfocusin() = 0;
+    // The focus leaves an element for another one of the page. Not when the user turns to another
+    // window.
+    virtual void onbeforedeactivate() = 0;
+    // Only keys that make a character or a line, Enter (13) among them.
+    virtual void onkeypress(int key_code) = 0;
+    virtual void onsubmit() = 0;
+};
+
 // All elements that answer to one name.
 struct NamedElements {
     std::vector<Element> by_name;   // getElementsByName(name)
@@ -160,6 +189,10 @@ public:
 
     // The page's frames in the order of window.frames.
     virtual std::vector<struct Frame> frames() = 0;
+
+    // Subscribes to this page's events, not to those of its frames; `events` must outlive the
+    // answer. Null when the page is gone.
+    virtual std::unique_ptr<Connection> Connect(DocumentEvents& events) = 0;
 };
 
 // A handle of a document; null when it stands for none. Reads of a null handle answer empty.
@@ -183,6 +216,9 @@ public:
         return object_ ? object_->links() : std::vector<Element>();
     }
     std::vector<Frame> frames() const;
+    std::unique_ptr<Connection> Connect(DocumentEvents& events) const {
+        return object_ ? object_->Connect(events) : nullptr;
+    }
 
 private:
     std::shared_ptr<DocumentObject> object_;
