@@ -26,6 +26,10 @@ public:
     // A navigation begins.
     virtual void BeforeNavigate2(const std::string& url) = 0;
 
+    // Another page is shown, whose elements may still be coming: from now on `document` answers it.
+    // DocumentComplete follows when the page is whole.
+    virtual void NavigateComplete2() {}
+
     // A page could not be opened; `reason` is the browser's own word for why.
     virtual void NavigateError(const std::string& url, const std::string& reason) = 0;
 

@@ -18,8 +18,9 @@ class Control {
 public:
     virtual ~Control() = default;
 
-    std::function<void()> onClick;     // pressed, chosen, checked or unchecked, a line chosen
-    std::function<void()> onDblClick;  // a list box double-clicked, or Enter pressed in it
+    // Pressed, chosen, checked or unchecked, a line chosen, a text box clicked.
+    std::function<void()> onClick;
+    std::function<void()> onDblClick;  // a list or text box double-clicked, Enter in a list box
     std::function<void()> onChange;    // the text of a text or combo box changed; a splitter moved
     std::function<void()> onTimer;     // a timer's interval has passed; never nested in itself
     // The right mouse button pressed, or the menu key. In a list box the line under the pointer is
@@ -52,6 +53,9 @@ public:
     // Whether keys go to it. Giving it the focus selects all the text of a text or combo box.
     virtual bool Focused() const = 0;
     virtual void SetFocus() = 0;
+
+    // The text that is shown while the mouse pointer rests on it.
+    virtual void SetTip(std::string_view tip) = 0;
 
     // The colour of the text of a text box.
     virtual void SetTextColor(TextColor color) = 0;

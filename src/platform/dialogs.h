@@ -4,7 +4,7 @@
 
 namespace tamrin {
 
-enum class Buttons { kOk, kOkCancel, kYesNoCancel };
+enum class Buttons { kOk, kOkCancel, kYesNo, kYesNoCancel };
 enum class Answer { kOk, kCancel, kYes, kNo };
 
 // What a file dialog shows.
@@ -21,7 +21,8 @@ public:
     virtual ~Dialogs() = default;
 
     // Shows a message and answers the button pressed. Closing the box answers Cancel where there is
-    // such a button, else Ok. `cancel_is_default` makes Cancel the button that Enter presses.
+    // such a button, No where there is that one, else Ok. `cancel_is_default` makes Cancel the
+    // button that Enter presses.
     virtual Answer MsgBox(const std::string& text, const std::string& title,
                           Buttons buttons = Buttons::kOk, bool cancel_is_default = false) = 0;
 

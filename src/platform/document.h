@@ -67,6 +67,10 @@ public:
 
     virtual void scrollIntoView() = 0;
 
+    // Shows the user where it stands: scrolls to it and, where the browser can, draws a line round
+    // it for a moment without the page's knowing.
+    virtual void Outline() { scrollIntoView(); }
+
     // Its place in CSS pixels of the viewport of its own document; nothing when it is gone or not
     // displayed.
     virtual std::optional<Rect> getBoundingClientRect() = 0;
@@ -115,6 +119,9 @@ public:
     bool click() const { return object_ && object_->click(); }
     void scrollIntoView() const {
         if (object_) object_->scrollIntoView();
+    }
+    void Outline() const {
+        if (object_) object_->Outline();
     }
     std::optional<Rect> getBoundingClientRect() const {
         return object_ ? object_->getBoundingClientRect() : std::nullopt;

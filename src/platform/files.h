@@ -26,6 +26,10 @@ public:
     // On failure the old file stands as it was, nothing is left beside it, and the answer is false.
     virtual bool Replace(const std::string& path, std::string_view bytes) = 0;
 
+    // Adds `bytes` at the end of a file, which is made when there is none, and flushes them to the
+    // disk. On failure answers false; a part of them may have been written then.
+    virtual bool Append(const std::string& path, std::string_view bytes) = 0;
+
     // Makes a folder in an existing one; false when it does not exist afterwards.
     virtual bool MakeFolder(const std::string& path) = 0;
 

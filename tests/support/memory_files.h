@@ -32,6 +32,11 @@ public:
         contents[path] = bytes;
         return true;
     }
+    bool Append(const std::string& path, std::string_view bytes) override {
+        if (full_disk || locked.contains(path)) return false;
+        contents[path] += bytes;
+        return true;
+    }
     bool MakeFolder(const std::string& /*path*/) override { return !full_disk; }
     bool Delete(const std::string& path) override {
         if (!locked.contains(path)) contents.erase(path);

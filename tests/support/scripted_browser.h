@@ -9,7 +9,7 @@
 
 #include "platform/browser.h"
 #include "platform/headless/virtual_clock.h"
-#include "support/html_page.h"
+#include "support/scripted_page.h"
 
 namespace tamrin::test {
 
@@ -17,7 +17,9 @@ namespace tamrin::test {
 // Everything that is done to them is written down in order in `calls`.
 class ScriptedWeb : public BrowserLauncher, public Input {
 public:
-    explicit ScriptedWeb(VirtualClock& clock) : clock_(clock) {}
+    explicit ScriptedWeb(VirtualClock& clock);
+    ScriptedWeb(const ScriptedWeb&) = delete;
+    ScriptedWeb& operator=(const ScriptedWeb&) = delete;
 
     // Pages by address, as HTML.
     std::map<std::string, std::string> pages;
@@ -50,10 +52,16 @@ public:
     bool SendKeys(const std::vector<KeyStroke>& keys) override;
 
     void Note(const std::string& call);
+    // Has an event delivered by DoEvents: one at a time, also when its handler handles events.
+    void Queue(std::function<void()> event) { queue_.push_back(std::move(event)); }
     VirtualClock& clock() { return clock_; }
 
 private:
+    void Deliver();
+
     VirtualClock& clock_;
+    std::deque<std::function<void()>> queue_;
+    bool delivering_ = false;
     ScreenPoint cursor_{3, 4};
 };
 
@@ -67,25 +75,39 @@ public:
     bool Navigate(const std::string& address) override;
     void Quit() override;
     bool Busy() override { return alive_ && (web_.busy || loading_ > 0); }
-    int ReadyState() override { return alive_ && document_ && loading_ == 0 ? 4 : 1; }
+    int ReadyState() override { return alive_ && page_ && loading_ == 0 ? 4 : 1; }
     bool Alive() override { return alive_; }
-    Document document() override { return alive_ ? document_ : Document(); }
+    Document document() override;
     void SetVisible(bool visible) override { web_.Note(visible ? "visible" : "hidden"); }
     void SetPlace(const WindowPlace& place) override;
     void SetBars(const WindowBars& bars) override;
-    void SetForeground() override {}
+    WindowState State() override { return alive_ ? state : WindowState(); }
+    std::uint64_t Handle() override { return alive_ ? handle : 0; }
+    void SetForeground() override { ++brought_to_front; }
     std::optional<ScreenPoint> ElementScreenPoint(const Element& element) override;
     std::unique_ptr<Connection> Connect(BrowserEvents& events) override;
 
     // The window goes away as if killed.
     void Die();
+    // Begins with a page that has been shown for long.
+    void Show(const std::string& address);
+
+    WindowState state{{0, 0, 1024, 768}, {true, true, true, true}, false};
+    std::uint64_t handle = 1;
+    int brought_to_front = 0;
+
+protected:
+    void Tell(std::function<void(BrowserEvents&)> event);
+    void Load(const std::string& address);
+    ScriptedWeb& web() { return web_; }
+    const std::shared_ptr<ScriptedPage>& page() const { return page_; }
 
 private:
     class Subscription;
 
     ScriptedWeb& web_;
-    Document document_;
-    BrowserEvents* events_ = nullptr;
+    std::shared_ptr<ScriptedPage> page_;
+    std::vector<BrowserEvents*> subscribers_;
     int loading_ = 0;
     bool alive_ = true;
 };

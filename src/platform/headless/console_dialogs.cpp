@@ -11,6 +11,7 @@ Answer ConsoleDialogs::MsgBox(const std::string& text, const std::string& title,
         if (c != '\r') output_ << c;
     }
     output_ << '\n' << std::flush;
+    if (buttons == Buttons::kYesNo) return Answer::kNo;
     return buttons == Buttons::kOk ? Answer::kOk : Answer::kCancel;
 }
 

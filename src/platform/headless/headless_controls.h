@@ -31,6 +31,7 @@ public:
     void SetPlace(const Place& place) override { place_ = place; }
     bool Focused() const override;
     void SetFocus() override;
+    void SetTip(std::string_view tip) override { tip_ = tip; }
     void SetTextColor(TextColor color) override { text_color_ = color; }
     void SetLeftMargin(int pixels) override { left_margin_ = pixels; }
 

@@ -44,15 +44,6 @@ int OpenNewFile(const std::string& folder, mode_t mode, std::string& path) {
     return -1;
 }
 
-bool WriteAll(int file, std::string_view bytes) {
-    while (!bytes.empty()) {
-        const ssize_t count = write(file, bytes.data(), bytes.size());
-        if (count < 0 && errno != EINTR) return false;
-        if (count > 0) bytes.remove_prefix(static_cast<std::size_t>(count));
-    }
-    return true;
-}
-
 // Gives a file the owner and the permissions of the one whose place it takes. Where the system
 // refuses the group, the rights of a group fall away, for it would be another one.
 void TakeOver(int file, const struct stat& old) {
@@ -69,6 +60,15 @@ void FlushFolder(const std::string& folder) {
 }
 
 }  // namespace
+
+bool WriteAll(int file, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t count = write(file, bytes.data(), bytes.size());
+        if (count < 0 && errno != EINTR) return false;
+        if (count > 0) bytes.remove_prefix(static_cast<std::size_t>(count));
+    }
+    return true;
+}
 
 bool ReplaceFile(const std::string& path, std::string_view bytes) {
     const auto target = FollowLinks(path);

@@ -10,4 +10,7 @@ namespace tamrin {
 // failure answers false, and the folder is as it was.
 bool ReplaceFile(const std::string& path, std::string_view bytes);
 
+// Writes all bytes to an open file; false on failure.
+bool WriteAll(int file, std::string_view bytes);
+
 }  // namespace tamrin

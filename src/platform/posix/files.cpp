@@ -58,6 +58,11 @@ bool PosixFiles::Replace(const std::string& path, std::string_view bytes) {
     return ReplaceFile(path, bytes);
 }
 
+bool PosixFiles::Append(const std::string& path, std::string_view bytes) {
+    Descriptor file(open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600));
+    return file && WriteAll(file.get(), bytes) && fsync(file.get()) == 0 && file.Close();
+}
+
 bool PosixFiles::MakeFolder(const std::string& path) {
     mkdir(path.c_str(), 0777);
     return IsFolder(path);

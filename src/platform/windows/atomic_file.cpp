@@ -54,6 +54,13 @@ bool TakePlace(const std::wstring& beside, const std::wstring& path, bool exists
 
 }  // namespace
 
+bool AppendTo(const std::wstring& path, std::string_view bytes) {
+    const OwnedHandle file =
+        OwnFile(CreateFileW(path.c_str(), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_DELETE,
+                            nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    return file && WriteAll(file.get(), bytes);
+}
+
 bool ReplaceAtomically(const std::wstring& path, std::string_view bytes) {
     const DWORD attributes = GetFileAttributesW(path.c_str());
     const bool exists = attributes != INVALID_FILE_ATTRIBUTES;

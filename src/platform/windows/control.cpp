@@ -104,6 +104,8 @@ void WindowControl::SetFocus() {
     if (spec_.kind == ControlKind::kComboBox) Send(CB_SETEDITSEL, 0, MAKELPARAM(0, -1));
 }
 
+void WindowControl::SetTip(std::string_view tip) { form_.tips().Set(window_, tip); }
+
 void WindowControl::SetTextColor(TextColor color) {
     if (color == text_color_) return;
     text_color_ = color;

@@ -37,6 +37,7 @@ public:
     void SetPlace(const Place& place) override;
     bool Focused() const override;
     void SetFocus() override;
+    void SetTip(std::string_view tip) override;
     void SetTextColor(TextColor color) override;
     void SetLeftMargin(int pixels) override;
 

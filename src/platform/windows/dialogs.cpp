@@ -21,6 +21,8 @@ UINT BoxKind(Buttons buttons, bool cancel_is_default) {
             return MB_OK;
         case Buttons::kOkCancel:
             return MB_OKCANCEL | (cancel_is_default ? MB_DEFBUTTON2 : 0U);
+        case Buttons::kYesNo:
+            return MB_YESNO;
         case Buttons::kYesNoCancel:
             return MB_YESNOCANCEL | (cancel_is_default ? MB_DEFBUTTON3 : 0U);
     }

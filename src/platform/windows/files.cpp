@@ -62,6 +62,10 @@ bool WindowsFiles::Replace(const std::string& path, std::string_view bytes) {
     return ReplaceAtomically(Wide(path), bytes);
 }
 
+bool WindowsFiles::Append(const std::string& path, std::string_view bytes) {
+    return AppendTo(Wide(path), bytes);
+}
+
 bool WindowsFiles::MakeFolder(const std::string& path) {
     CreateDirectoryW(Wide(path).c_str(), nullptr);
     return IsFolder(path);

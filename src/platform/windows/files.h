@@ -16,6 +16,7 @@ public:
     bool IsFolder(const std::string& path) const override;
     std::optional<std::string> Read(const std::string& path) const override;
     bool Replace(const std::string& path, std::string_view bytes) override;
+    bool Append(const std::string& path, std::string_view bytes) override;
     bool MakeFolder(const std::string& path) override;
     bool Delete(const std::string& path) override;
     std::vector<std::string> List(const std::string& folder,

@@ -3,6 +3,7 @@
 #include "platform/windows/combo_box.h"
 #include "platform/windows/list_box.h"
 #include "platform/windows/splitter.h"
+#include "platform/windows/text_box.h"
 #include "platform/windows/wide.h"
 #include "platform/windows/window_form.h"
 
@@ -70,6 +71,8 @@ std::unique_ptr<WindowControl> Speaker(WindowForm& form, const ControlSpec& spec
             return std::make_unique<WindowComboBox>(form, spec, window);
         case ControlKind::kSplitter:
             return std::make_unique<WindowSplitter>(form, spec, window);
+        case ControlKind::kTextBox:
+            return std::make_unique<WindowTextBox>(form, spec, window);
         default:
             return std::make_unique<WindowControl>(form, spec, window);
     }

@@ -26,6 +26,7 @@ public:
     void SetPlace(const Place& /*place*/) override {}
     bool Focused() const override { return false; }
     void SetFocus() override {}
+    void SetTip(std::string_view /*tip*/) override {}
     void SetTextColor(TextColor /*color*/) override {}
     void SetLeftMargin(int /*pixels*/) override {}
 

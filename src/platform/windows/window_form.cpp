@@ -103,7 +103,7 @@ void WindowForm::MakeControls(const FormSpec& spec) {
         const bool first_of_group = !option || control.name != group;
         group = option ? control.name : std::string_view();
         controls_.push_back(MakeControl(*this, control, id++, first_of_group));
-        if (!control.tip.empty()) tips_->Set(controls_.back()->window(), control.tip);
+        if (!control.tip.empty()) controls_.back()->SetTip(control.tip);
     }
 }
 
