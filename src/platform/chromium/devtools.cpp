@@ -114,8 +114,6 @@ int DevTools::Send(const std::string& session, std::string_view method, const js
     if (closed_) return id;
     json message{{"id", id}, {"method", method}, {"params", params}};
     if (!session.empty()) message["sessionId"] = session;
-    if (getenv("DTDEBUG"))
-        fprintf(stderr, "%u -> %.300s\n", clock_.TickCount() % 100000, message.dump().c_str());
     socket_->Send(message.dump(-1, ' ', false, json::error_handler_t::replace));
     return id;
 }
@@ -205,8 +203,6 @@ void DevTools::HandleArrived() {
 }
 
 void DevTools::Handle(std::string& message) {
-    if (getenv("DTDEBUG"))
-        fprintf(stderr, "%u <- %.400s\n", clock_.TickCount() % 100000, message.c_str());
     const std::string_view text = message;
     if (text.starts_with(kEventStart)) return HandleEvent(message);
     if (!text.starts_with(kReplyStart)) return;
