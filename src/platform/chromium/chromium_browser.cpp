@@ -1,29 +1,9 @@
 #include "platform/chromium/chromium_browser.h"
 
-#include <algorithm>
-
 #include "platform/chromium/address.h"
 #include "platform/chromium/chromium_element.h"
 
 namespace tamrin {
-
-class ChromiumBrowser::Subscription : public Connection {
-public:
-    Subscription(std::shared_ptr<Subscribers> subscribers, BrowserEvents& events)
-        : subscribers_(std::move(subscribers)), events_(&events) {
-        subscribers_->push_back(events_);
-    }
-    ~Subscription() override {
-        subscribers_->erase(std::find(subscribers_->begin(), subscribers_->end(), events_));
-    }
-
-    Subscription(const Subscription&) = delete;
-    Subscription& operator=(const Subscription&) = delete;
-
-private:
-    std::shared_ptr<Subscribers> subscribers_;
-    BrowserEvents* events_;
-};
 
 bool ChromiumBrowser::Navigate(const std::string& address) {
     const std::string full = FullAddress(address);
@@ -52,8 +32,8 @@ std::optional<ScreenPoint> ChromiumBrowser::ElementScreenPoint(const Element& el
     return own && &own->document().tab() == tab_.get() ? own->ToScreen() : std::nullopt;
 }
 
-std::unique_ptr<Connection> ChromiumBrowser::Connect(BrowserEvents& events) {
-    return std::make_unique<Subscription>(subscribers_, events);
+std::uint64_t ChromiumBrowser::Handle() {
+    return tab_->Alive() ? static_cast<std::uint64_t>(tab_->window()) : 0;
 }
 
 void ChromiumBrowser::DeliverEvents() {
@@ -61,29 +41,25 @@ void ChromiumBrowser::DeliverEvents() {
 }
 
 void ChromiumBrowser::Tell(const Tab::Notice& notice) {
-    // A handler may end any subscription, and handle events itself.
-    const Subscribers told = *subscribers_;
-    for (BrowserEvents* events : told) {
-        const Subscribers& now = *subscribers_;
-        if (std::find(now.begin(), now.end(), events) == now.end()) continue;
+    subscribers_.ForEach([&](BrowserEvents& events) {
         switch (notice.kind) {
             case Tab::Notice::Kind::kComplete:
-                events->DocumentComplete(notice.top);
+                events.DocumentComplete(notice.top);
                 break;
             case Tab::Notice::Kind::kBeforeNavigate:
-                events->BeforeNavigate2(notice.url);
+                events.BeforeNavigate2(notice.url);
                 break;
             case Tab::Notice::Kind::kError:
-                events->NavigateError(notice.url, notice.reason);
+                events.NavigateError(notice.url, notice.reason);
                 break;
             case Tab::Notice::Kind::kNotResponding:
-                events->NotResponding();
+                events.NotResponding();
                 break;
             case Tab::Notice::Kind::kQuit:
-                events->OnQuit();
+                events.OnQuit();
                 break;
         }
-    }
+    });
 }
 
 }  // namespace tamrin

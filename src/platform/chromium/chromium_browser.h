@@ -1,13 +1,14 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "platform/browser.h"
 #include "platform/chromium/chromium_document.h"
+#include "platform/chromium/subscribers.h"
 #include "platform/chromium/tab.h"
 
 namespace tamrin {
@@ -32,23 +33,24 @@ public:
     // Its bars are fixed.
     void SetBars(const WindowBars& /*bars*/) override {}
     void SetForeground() override { bring_to_front_(); }
+    WindowState State() override { return tab_->State(); }
+    // The browser's own number for the window: it tells no handles of the system.
+    std::uint64_t Handle() override;
     std::optional<ScreenPoint> ElementScreenPoint(const Element& element) override;
-    std::unique_ptr<Connection> Connect(BrowserEvents& events) override;
+    std::unique_ptr<Connection> Connect(BrowserEvents& events) override {
+        return subscribers_.Connect(events);
+    }
 
     // Tells the subscribers what has happened since the last time.
     void DeliverEvents();
 
 private:
-    class Subscription;
-    // Shared with the subscriptions, which may outlive the browser.
-    using Subscribers = std::vector<BrowserEvents*>;
-
     void Tell(const Tab::Notice& notice);
 
     std::shared_ptr<Tab> tab_;
     std::function<void()> bring_to_front_;
     std::shared_ptr<ChromiumDocument> document_;  // of the last answer
-    std::shared_ptr<Subscribers> subscribers_ = std::make_shared<Subscribers>();
+    Subscribers<BrowserEvents> subscribers_;
 };
 
 }  // namespace tamrin

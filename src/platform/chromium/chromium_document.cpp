@@ -126,6 +126,10 @@ Document ChromiumDocument::FrameDocument(
     return Document();
 }
 
+std::unique_ptr<Connection> ChromiumDocument::Connect(DocumentEvents& events) {
+    return Exists() ? subscribers_.Connect(events) : nullptr;
+}
+
 void ChromiumDocument::NoteWrite(int number) {
     tab_->NextMoment();
     written_[number] = tab_->moment();

@@ -10,6 +10,7 @@
 
 #include "platform/chromium/element_list.h"
 #include "platform/chromium/field_block.h"
+#include "platform/chromium/subscribers.h"
 #include "platform/chromium/tab.h"
 #include "platform/document.h"
 
@@ -32,6 +33,7 @@ public:
     NamedElements Named(std::string_view name) override;
     std::vector<Element> links() override;
     std::vector<Frame> frames() override;
+    std::unique_ptr<Connection> Connect(DocumentEvents& events) override;
 
     // For the elements of this page.
 
@@ -71,6 +73,7 @@ private:
     const std::string position_;
     const std::shared_ptr<ChromiumElement> holder_;
     std::unordered_map<int, std::uint64_t> written_;
+    Subscribers<DocumentEvents> subscribers_;
     FieldBlock place_;
     int place_number_ = -1;
     std::uint64_t place_moment_ = 0;

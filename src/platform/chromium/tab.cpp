@@ -148,6 +148,21 @@ void Tab::SetPlace(const WindowPlace& place) {
     NextMoment();
 }
 
+WindowState Tab::State() {
+    if (!alive_) return {};
+    const auto reply = devtools_->Call("", "Browser.getWindowForTarget", {{"targetId", target_}});
+    if (reply.end != End::kAnswered) return {};
+    const auto scaled = [&](const char* pointer) {
+        return static_cast<int>(std::lround(reply.Number(pointer) * viewport_.scale));
+    };
+    // Which bars are shown the protocol does not tell; an ordinary window shows them all.
+    const bool full_screen = reply.Text("/bounds/windowState") == "fullscreen";
+    return {{scaled("/bounds/left"), scaled("/bounds/top"), scaled("/bounds/width"),
+             scaled("/bounds/height")},
+            {true, true, true, true},
+            full_screen};
+}
+
 void Tab::Post(std::string_view method, const json& params) {
     if (alive_) devtools_->Post(sessions_.front(), method, params);
 }

@@ -82,6 +82,10 @@ public:
     void Close();
     void BringToFront();
     void SetPlace(const WindowPlace& place);
+    // How the window stands, in one round trip.
+    WindowState State();
+    // The browser's number of the window.
+    int window() const { return window_; }
     void Post(std::string_view method, const nlohmann::json& params);
 
     // Goes back (-1) or forward (1) in the tab's history; nothing happens at its ends. One round
