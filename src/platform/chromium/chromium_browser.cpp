@@ -19,8 +19,8 @@ bool ChromiumBrowser::Navigate(const std::string& address) {
 void ChromiumBrowser::Quit() { tab_->Close(); }
 
 Document ChromiumBrowser::document() {
-    const std::string& agent = tab_->frames().Top().agent;
-    if (!tab_->Alive() || agent.empty()) return Document();
+    const std::string agent = tab_->TopAgent();
+    if (agent.empty()) return Document();
     if (!document_ || document_->agent() != agent) {
         document_ = std::make_shared<ChromiumDocument>(tab_, agent);
     }
@@ -37,29 +37,32 @@ std::uint64_t ChromiumBrowser::Handle() {
 }
 
 void ChromiumBrowser::DeliverEvents() {
-    while (const auto notice = tab_->NextNotice()) Tell(*notice);
+    if (telling_) return;
+    telling_ = true;
+    while (const Notice* notice = tab_->NextNotice()) Tell(*notice);
+    telling_ = false;
 }
 
-void ChromiumBrowser::Tell(const Tab::Notice& notice) {
+void ChromiumBrowser::Tell(const Notice& notice) {
     subscribers_.ForEach([&](BrowserEvents& events) {
         switch (notice.kind) {
-            case Tab::Notice::Kind::kComplete:
-                events.DocumentComplete(notice.top);
-                break;
-            case Tab::Notice::Kind::kBeforeNavigate:
-                events.BeforeNavigate2(notice.url);
-                break;
-            case Tab::Notice::Kind::kError:
-                events.NavigateError(notice.url, notice.reason);
-                break;
-            case Tab::Notice::Kind::kNotResponding:
-                events.NotResponding();
-                break;
-            case Tab::Notice::Kind::kQuit:
-                events.OnQuit();
-                break;
+            case Notice::Kind::kComplete:
+                return events.DocumentComplete(notice.top);
+            case Notice::Kind::kBeforeNavigate:
+                return events.BeforeNavigate2(notice.url);
+            case Notice::Kind::kNavigated:
+                return events.NavigateComplete2();
+            case Notice::Kind::kError:
+                return events.NavigateError(notice.url, notice.reason);
+            case Notice::Kind::kNotResponding:
+                return events.NotResponding();
+            case Notice::Kind::kQuit:
+                return events.OnQuit();
+            default:
+                return;
         }
     });
+    tab_->Tell(notice);
 }
 
 }  // namespace tamrin

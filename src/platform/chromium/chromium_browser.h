@@ -41,16 +41,18 @@ public:
         return subscribers_.Connect(events);
     }
 
-    // Tells the subscribers what has happened since the last time.
+    // Tells the subscribers of the browser and its pages what has happened since the last time.
+    // Does nothing while one of them is being told.
     void DeliverEvents();
 
 private:
-    void Tell(const Tab::Notice& notice);
+    void Tell(const Notice& notice);
 
     std::shared_ptr<Tab> tab_;
     std::function<void()> bring_to_front_;
     std::shared_ptr<ChromiumDocument> document_;  // of the last answer
     Subscribers<BrowserEvents> subscribers_;
+    bool telling_ = false;
 };
 
 }  // namespace tamrin

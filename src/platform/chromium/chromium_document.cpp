@@ -15,6 +15,9 @@ std::string CallOf(std::string_view function, std::string_view argument) {
            json(argument).dump(-1, ' ', false, json::error_handler_t::replace) + ")";
 }
 
+// The rows of a moment: the active element, its parent and its form.
+constexpr std::size_t kMomentRows = 3;
+
 }  // namespace
 
 ChromiumDocument::ChromiumDocument(std::shared_ptr<Tab> tab, std::string agent,
@@ -33,6 +36,8 @@ AgentAnswer ChromiumDocument::Run(std::string expression, bool gesture) const {
 }
 
 std::string ChromiumDocument::url() {
+    if (const PageMoment* moment = Moment()) return moment->Url();
+    if (tab_->current() && tab_->current()->top_agent == agent_) return tab_->current()->top_url;
     const FrameInfo* frame = tab_->Alive() ? tab_->frames().WithAgent(agent_) : nullptr;
     if (!frame) return "";
     return frame->url.empty() ? std::string(Run("tamrin.url()").fields.Text(0)) : frame->url;
@@ -54,6 +59,7 @@ std::vector<Element> ChromiumDocument::Collection(std::string expression, Elemen
 }
 
 Element ChromiumDocument::activeElement() {
+    if (Moment()) return InMoment(0);
     tab_->BeginLookup(agent_);
     return One("tamrin.active()");
 }
@@ -127,7 +133,25 @@ Document ChromiumDocument::FrameDocument(
 }
 
 std::unique_ptr<Connection> ChromiumDocument::Connect(DocumentEvents& events) {
-    return Exists() ? subscribers_.Connect(events) : nullptr;
+    return tab_->Connect(agent_, events);
+}
+
+std::optional<std::size_t> ChromiumDocument::MomentRow(int number) const {
+    const PageMoment* moment = Moment();
+    for (std::size_t row = 0; moment && row < kMomentRows; ++row) {
+        const std::size_t field = PageMoment::kHeader + row * ElementList::kMomentKeys;
+        if (!moment->fields.IsNull(field) && moment->fields.Int(field) == number) return row;
+    }
+    return std::nullopt;
+}
+
+Element ChromiumDocument::InMoment(std::size_t row) {
+    const PageMoment* moment = Moment();
+    const std::size_t first = PageMoment::kHeader + row * ElementList::kMomentKeys;
+    if (!moment || moment->fields.IsNull(first)) return Element();
+    const auto list = std::make_shared<ElementList>(shared_from_this(), moment->fields,
+                                                    ElementList::Kind::kMoment, first, 1);
+    return list->size() == 0 ? Element() : Element(list->At(0));
 }
 
 void ChromiumDocument::NoteWrite(int number) {

@@ -10,7 +10,6 @@
 
 #include "platform/chromium/element_list.h"
 #include "platform/chromium/field_block.h"
-#include "platform/chromium/subscribers.h"
 #include "platform/chromium/tab.h"
 #include "platform/document.h"
 
@@ -48,6 +47,13 @@ public:
     // The element that a call of the agent answers, null when there is none.
     Element One(std::string expression);
 
+    // What the event that is being told says of this page; null when it says nothing.
+    const PageMoment* Moment() const { return tab_->MomentOf(agent_); }
+    // The row of its element of that number, nothing when it has none.
+    std::optional<std::size_t> MomentRow(int number) const;
+    // The element of a row: 0 the active one, 1 its parent, 2 its form.
+    Element InMoment(std::size_t row);
+
     // Notes a write to an element, and tells whether there was one since a moment of the tab.
     void NoteWrite(int number);
     bool WrittenSince(int number, std::uint64_t moment) const;
@@ -73,7 +79,6 @@ private:
     const std::string position_;
     const std::shared_ptr<ChromiumElement> holder_;
     std::unordered_map<int, std::uint64_t> written_;
-    Subscribers<DocumentEvents> subscribers_;
     FieldBlock place_;
     int place_number_ = -1;
     std::uint64_t place_moment_ = 0;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
+#include <span>
 
 #include "platform/chromium/chromium_document.h"
 #include "platform/chromium/element_list.h"
@@ -12,7 +13,7 @@ namespace {
 using nlohmann::json;
 
 // What a lookup tells, by the names under which it is read. Those from kChecked on are told by
-// Named alone.
+// Named alone, and by events.
 struct KnownName {
     std::string_view name;
     std::size_t key;
@@ -33,6 +34,29 @@ constexpr KnownName kAttributes[] = {
     {"onclick", ElementList::kOnclick},
     {"href", ElementList::kHref},
 };
+
+// What only events tell.
+constexpr KnownName kMomentProperties[] = {
+    {"src", ElementList::kSource},
+    {"innerText", ElementList::kMomentText},
+};
+constexpr KnownName kMomentAttributes[] = {
+    {"src", ElementList::kSourceAttribute},
+};
+
+using Names = std::span<const KnownName>;
+
+// The field that an event tells of one of these names in a row; nothing when it does not.
+std::optional<std::size_t> FieldIn(std::size_t row, std::initializer_list<Names> tables,
+                                   std::string_view name) {
+    for (const Names table : tables) {
+        for (const KnownName& known : table) {
+            if (known.name != name) continue;
+            return PageMoment::kHeader + row * ElementList::kMomentKeys + known.key;
+        }
+    }
+    return std::nullopt;
+}
 
 // What the page agent answers to a write to a file input.
 constexpr std::string_view kIsFile = "file";
@@ -83,6 +107,7 @@ AgentAnswer ChromiumElement::Run(std::string_view function, Arguments arguments)
 }
 
 bool ChromiumElement::KeysHold() const {
+    if (list_.kind() == ElementList::Kind::kMoment) return StateHolds();
     return document().Exists() && !document().WrittenSince(number(), list_.moment());
 }
 
@@ -96,19 +121,33 @@ std::optional<std::size_t> ChromiumElement::KnownField(std::string_view property
     }
     for (const KnownName& known : kProperties) {
         if (known.name != property) continue;
-        const bool is_state = known.key >= ElementList::kKeys;
-        if (is_state && list_.kind() != ElementList::Kind::kNamed) break;
+        // While a user is at work in the page, what stands in a field is state, too.
+        const bool changes = known.key >= ElementList::kKeys;
+        if (changes && list_.kind() != ElementList::Kind::kNamed) break;
+        const bool is_state =
+            changes || (known.key == ElementList::kValue && document().tab().Watched());
         if (is_state ? StateHolds() : KeysHold()) return list_.Field(row_, known.key);
     }
     return std::nullopt;
 }
 
 std::string ChromiumElement::Get(std::string_view property) {
+    if (const auto row = document().MomentRow(number())) {
+        const PageMoment& moment = *document().Moment();
+        const auto field = FieldIn(*row, {kProperties, kMomentProperties}, property);
+        const bool told = field && !(property == "innerText" && moment.fields.IsNull(*field));
+        if (told) return std::string(moment.fields.Text(*field));
+    }
     if (const auto field = KnownField(property)) return std::string(list_.fields().Text(*field));
     return std::string(Run("get", {property}).fields.Text(0));
 }
 
 std::optional<std::string> ChromiumElement::getAttribute(std::string_view name) {
+    if (const auto row = document().MomentRow(number())) {
+        const PageMoment& moment = *document().Moment();
+        const auto field = FieldIn(*row, {kAttributes, kMomentAttributes}, name);
+        if (field) return moment.fields.Optional(*field);
+    }
     for (const KnownName& known : kAttributes) {
         if (known.name == name && KeysHold()) {
             return list_.fields().Optional(list_.Field(row_, known.key));
@@ -117,9 +156,15 @@ std::optional<std::string> ChromiumElement::getAttribute(std::string_view name) 
     return Run("attribute", {name}).fields.Optional(0);
 }
 
-Element ChromiumElement::parentElement() { return document().One(Expression("parent")); }
+Element ChromiumElement::parentElement() {
+    const bool told = document().MomentRow(number()) == 0U;
+    return told ? document().InMoment(1) : document().One(Expression("parent"));
+}
 
-Element ChromiumElement::form() { return document().One(Expression("form")); }
+Element ChromiumElement::form() {
+    const bool told = document().MomentRow(number()) == 0U;
+    return told ? document().InMoment(2) : document().One(Expression("form"));
+}
 
 std::vector<std::string> ChromiumElement::OptionTexts() {
     const FieldBlock fields = Run("options").fields;
@@ -169,8 +214,23 @@ bool ChromiumElement::PutFile(std::string_view property, std::string_view path) 
     return done.end == DevToolsReply::End::kAnswered || tab.dialog();
 }
 
+bool ChromiumElement::FiredInMoment(std::string_view type) const {
+    Tab& tab = document().tab();
+    const Notice* notice = tab.current();
+    if (!notice || !tab.Watched()) return false;
+    const bool active = !document().Moment() || document().MomentRow(number()) == 0U;
+    if (type == "focusin" && active) {
+        tab.Tell({.kind = Notice::Kind::kFocusIn, .agent = document().agent()});
+        return true;
+    }
+    constexpr int kEnter = 13;
+    return type == "change" && active && notice->kind == Notice::Kind::kKeyPress &&
+           notice->key == kEnter;
+}
+
 bool ChromiumElement::fireEvent(std::string_view event) {
     const std::string type = EventType(event);
+    if (FiredInMoment(type)) return true;
     if (type == "click") document().tab().MarkFired(document().agent());
     return !Act("fire", {type}).empty();
 }

@@ -54,6 +54,10 @@ private:
     std::string Act(std::string_view function, Arguments arguments);
     bool PutFile(std::string_view property, std::string_view path);
 
+    // Whether firing an event inside a handler is all done without the page: those who subscribed
+    // are told, or the browser tells the page itself.
+    bool FiredInMoment(std::string_view type) const;
+
     // Whether what the lookup told still holds: the keys, and what may change at any moment.
     bool KeysHold() const;
     bool StateHolds() const;

@@ -13,6 +13,8 @@ std::size_t KeysOf(ElementList::Kind kind) {
             return ElementList::kKeys;
         case ElementList::Kind::kNamed:
             return ElementList::kNamedKeys;
+        case ElementList::Kind::kMoment:
+            return ElementList::kMomentKeys;
         case ElementList::Kind::kLinks:
         case ElementList::Kind::kFrames:
             return ElementList::kKeys + 1;

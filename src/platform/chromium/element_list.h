@@ -32,14 +32,19 @@ public:
         kChecked = kKeys,
         kSelectedIndex,
         kLength,
-        kPlace,  // left, top, right, bottom, and the corner's two coordinates
+        kPlace = kLength + 1,  // left, top, right, bottom, and the corner's two coordinates
         kNamedKeys = kPlace + 6,
+        // Rows of a moment have the state of Named, and go on with:
+        kSourceAttribute = kLength + 1,
+        kSource,
+        kMomentText,
+        kMomentKeys,
         // Rows of links go on with:
         kInnerText = kKeys,
         // Rows of frames go on with:
         kFrameIndex = kKeys,
     };
-    enum class Kind { kPlain, kNamed, kLinks, kFrames };
+    enum class Kind { kPlain, kNamed, kLinks, kFrames, kMoment };
 
     // How many fields describe a page's viewport.
     static constexpr std::size_t kViewport = 8;

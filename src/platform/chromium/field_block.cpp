@@ -9,6 +9,36 @@ namespace {
 
 constexpr std::string_view kValue = R"("value":")";
 
+// Moves a character of UTF-8 from `at` to `out`, and takes its UTF-16 units off `units`.
+bool TakeCharacter(const char*& at, const char* end, long& units, std::string& out) {
+    const auto lead = static_cast<unsigned char>(*at);
+    const int length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC0 ? 2 : 1;
+    if (end - at < length) return false;
+    out.append(at, static_cast<std::size_t>(length));
+    at += length;
+    units -= length == 4 ? 2 : 1;
+    return true;
+}
+
+// Reads plain text, counting as Reader does.
+class PlainReader {
+public:
+    PlainReader(std::string_view text, std::string& out)
+        : at_(text.data()), end_(at_ + text.size()), out_(out) {}
+
+    bool Take(long units) {
+        while (units > 0) {
+            if (at_ == end_ || !TakeCharacter(at_, end_, units, out_)) return false;
+        }
+        return true;
+    }
+
+private:
+    const char* at_;
+    const char* end_;
+    std::string& out_;
+};
+
 // Reads the inside of a JSON string, counting in UTF-16 units as the page does. A half of a
 // surrogate pair that stands alone reads as U+FFFD.
 class Reader {
@@ -34,14 +64,7 @@ private:
     bool TakeSpecial(long& units) {
         if (at_ == end_ || *at_ == '"') return false;
         if (*at_ == '\\') return TakeEscape(units);
-        // A character written in UTF-8.
-        const auto lead = static_cast<unsigned char>(*at_);
-        const int length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC0 ? 2 : 1;
-        if (end_ - at_ < length) return false;
-        out_.append(at_, static_cast<std::size_t>(length));
-        at_ += length;
-        units -= length == 4 ? 2 : 1;
-        return true;
+        return TakeCharacter(at_, end_, units, out_);
     }
 
     bool TakeEscape(long& units) {
@@ -101,7 +124,13 @@ std::vector<int> ReadLengths(std::string_view header) {
 FieldBlock FieldBlock::FromReply(std::string_view reply) {
     const auto value = reply.find(kValue);
     if (value == std::string_view::npos) return {};
-    reply.remove_prefix(value + kValue.size());
+    return Read<Reader>(reply.substr(value + kValue.size()));
+}
+
+FieldBlock FieldBlock::FromText(std::string_view text) { return Read<PlainReader>(text); }
+
+template <class Source>
+FieldBlock FieldBlock::Read(std::string_view reply) {
     const auto header_end = reply.find(';');
     if (header_end == std::string_view::npos) return {};
     const std::vector<int> lengths = ReadLengths(reply.substr(0, header_end));
@@ -109,7 +138,7 @@ FieldBlock FieldBlock::FromReply(std::string_view reply) {
     FieldBlock block;
     block.text_.reserve(reply.size() - header_end);
     block.ends_.reserve(lengths.size());
-    Reader reader(reply.substr(header_end + 1), block.text_);
+    Source reader(reply.substr(header_end + 1), block.text_);
     for (const int length : lengths) {
         if (!reader.Take(length)) return {};
         const auto end = static_cast<std::uint32_t>(block.text_.size());

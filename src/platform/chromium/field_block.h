@@ -21,6 +21,9 @@ public:
     // Reads the reply of a Runtime.evaluate whose result is such a string. Empty when it is not.
     static FieldBlock FromReply(std::string_view reply);
 
+    // Reads such a string itself. Empty when it is none.
+    static FieldBlock FromText(std::string_view text);
+
     // Whether there was an answer at all.
     explicit operator bool() const { return !ends_.empty(); }
     std::size_t size() const { return ends_.size(); }
@@ -34,6 +37,10 @@ public:
     double Number(std::size_t position) const;
 
 private:
+    // Reads the fields by the Source's way of writing text.
+    template <class Source>
+    static FieldBlock Read(std::string_view text);
+
     static constexpr std::uint32_t kNull = 0x80000000U;
 
     std::string text_;

@@ -71,6 +71,22 @@ const FrameInfo* FrameTracker::WithAgent(std::string_view agent) const {
     return nullptr;
 }
 
+const FrameInfo* FrameTracker::WithId(std::string_view id) const {
+    for (const FrameInfo& frame : frames_) {
+        if (frame.id == id) return &frame;
+    }
+    return nullptr;
+}
+
+const FrameInfo* FrameTracker::WithContext(std::string_view session, int context) const {
+    for (const FrameInfo& frame : frames_) {
+        if (frame.session == session && frame.context == context && !frame.agent.empty()) {
+            return &frame;
+        }
+    }
+    return nullptr;
+}
+
 std::vector<const FrameInfo*> FrameTracker::MaybeChildren(const std::string& parent) const {
     std::vector<const FrameInfo*> children;
     for (const FrameInfo& frame : frames_) {

@@ -40,6 +40,8 @@ public:
     bool IsTop(std::string_view id) const { return frames_.front().id == id; }
     // Null when there is none.
     const FrameInfo* WithAgent(std::string_view agent) const;
+    const FrameInfo* WithId(std::string_view id) const;
+    const FrameInfo* WithContext(std::string_view session, int context) const;
 
     // The frames with an agent whose parent is that frame or is not known.
     std::vector<const FrameInfo*> MaybeChildren(const std::string& parent) const;

@@ -55,6 +55,10 @@ void LoadTracker::Removed(std::string_view frame) {
     std::erase_if(loads_, [&](const Load& load) { return load.frame == frame; });
 }
 
+void LoadTracker::Found(std::string_view state) {
+    if (loads_.empty() && navigates_ == 0 && state == "interactive") ready_state_ = 3;
+}
+
 void LoadTracker::Refused() {
     std::erase_if(loads_, [](const Load& load) { return !load.started; });
     if (navigates_ == 0 && !TopLoads()) ready_state_ = 4;

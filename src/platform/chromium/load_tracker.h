@@ -29,6 +29,9 @@ public:
     // The frame is gone.
     void Removed(std::string_view frame);
 
+    // How far the page had come when the tab was found, by its document.readyState.
+    void Found(std::string_view state);
+
     // Of the top frame: its text is read, and all of it is loaded.
     void Interactive() { ready_state_ = 3; }
     void Complete() { ready_state_ = 4; }

@@ -15,49 +15,77 @@ using End = DevToolsReply::End;
 }  // namespace
 
 Tab::Tab(std::shared_ptr<DevTools> devtools, const Clock& clock, const Files& files,
-         std::string target, std::string session)
+         std::string target, std::string session, Owner owner)
     : devtools_(std::move(devtools)),
       clock_(clock),
       files_(files),
       target_(std::move(target)),
+      owner_(owner),
+      world_("tamrin " + session),
       sessions_{std::move(session)},
       frames_(target_, sessions_.front()) {}
 
 Tab::~Tab() {
     if (alive_) {
+        SetWatched(false);
         devtools_->Post("", "Target.detachFromTarget", {{"sessionId", sessions_.front()}});
     }
 }
 
 void Tab::SetUp(const std::string& session) {
     devtools_->Post(session, "Page.enable", json::object());
+    if (watched_)
+        devtools_->Post(session, "Runtime.addBinding",
+                        {{"name", kTell}, {"executionContextName", world_}});
     devtools_->Post(
         session, "Page.addScriptToEvaluateOnNewDocument",
-        {{"source", PageAgentScript()}, {"worldName", "tamrin"}, {"runImmediately", true}});
+        {{"source", PageAgentScript()}, {"worldName", world_}, {"runImmediately", true}});
     devtools_->Post(session, "Runtime.enable", json::object());
-    const json only_frames = {{{"type", "iframe"}}, {{"exclude", true}}};
-    devtools_->Post(session, "Target.setAutoAttach",
-                    {{"autoAttach", true},
-                     {"waitForDebuggerOnStart", true},
-                     {"flatten", true},
-                     {"filter", only_frames}});
+    AttachFrames(session);
     // A target that waits for its debugger answers nothing until it is told to go on.
     devtools_->Post(session, "Runtime.runIfWaitingForDebugger", json::object());
 }
 
-bool Tab::Open() {
+// Frames of other sites are told of as targets of their own. Where the agent must be in them before
+// their scripts, they wait for it.
+void Tab::AttachFrames(const std::string& session) {
+    const json only_frames = {{{"type", "iframe"}}, {{"exclude", true}}};
+    devtools_->Post(session, "Target.setAutoAttach",
+                    {{"autoAttach", true},
+                     {"waitForDebuggerOnStart", watched_ || owner_ == Owner::kProgram},
+                     {"flatten", true},
+                     {"filter", only_frames}});
+}
+
+void Tab::BeginToOpen() {
     SetUp(sessions_.front());
-    // The page shall feel in front also while the person works in other windows: a page without the
-    // focus is told nothing of its fields gaining and losing it.
-    Post("Emulation.setFocusEmulationEnabled", {{"enabled", true}});
-    const auto replies = devtools_->Await(
-        {devtools_->Begin("", "Browser.getWindowForTarget", {{"targetId", target_}}),
-         devtools_->Begin(sessions_.front(), "Runtime.evaluate",
-                          {{"expression", "devicePixelRatio"}, {"returnByValue", true}})});
-    window_ = static_cast<int>(replies[0].Number("/windowId"));
-    const double scale = replies[1].Number("/result/value");
-    if (scale > 0) viewport_.scale = scale;
-    return alive_ && replies[1].end == End::kAnswered;
+    if (owner_ == Owner::kProgram) {
+        // A page without the focus is told nothing of its fields gaining and losing it.
+        Post("Emulation.setFocusEmulationEnabled", {{"enabled", true}});
+    }
+    const auto self = weak_from_this();
+    devtools_->Ask("", "Browser.getWindowForTarget", {{"targetId", target_}},
+                   [self](const DevToolsReply& reply) {
+                       const auto tab = self.lock();
+                       if (tab) tab->window_ = static_cast<int>(reply.Number("/windowId"));
+                   });
+    devtools_->Ask(
+        sessions_.front(), "Runtime.evaluate",
+        {{"expression", "[devicePixelRatio, document.readyState]"}, {"returnByValue", true}},
+        [self](const DevToolsReply& reply) {
+            const auto tab = self.lock();
+            const double scale = reply.Number("/result/value/0");
+            if (!tab || scale <= 0) return;
+            tab->viewport_.scale = scale;
+            tab->loads_.Found(reply.Text("/result/value/1"));
+        });
+}
+
+bool Tab::Open() {
+    BeginToOpen();
+    const auto reply =
+        devtools_->Call(sessions_.front(), "Runtime.evaluate", {{"expression", "0"}});
+    return alive_ && reply.end == End::kAnswered;
 }
 
 bool Tab::Busy() const {
@@ -246,7 +274,7 @@ void Tab::OnHung(End why) {
     if (hung_ || !alive_) return;
     hung_ = true;
     if (why == End::kLate) {
-        notices_.push_back({Notice::Kind::kNotResponding, true, frames_.Top().url, {}});
+        AddNotice({.kind = Notice::Kind::kNotResponding, .url = frames_.Top().url});
     }
     // What it answers first, it answers when it has come to itself.
     devtools_->Ask(sessions_.front(), "Runtime.evaluate", {{"expression", "0"}},
@@ -258,13 +286,6 @@ void Tab::OnHung(End why) {
 void Tab::BeginLookup(const std::string& agent) {
     if (!fired_in_.empty() && fired_in_ != agent) RunLater(fired_in_, "tamrin.forget()");
     fired_in_.clear();
-}
-
-std::optional<Tab::Notice> Tab::NextNotice() {
-    if (notices_.empty()) return std::nullopt;
-    Notice notice = std::move(notices_.front());
-    notices_.pop_front();
-    return notice;
 }
 
 }  // namespace tamrin

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <cstdint>
-#include <deque>
+#include <map>
 #include <memory>
 #include <nlohmann/json_fwd.hpp>
 #include <optional>
@@ -15,7 +15,9 @@
 #include "platform/chromium/field_block.h"
 #include "platform/chromium/frame_tracker.h"
 #include "platform/chromium/load_tracker.h"
+#include "platform/chromium/notice_queue.h"
 #include "platform/chromium/page_dialog.h"
+#include "platform/chromium/subscribers.h"
 #include "platform/clock.h"
 #include "platform/files.h"
 
@@ -42,17 +44,12 @@ struct AgentAnswer {
 // gone, its page hangs, or a dialog box holds its scripts up.
 class Tab : public std::enable_shared_from_this<Tab> {
 public:
-    // What happened, in the terms of BrowserEvents.
-    struct Notice {
-        enum class Kind { kComplete, kBeforeNavigate, kError, kNotResponding, kQuit };
-        Kind kind;
-        bool top = true;
-        std::string url = {};
-        std::string reason = {};
-    };
+    // Whose tab it is. The program's own feels in front also while the person works in other
+    // windows; a person's own is left as it is.
+    enum class Owner { kProgram, kUser };
 
     Tab(std::shared_ptr<DevTools> devtools, const Clock& clock, const Files& files,
-        std::string target, std::string session);
+        std::string target, std::string session, Owner owner = Owner::kProgram);
 
     // Lets go of the tab; its window stays open.
     ~Tab();
@@ -62,6 +59,8 @@ public:
 
     // Sets the tab up. One round trip; false when the tab is gone.
     bool Open();
+    // The same without waiting: what it tells of itself comes later.
+    void BeginToOpen();
 
     bool Alive() const { return alive_; }
     bool Busy() const;
@@ -120,8 +119,23 @@ public:
     void MarkFired(const std::string& agent) { fired_in_ = agent; }
     void BeginLookup(const std::string& agent);
 
-    // The next thing that happened, in order.
-    std::optional<Notice> NextNotice();
+    // Subscribes to the events of the page with that agent.
+    std::unique_ptr<Connection> Connect(const std::string& agent, DocumentEvents& events);
+
+    // Goes on to the next thing that happened, in order, and answers it; null when there is none.
+    // It is the current one until the next call.
+    const Notice* NextNotice();
+    const Notice* current() const { return current_ ? &*current_ : nullptr; }
+    // What the current notice tells of the page with that agent; null when it tells nothing.
+    const PageMoment* MomentOf(std::string_view agent) const;
+    // The top page: while a notice is told, that of the moment when it happened. "" when there is
+    // none.
+    std::string TopAgent() const;
+    // Tells those who subscribed to it of something in a page.
+    void Tell(const Notice& notice);
+
+    // Whether the pages tell what the user does: while somebody has subscribed to one of them.
+    bool Watched() const { return watched_; }
 
     // Events, handed in by the owner of the connection.
     static bool Handles(std::string_view method);
@@ -133,10 +147,20 @@ public:
 private:
     friend struct TabEvents;
 
+    // The function by which page agents tell what the user does.
+    static constexpr const char* kTell = "tamrinTell";
+
     void SetUp(const std::string& session);
+    void AttachFrames(const std::string& session);
+    void SetWatched(bool watched);
+    void WatchAgain(const std::string& session);
+    void OnTold(const std::string& session, int context, const std::string& payload);
+    void AddNotice(Notice notice);
+    Notice WithTop(Notice notice) const;
     // A frame is about to be navigated. While a page is being replaced it answers nothing: who
     // waits for it to settle need not wait on.
     void OnRequested(const std::string& frame);
+    void OnStartedNavigating(const std::string& frame, const std::string& url);
     void OnDialogOpening(const std::string& session, const nlohmann::json& params);
     void OnDialogClosed(const nlohmann::json& params);
     void OnFrameNavigated(const std::string& session, const nlohmann::json& params);
@@ -159,11 +183,16 @@ private:
     const Clock& clock_;
     const Files& files_;
     const std::string target_;
+    const Owner owner_;
+    const std::string world_;            // that of the page agents; no other program's is called so
     std::vector<std::string> sessions_;  // the first is the top page's
     FrameTracker frames_;
     LoadTracker loads_;
     std::optional<PageDialog> dialog_;
-    std::deque<Notice> notices_;
+    NoticeQueue notices_;
+    std::optional<Notice> current_;
+    std::map<std::string, Subscribers<DocumentEvents>> subscribers_;  // by agent
+    bool watched_ = false;
     Viewport viewport_;
     int window_ = 0;
     std::uint64_t moment_ = 0;

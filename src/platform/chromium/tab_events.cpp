@@ -36,6 +36,8 @@ struct TabEvents {
             {"Page.loadEventFired", LoadEventFired},
             {"Page.javascriptDialogOpening", DialogOpening},
             {"Page.javascriptDialogClosed", DialogClosed},
+            {"Page.documentOpened", DocumentOpened},
+            {"Runtime.bindingCalled", BindingCalled},
             {"Runtime.executionContextCreated", ContextCreated},
             {"Runtime.executionContextDestroyed", ContextDestroyed},
             {"Runtime.executionContextsCleared", ContextsCleared},
@@ -71,13 +73,9 @@ struct TabEvents {
 
     static void FrameStartedNavigating(Tab& tab, const std::string&, const json& params) {
         const std::string type = TextOf(params, "navigationType");
-        if (!tab.frames_.IsTop(TextOf(params, "frameId")) || type == "sameDocument" ||
-            type == "historySameDocument") {
-            return;
+        if (type != "sameDocument" && type != "historySameDocument") {
+            tab.OnStartedNavigating(TextOf(params, "frameId"), TextOf(params, "url"));
         }
-        tab.OnRequested(TextOf(params, "frameId"));
-        tab.notices_.push_back(
-            {Tab::Notice::Kind::kBeforeNavigate, true, TextOf(params, "url"), {}});
     }
 
     static void FrameStartedLoading(Tab& tab, const std::string&, const json& params) {
@@ -87,8 +85,8 @@ struct TabEvents {
     static void FrameStoppedLoading(Tab& tab, const std::string&, const json& params) {
         const std::string frame = TextOf(params, "frameId");
         tab.loads_.Stopped(tab.LoadName(frame));
-        if (tab.frames_.IsTop(frame)) return;
-        tab.notices_.push_back({Tab::Notice::Kind::kComplete, false, {}, {}});
+        if (tab.frames_.IsTop(frame)) return tab.notices_.EndNavigationWait();
+        tab.AddNotice({.kind = Notice::Kind::kComplete, .top = false});
     }
 
     static void FrameNavigated(Tab& tab, const std::string& session, const json& params) {
@@ -115,11 +113,21 @@ struct TabEvents {
         tab.OnDialogClosed(params);
     }
 
+    // The page rewrites itself, which takes its listeners away.
+    static void DocumentOpened(Tab& tab, const std::string& session, const json&) {
+        tab.WatchAgain(session);
+    }
+
+    static void BindingCalled(Tab& tab, const std::string& session, const json& params) {
+        tab.OnTold(session, params.value("executionContextId", 0), TextOf(params, "payload"));
+    }
+
     static void ContextCreated(Tab& tab, const std::string& session, const json& params) {
         const json& context = params.at("context");
-        if (TextOf(context, "name") != "tamrin" || !context.contains("auxData")) return;
-        tab.frames_.AgentCame(session, TextOf(context["auxData"], "frameId"),
-                              TextOf(context, "uniqueId"), context.value("id", 0));
+        if (TextOf(context, "name") != tab.world_ || !context.contains("auxData")) return;
+        const std::string frame = TextOf(context["auxData"], "frameId");
+        tab.frames_.AgentCame(session, frame, TextOf(context, "uniqueId"), context.value("id", 0));
+        if (tab.frames_.IsTop(frame)) tab.AddNotice({.kind = Notice::Kind::kNavigated});
     }
 
     static void ContextDestroyed(Tab& tab, const std::string& session, const json& params) {
@@ -170,7 +178,8 @@ void Tab::OnGone() {
     alive_ = false;
     dialog_.reset();
     for (const std::string& session : sessions_) devtools_->CutShort(session);
-    notices_.push_back({Notice::Kind::kQuit, true, {}, {}});
+    notices_.EndNavigationWait();
+    notices_.Add({.kind = Notice::Kind::kQuit});
 }
 
 std::string_view Tab::LoadName(const std::string& frame) const {
@@ -183,6 +192,17 @@ void Tab::OnRequested(const std::string& frame) {
     for (const std::string& session : sessions_) devtools_->CutShort(session);
 }
 
+void Tab::OnStartedNavigating(const std::string& frame, const std::string& url) {
+    const FrameInfo* info = frames_.WithId(frame);
+    const bool top = frames_.IsTop(frame);
+    if (top) OnRequested(frame);
+    notices_.AddNavigation(WithTop({.kind = Notice::Kind::kBeforeNavigate,
+                                    .top = top,
+                                    .url = url,
+                                    .agent = info ? info->agent : std::string()}),
+                           watched_ && info && !info->agent.empty(), clock_.TickCount());
+}
+
 void Tab::OnDialogOpening(const std::string& session, const json& params) {
     dialog_.emplace(TextOf(params, "type"), TextOf(params, "defaultPrompt"), session);
     for (const std::string& other : sessions_) devtools_->CutShort(other);
@@ -191,6 +211,7 @@ void Tab::OnDialogOpening(const std::string& session, const json& params) {
 void Tab::OnDialogClosed(const json& params) {
     if (dialog_ && dialog_->type() == "beforeunload" && !params.value("result", true)) {
         loads_.Refused();
+        notices_.ForgetLastMoments();
     }
     dialog_.reset();
 }
@@ -204,13 +225,16 @@ void Tab::OnFrameNavigated(const std::string& session, const json& params) {
     loads_.Navigated("");
     error_url_ = TextOf(frame, "unreachableUrl");
     asking_why_ = false;
-    if (TextOf(params, "type") == "BackForwardCacheRestore") OnComplete();
+    if (TextOf(params, "type") != "BackForwardCacheRestore") return;
+    // The page comes as it was, also when nobody watched it then.
+    WatchAgain(session);
+    OnComplete();
 }
 
 void Tab::OnComplete() {
     loads_.Complete();
     if (error_url_.empty()) {
-        notices_.push_back({Notice::Kind::kComplete, true, {}, {}});
+        AddNotice({.kind = Notice::Kind::kComplete});
         return;
     }
     // The browser's own page about a failure names the reason. The tab is busy until it has, so
@@ -223,9 +247,10 @@ void Tab::OnComplete() {
                        if (!tab) return;
                        tab->asking_why_ = false;
                        const std::string reason = reply.Text("/result/value");
-                       tab->notices_.push_back({Notice::Kind::kError, true, url,
-                                                reason.empty() ? "ERR_FAILED" : reason});
-                       tab->notices_.push_back({Notice::Kind::kComplete, true, {}, {}});
+                       tab->AddNotice({.kind = Notice::Kind::kError,
+                                       .url = url,
+                                       .reason = reason.empty() ? "ERR_FAILED" : reason});
+                       tab->AddNotice({.kind = Notice::Kind::kComplete});
                    });
 }
 
@@ -233,7 +258,7 @@ void Tab::OnNavigateReply(const std::string& url, const DevToolsReply& reply) {
     loads_.NavigateAnswered();
     if (reply.end != DevToolsReply::End::kRefused) return;
     // It is no address at all, so there is no page to name the reason.
-    notices_.push_back({Notice::Kind::kError, true, url, "ERR_INVALID_URL"});
+    AddNotice({.kind = Notice::Kind::kError, .url = url, .reason = "ERR_INVALID_URL"});
 }
 
 void Tab::OnAttached(const json& params) {

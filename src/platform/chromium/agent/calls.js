@@ -82,6 +82,19 @@ const tamrin = {
         return truth(true);
     },
 
+    watch: () => {
+        watch();
+        return truth(true);
+    },
+    hush: () => {
+        hush();
+        return truth(true);
+    },
+    frameFocus: () => {
+        tellFrameFocus();
+        return truth(true);
+    },
+
     // Of one element. Each answers an empty list when it is gone.
     get: (e, name) => pack(property(e, name)),
     attribute: (e, name) => {
@@ -91,8 +104,7 @@ const tamrin = {
         return pack(lower === 'href' ? hrefOf(e, tag) : attribute(e, name));
     },
     parent: (e) => packElement(parentElement(e)),
-    form: (e) => packElement(
-        !(e instanceof HTMLFormElement) && e.form instanceof HTMLFormElement ? e.form : null),
+    form: (e) => packElement(formOf(e)),
     options: (e) =>
         (e instanceof HTMLSelectElement ? pack('', ...Array.from(e.options, (o) => o.text))
                                         : pack('')),
