@@ -85,7 +85,7 @@ private:
     }
 
     bool ConnectPlain() {
-        if (!devtools_.Connect(plain_->port(), plain_->path(), 30000)) return false;
+        if (!devtools_.Connect(plain_->endpoint(), 30000)) return false;
         const std::string target =
             devtools_.Call("", "Target.createTarget", {{"url", "about:blank"}}).Text("/targetId");
         session_ =

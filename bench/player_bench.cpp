@@ -107,7 +107,7 @@ private:
         std::string why;
         const auto process = BrowserProcess::Start(processes_, files_, clock_, {}, why);
         DevTools devtools(clock_, {});
-        if (!process || !devtools.Connect(process->port(), process->path(), 30000)) return 0;
+        if (!process || !devtools.Connect(process->endpoint(), 30000)) return 0;
         const auto target =
             devtools.Call("", "Target.createTarget", {{"url", server_.Url("/")}}).Result();
         const auto attached = devtools

@@ -27,6 +27,13 @@ public:
     virtual std::unique_ptr<Process> Start(const std::string& executable,
                                            const std::vector<std::string>& arguments) = 0;
 
+    // Starts an executable in the same way, to live on by itself when this program ends. False when
+    // it cannot be started.
+    virtual bool Launch(const std::string& /*executable*/,
+                        const std::vector<std::string>& /*arguments*/) {
+        return false;
+    }
+
     // The full path of the first executable of that name on the system's search path or, on
     // Windows, among the registered applications; empty when there is none.
     virtual std::string FindExecutable(const std::string& name) const = 0;

@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 
+#include "platform/chromium/endpoint.h"
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "platform/process.h"
@@ -30,9 +31,8 @@ public:
     BrowserProcess(const BrowserProcess&) = delete;
     BrowserProcess& operator=(const BrowserProcess&) = delete;
 
-    // Where its DevTools answer: the port on this computer, and the path of the websocket.
-    unsigned short port() const { return port_; }
-    const std::string& path() const { return path_; }
+    // Where its DevTools answer.
+    const Endpoint& endpoint() const { return endpoint_; }
 
 private:
     explicit BrowserProcess(Processes& processes) : processes_(processes) {}
@@ -43,8 +43,7 @@ private:
     Processes& processes_;
     std::string profile_;
     std::unique_ptr<Process> process_;
-    unsigned short port_ = 0;
-    std::string path_;
+    Endpoint endpoint_;
 };
 
 }  // namespace tamrin

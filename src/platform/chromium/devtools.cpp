@@ -88,17 +88,24 @@ DevTools::DevTools(const Clock& clock, Patience patience)
     : clock_(clock), patience_(std::move(patience)) {}
 DevTools::~DevTools() = default;
 
-bool DevTools::Connect(unsigned short port, const std::string& path, int limit_ms) {
-    using State = DevToolsSocket::State;
-    socket_ = std::make_unique<DevToolsSocket>(port, path);
+bool DevTools::Connect(const Endpoint& endpoint, int limit_ms) {
+    BeginToConnect(endpoint);
     const std::uint32_t start = clock_.TickCount();
-    while (socket_->state() == State::kConnecting &&
-           clock_.TickCount() - start < static_cast<std::uint32_t>(limit_ms)) {
+    while (IsOpening() && clock_.TickCount() - start < static_cast<std::uint32_t>(limit_ms)) {
         socket_->Wait(kStopCheckMs);
     }
-    closed_ = socket_->state() != State::kOpen;
+    closed_ = socket_->state() != DevToolsSocket::State::kOpen;
     if (closed_) socket_.reset();
     return !closed_;
+}
+
+void DevTools::BeginToConnect(const Endpoint& endpoint) {
+    closed_ = true;
+    socket_ = std::make_unique<DevToolsSocket>(endpoint.port, endpoint.path);
+}
+
+bool DevTools::IsOpening() const {
+    return closed_ && socket_ && socket_->state() == DevToolsSocket::State::kConnecting;
 }
 
 void DevTools::Close() {
@@ -189,9 +196,26 @@ void DevTools::CutShort(std::string_view session) {
 }
 
 void DevTools::Poll() {
+    if (IsOpening()) {
+        socket_->Wait(0);
+        closed_ = socket_->state() != DevToolsSocket::State::kOpen;
+    }
     if (closed_) return;
     socket_->Wait(0);
     HandleArrived();
+}
+
+bool DevTools::WaitUntil(const std::function<bool()>& done, int limit_ms) {
+    const std::uint32_t start = clock_.TickCount();
+    Poll();
+    if (done()) return true;
+    ++round_trips_;
+    while (!closed_ && clock_.TickCount() - start < static_cast<std::uint32_t>(limit_ms)) {
+        socket_->Wait(std::min(limit_ms, kStopCheckMs));
+        HandleArrived();
+        if (done()) return true;
+    }
+    return false;
 }
 
 void DevTools::HandleArrived() {

@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/chromium/endpoint.h"
 #include "platform/clock.h"
 
 namespace tamrin {
@@ -65,7 +66,12 @@ public:
     DevTools& operator=(const DevTools&) = delete;
 
     // Connects, within `limit_ms`. False when nothing answers there.
-    bool Connect(unsigned short port, const std::string& path, int limit_ms);
+    bool Connect(const Endpoint& endpoint, int limit_ms);
+
+    // The same without waiting: Poll goes on with it until it IsOpen, or no longer IsOpening. A
+    // browser that asks its user first may take as long as he does.
+    void BeginToConnect(const Endpoint& endpoint);
+    bool IsOpening() const;
 
     // Forgets the listener and drops the connection; every call ends at once from now on.
     void Close();
@@ -94,6 +100,9 @@ public:
 
     // Handles what has arrived, without waiting.
     void Poll();
+
+    // Handles what arrives until `done`; false when it is not within `limit_ms`.
+    bool WaitUntil(const std::function<bool()>& done, int limit_ms);
 
     // How often the program has waited for the browser.
     std::uint64_t RoundTrips() const { return round_trips_; }

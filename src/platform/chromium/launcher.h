@@ -5,14 +5,11 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <string_view>
-#include <vector>
 
 #include "platform/browser.h"
+#include "platform/chromium/browser_link.h"
 #include "platform/chromium/browser_process.h"
-#include "platform/chromium/chromium_browser.h"
 #include "platform/chromium/chromium_input.h"
-#include "platform/chromium/devtools.h"
 #include "platform/chromium/tab.h"
 #include "platform/clock.h"
 #include "platform/files.h"
@@ -32,10 +29,9 @@ struct ChromiumSettings {
 
 // Windows of Chromium, Chrome or Edge. The browser is started for the first window, with a profile
 // of its own; all windows share it. Dropping the launcher ends it.
-class ChromiumLauncher : public BrowserLauncher, private DevTools::Listener {
+class ChromiumLauncher : public BrowserLauncher {
 public:
     ChromiumLauncher(Processes& processes, Files& files, Clock& clock, ChromiumSettings settings);
-    ~ChromiumLauncher() override;
 
     ChromiumLauncher(const ChromiumLauncher&) = delete;
     ChromiumLauncher& operator=(const ChromiumLauncher&) = delete;
@@ -54,26 +50,18 @@ public:
     std::uint64_t RoundTrips() const;
 
 private:
-    bool Wants(std::string_view method) const override;
-    void OnEvent(const std::string& session, std::string_view method,
-                 const nlohmann::json& params) override;
-    void OnClosed() override;
-
     bool StartBrowser(std::string& why);
     std::string FirstTarget();
     std::string NewTarget();
     std::shared_ptr<Tab> Attach(const std::string& target);
     void BringToFront(const std::shared_ptr<Tab>& tab);
-    std::vector<std::shared_ptr<Tab>> Tabs();
 
     Processes& processes_;
     Files& files_;
     Clock& clock_;
     const ChromiumSettings settings_;
     std::unique_ptr<BrowserProcess> process_;
-    std::shared_ptr<DevTools> devtools_;
-    std::vector<std::weak_ptr<Tab>> tabs_;
-    std::vector<std::weak_ptr<ChromiumBrowser>> browsers_;
+    BrowserLink link_;
     std::weak_ptr<Tab> front_;
     bool in_front_ = false;  // whether the browser shows that tab, as far as is known
     bool first_taken_ = false;

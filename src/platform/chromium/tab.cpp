@@ -58,6 +58,8 @@ void Tab::AttachFrames(const std::string& session) {
 }
 
 void Tab::BeginToOpen() {
+    if (opening_) return;
+    opening_ = true;
     SetUp(sessions_.front());
     if (owner_ == Owner::kProgram) {
         // A page without the focus is told nothing of its fields gaining and losing it.

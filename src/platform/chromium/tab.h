@@ -59,7 +59,8 @@ public:
 
     // Sets the tab up. One round trip; false when the tab is gone.
     bool Open();
-    // The same without waiting: what it tells of itself comes later.
+    // The same without waiting, for a tab to be opened later: what it tells of itself comes when it
+    // comes.
     void BeginToOpen();
 
     bool Alive() const { return alive_; }
@@ -199,6 +200,7 @@ private:
     std::string fired_in_;
     std::string error_url_;  // what the browser's page about a failure stands for
     bool alive_ = true;
+    bool opening_ = false;
     bool hung_ = false;
     bool asking_why_ = false;  // a page could not be opened
     bool settling_ = false;

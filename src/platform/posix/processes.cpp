@@ -14,6 +14,7 @@
 #include <array>
 #include <cerrno>
 #include <filesystem>
+#include <optional>
 #include <string_view>
 #include <system_error>
 
@@ -78,16 +79,24 @@ std::vector<char*> Pointers(const std::vector<std::string>& words) {
     return pointers;
 }
 
+// How long a started program is to live: with this one, or as long as it likes.
+enum class Life { kBound, kOwn };
+
 // Runs in the new process, where only calls that are safe after fork are allowed. Answers only when
 // the program cannot be started.
-void BecomeProgram(char* const* command, char* const* environment, pid_t parent) {
-    setpgid(0, 0);
+void BecomeProgram(char* const* command, char* const* environment, Life life, pid_t parent) {
+    if (life == Life::kOwn) {
+        setsid();
+        if (fork() != 0) _exit(0);  // the system's first process adopts it
+    } else {
+        setpgid(0, 0);
 #ifdef __linux__
-    prctl(PR_SET_PDEATHSIG, SIGKILL);
-    if (getppid() != parent) _exit(1);  // it ended before it could be watched
+        prctl(PR_SET_PDEATHSIG, SIGKILL);
+        if (getppid() != parent) _exit(1);  // it ended before it could be watched
 #else
-    (void)parent;
+        (void)parent;
 #endif
+    }
     const int nothing = open("/dev/null", O_RDWR);
     for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) dup2(nothing, stream);
     signal(SIGPIPE, SIG_DFL);
@@ -102,10 +111,10 @@ bool IsExecutable(const std::string& path) {
            access(path.c_str(), X_OK) == 0;
 }
 
-}  // namespace
-
-std::unique_ptr<Process> PosixProcesses::Start(const std::string& executable,
-                                               const std::vector<std::string>& arguments) {
+// The new process, or nothing when the program cannot be started. One with a life of its own has
+// no number that stays.
+std::optional<pid_t> Spawn(const std::string& executable, const std::vector<std::string>& arguments,
+                           Life life) {
     std::vector<std::string> command = arguments;
     command.insert(command.begin(), executable);
     const std::vector<char*> words = Pointers(command);
@@ -114,12 +123,12 @@ std::unique_ptr<Process> PosixProcesses::Start(const std::string& executable,
 
     // A pipe that a successful exec closes tells whether there was one.
     std::array<int, 2> failure{};
-    if (pipe(failure.data()) != 0) return nullptr;
+    if (pipe(failure.data()) != 0) return std::nullopt;
     for (const int end : failure) fcntl(end, F_SETFD, FD_CLOEXEC);
     const pid_t parent = getpid();
     const pid_t id = fork();
     if (id == 0) {
-        BecomeProgram(words.data(), environment.data(), parent);
+        BecomeProgram(words.data(), environment.data(), life, parent);
         const char failed = 1;
         [[maybe_unused]] const auto written = write(failure[1], &failed, 1);
         _exit(127);
@@ -131,9 +140,22 @@ std::unique_ptr<Process> PosixProcesses::Start(const std::string& executable,
         got = id < 0 ? 1 : read(failure[0], &failed, 1);
     } while (got < 0 && errno == EINTR);
     close(failure[0]);
-    if (id < 0) return nullptr;
-    auto process = std::make_unique<PosixProcess>(id);
-    return got == 0 ? std::move(process) : nullptr;
+    if (id < 0) return std::nullopt;
+    if (life == Life::kOwn || got != 0) waitpid(id, nullptr, 0);
+    return got == 0 ? std::optional(id) : std::nullopt;
+}
+
+}  // namespace
+
+std::unique_ptr<Process> PosixProcesses::Start(const std::string& executable,
+                                               const std::vector<std::string>& arguments) {
+    const auto id = Spawn(executable, arguments, Life::kBound);
+    return id ? std::make_unique<PosixProcess>(*id) : nullptr;
+}
+
+bool PosixProcesses::Launch(const std::string& executable,
+                            const std::vector<std::string>& arguments) {
+    return Spawn(executable, arguments, Life::kOwn).has_value();
 }
 
 std::string PosixProcesses::FindExecutable(const std::string& name) const {

@@ -14,6 +14,7 @@ public:
     // when this process ends without dropping the answer.
     std::unique_ptr<Process> Start(const std::string& executable,
                                    const std::vector<std::string>& arguments) override;
+    bool Launch(const std::string& executable, const std::vector<std::string>& arguments) override;
 
     // Looks along PATH. A name with a slash in it stands for itself.
     std::string FindExecutable(const std::string& name) const override;

@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <utility>
+
 #include "platform/windows/executables.h"
 #include "platform/windows/handle.h"
 #include "platform/windows/remove_folder.h"
@@ -55,10 +57,9 @@ std::wstring FolderName(int count) {
            std::to_wstring(GetTickCount()) + L"-" + std::to_wstring(count);
 }
 
-}  // namespace
-
-std::unique_ptr<Process> WindowsProcesses::Start(const std::string& executable,
-                                                 const std::vector<std::string>& arguments) {
+// Starts a program and answers its process and first thread; no handles when it cannot be started.
+std::pair<OwnedHandle, OwnedHandle> Create(const std::string& executable,
+                                           const std::vector<std::string>& arguments, DWORD flags) {
     const std::wstring program = Wide(executable);
     std::wstring command_line = QuoteArgument(program);
     for (const std::string& argument : arguments) {
@@ -67,18 +68,29 @@ std::unique_ptr<Process> WindowsProcesses::Start(const std::string& executable,
     STARTUPINFOW start{};
     start.cb = sizeof start;
     PROCESS_INFORMATION information{};
-    // Suspended, so that it is in the job before it can start anything.
     if (!CreateProcessW(program.c_str(), command_line.data(), nullptr, nullptr, FALSE,
-                        CREATE_SUSPENDED | CREATE_NO_WINDOW, nullptr, nullptr, &start,
-                        &information)) {
-        return nullptr;
+                        flags | CREATE_NO_WINDOW, nullptr, nullptr, &start, &information)) {
+        return {};
     }
-    OwnedHandle process(information.hProcess);
-    const OwnedHandle thread(information.hThread);
+    return {OwnedHandle(information.hProcess), OwnedHandle(information.hThread)};
+}
+
+}  // namespace
+
+std::unique_ptr<Process> WindowsProcesses::Start(const std::string& executable,
+                                                 const std::vector<std::string>& arguments) {
+    // Suspended, so that it is in the job before it can start anything.
+    auto [process, thread] = Create(executable, arguments, CREATE_SUSPENDED);
+    if (!process) return nullptr;
     OwnedHandle job = MakeJob();
     AssignProcessToJobObject(job.get(), process.get());
     ResumeThread(thread.get());
     return std::make_unique<WindowsProcess>(std::move(process), std::move(job));
+}
+
+bool WindowsProcesses::Launch(const std::string& executable,
+                              const std::vector<std::string>& arguments) {
+    return static_cast<bool>(Create(executable, arguments, 0).first);
 }
 
 std::string WindowsProcesses::FindExecutable(const std::string& name) const {

@@ -14,6 +14,7 @@ public:
     // process, however that ends.
     std::unique_ptr<Process> Start(const std::string& executable,
                                    const std::vector<std::string>& arguments) override;
+    bool Launch(const std::string& executable, const std::vector<std::string>& arguments) override;
 
     // Looks along PATH, then among the registered applications, then where browsers are installed.
     // A name with a folder stands for itself. ".exe" may be left out.

@@ -1,0 +1,79 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/browser.h"
+#include "platform/chromium/endpoint.h"
+#include "platform/chromium/user_browser.h"
+#include "platform/chromium/version_request.h"
+#include "platform/clock.h"
+#include "platform/files.h"
+#include "platform/process.h"
+
+namespace tamrin {
+
+struct ChromiumWindowsSettings {
+    // Asked when a browser is started for its path or name; "" to look for one.
+    std::function<std::string()> executable = [] { return std::string(); };
+    // Where a further browser can be reached, as ReadDebugAddress takes it; "" for nowhere.
+    std::function<std::string()> debug_address = [] { return std::string(); };
+    // The profile of the browser that Open starts; made in an existing folder.
+    std::string profile_folder;
+    int start_limit_ms = 30000;  // how long that browser may take to start
+};
+
+// The windows of Chromium, Chrome and Edge that have a port for debugging: those that wrote it into
+// the usual profile folder of their user, that of a given address, and the one that Open started.
+// Each is asked once for a connection, which is kept: some browsers ask their user every time.
+class ChromiumWindows : public BrowserWindows {
+public:
+    ChromiumWindows(Processes& processes, Files& files, Clock& clock,
+                    ChromiumWindowsSettings settings);
+
+    ChromiumWindows(const ChromiumWindows&) = delete;
+    ChromiumWindows& operator=(const ChromiumWindows&) = delete;
+
+    // Looks for new browsers at most once a second.
+    std::vector<std::shared_ptr<Browser>> Visible() override;
+    std::shared_ptr<Browser> Focused() override;
+
+    // The browser stays open when the program ends, with what the user has done in it. Where it
+    // runs already, it opens a further window.
+    std::shared_ptr<Browser> Open(const std::string& address, std::string& why) override;
+
+    // Handles what has arrived from the browsers and calls the subscribers. To be called by
+    // Clock::DoEvents; never waits.
+    void DeliverEvents();
+
+private:
+    // A place where a browser may be found.
+    struct Source {
+        std::string port_file;  // "" for the given address
+        std::string text{};     // what stood there when it was tried last
+        std::uint32_t tried_at = 0;
+        std::unique_ptr<VersionRequest> request{};  // for its path, while that is not known
+        Endpoint endpoint{};
+        std::shared_ptr<UserBrowser> browser{};
+    };
+
+    void FindBrowsers();
+    void Look(Source& source);
+    void Connect(Source& source, Endpoint endpoint);
+    bool IsConnected(const Endpoint& endpoint) const;
+    std::shared_ptr<UserBrowser> OwnBrowser(bool& started, std::string& why);
+    bool StartOwn(std::string& why);
+
+    Processes& processes_;
+    Files& files_;
+    Clock& clock_;
+    const ChromiumWindowsSettings settings_;
+    std::vector<Source> sources_;  // the first is that of Open, the second the given address
+    std::optional<std::uint32_t> looked_at_;
+};
+
+}  // namespace tamrin

@@ -1,0 +1,49 @@
+#include "platform/chromium/endpoint.h"
+
+#include <charconv>
+
+namespace tamrin {
+namespace {
+
+std::string_view Trimmed(std::string_view text) {
+    constexpr std::string_view kBlanks = " \t\r\n";
+    const auto begin = text.find_first_not_of(kBlanks);
+    if (begin == std::string_view::npos) return {};
+    return text.substr(begin, text.find_last_not_of(kBlanks) - begin + 1);
+}
+
+unsigned short ReadPort(std::string_view text) {
+    unsigned short port = 0;
+    const char* end = text.data() + text.size();
+    const auto [after, error] = std::from_chars(text.data(), end, port);
+    return error == std::errc() && after == end ? port : 0;
+}
+
+}  // namespace
+
+std::optional<Endpoint> ReadActivePort(std::string_view text) {
+    const auto line_end = text.find('\n');
+    if (line_end == std::string_view::npos) return std::nullopt;
+    const Endpoint endpoint{ReadPort(Trimmed(text.substr(0, line_end))),
+                            std::string(Trimmed(text.substr(line_end)))};
+    if (endpoint.port == 0 || !endpoint.path.starts_with('/')) return std::nullopt;
+    return endpoint;
+}
+
+std::optional<Endpoint> ReadDebugAddress(std::string_view text) {
+    text = Trimmed(text);
+    const auto scheme = text.find("://");
+    if (scheme != std::string_view::npos) text.remove_prefix(scheme + 3);
+    const auto slash = text.find('/');
+    std::string_view host = text.substr(0, slash);
+    const auto colon = host.find(':');
+    const unsigned short port =
+        ReadPort(colon == std::string_view::npos ? host : host.substr(colon + 1));
+    host = colon == std::string_view::npos ? std::string_view() : host.substr(0, colon);
+    const bool is_here = host.empty() || host == "127.0.0.1" || host == "localhost";
+    if (port == 0 || !is_here) return std::nullopt;
+    const auto path = slash == std::string_view::npos ? std::string_view() : text.substr(slash);
+    return Endpoint{port, path.starts_with("/devtools/") ? std::string(path) : std::string()};
+}
+
+}  // namespace tamrin

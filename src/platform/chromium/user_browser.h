@@ -1,0 +1,79 @@
+#pragma once
+
+#include <cstdint>
+#include <list>
+#include <memory>
+#include <nlohmann/json_fwd.hpp>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/chromium/browser_link.h"
+#include "platform/chromium/endpoint.h"
+
+namespace tamrin {
+
+// A browser that the user works in. Its tabs are known from its events; whether one is shown and
+// has the focus only the page itself can tell. Tabs in the background are left in peace: they have
+// a session, and nothing in it.
+class UserBrowser {
+public:
+    // Begins to connect; nothing waits.
+    UserBrowser(const Clock& clock, const Files& files, const Endpoint& endpoint);
+
+    const Endpoint& endpoint() const { return endpoint_; }
+    // Whether it is connected, or may still be: it may ask its user first.
+    bool Connected() const { return link_.devtools().IsOpen(); }
+    bool Alive() const { return Connected() || link_.devtools().IsOpening(); }
+
+    // Handles what has arrived and calls the subscribers; never waits.
+    void DeliverEvents();
+
+    // The windows that show a page, the one that had the focus last first.
+    std::vector<std::shared_ptr<Browser>> Visible();
+
+    // Asks the shown tabs, and from time to time all others, whether they have the focus. Begun for
+    // all browsers before it is ended for the first, it is one round trip.
+    void BeginToLook();
+    std::shared_ptr<Browser> EndLook();
+
+    // Opens a window; null when the browser does not answer.
+    std::shared_ptr<Browser> Open(int limit_ms);
+    // The window with which it has started.
+    std::shared_ptr<Browser> First(int limit_ms);
+
+private:
+    struct Page {
+        std::string target;
+        std::string session{};  // "" until it is attached
+        bool known = false;     // whether it has answered yet
+        bool asked = false;     // and has not answered yet
+        bool late = false;      // a look went by without its answer
+        bool shown = false;
+        bool focused = false;
+        std::uint64_t focused_at = 0;
+        std::shared_ptr<Tab> tab{};
+        std::shared_ptr<ChromiumBrowser> browser{};
+    };
+
+    void OnTarget(std::string_view method, const nlohmann::json& params);
+    void OnPage(const nlohmann::json& info);
+    Page* Find(std::string_view target);
+    void Ask(Page& page);
+    void OnAnswer(const std::string& target, const DevToolsReply& reply);
+    void Show(Page& page);
+    void WaitForAnswers();
+    std::shared_ptr<Browser> WindowOf(const std::function<Page*()>& find, int limit_ms);
+    Page* Focused();
+
+    const Clock& clock_;
+    const Endpoint endpoint_;
+    BrowserLink link_;
+    std::list<Page> pages_;
+    std::uint64_t focus_count_ = 0;
+    std::uint32_t all_asked_at_ = 0;  // tick of the last look at the hidden pages
+    bool changed_ = true;             // a page was hidden since
+    bool discovering_ = false;
+};
+
+}  // namespace tamrin
