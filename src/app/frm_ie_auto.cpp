@@ -1,5 +1,7 @@
 #include "app/frm_ie_auto.h"
 
+#include <utility>
+
 #include "app/paths.h"
 #include "app/run_log.h"
 #include "player/input_data.h"
@@ -23,6 +25,7 @@ frmIeAuto::frmIeAuto(Globals& globals, const Platform& platform)
       scenario_(globals, platform, controls_, records_),
       file_list_(globals, platform, *form_, controls_, scenario_),
       recent_files_(globals, platform, *form_, scenario_),
+      recording_(globals, platform, *form_, controls_, records_),
       player_(globals, platform.clock, platform.launcher, *this) {
     BindEvents();
     BindMenus();
@@ -31,12 +34,21 @@ frmIeAuto::frmIeAuto(Globals& globals, const Platform& platform)
 frmIeAuto::~frmIeAuto() = default;
 
 void frmIeAuto::BindEvents() {
+    controls_.cmdRec.onClick = [this] { recording_.cmdRec_Click(); };
     controls_.cmdPlay.onClick = [this] { cmdPlay_Click(); };
     controls_.cmdStop.onClick = [this] { cmdStop_Click(); };
     controls_.Timer1.onTimer = [this] { Timer1_Timer(); };
     controls_.lstDtList.onDblClick = [this] { edit_.mnuEdit_Click(); };
     controls_.lstDtList.onContext = [this] { form_->PopUp("mnuContext"); };
-    records_.onListChanged = [this] { SetMode("play check", true); };
+    records_.onListChanged = [this] {
+        // While one is recorded, no scenario can be played.
+        if (!globals_.ActivityContains("rec")) SetMode("play check", true);
+    };
+    records_.onSettled = [this] { recording_.ForgetRecovery(); };
+    recording_.onMode = [this](std::string_view mode) { SetMode(mode, true); };
+    recording_.onStopped = [this] {
+        if (std::exchange(close_when_stopped_, false)) form_->Close();
+    };
     scenario_.onOpened = [this] {
         MyTitle(globals_.current_file);
         recent_files_.Show();
@@ -52,10 +64,15 @@ void frmIeAuto::BindEvents() {
         splash_.reset();
         globals_.activity.clear();
         HoldBrowser(nullptr);
+        recording_.ForgetRecovery();
     };
 }
 
 bool frmIeAuto::Form_QueryUnload() {
+    if (globals_.ActivityContains("rec")) {
+        close_when_stopped_ = !recording_.Stop();
+        if (close_when_stopped_) return false;
+    }
     if (!scenario_.PromptSaveChanges(ScenarioFiles::Before::kClosing)) return false;
     // A run that only plays and closes leaves the user's settings as they are.
     if (!globals_.close_after_play) ConfSave();
@@ -76,7 +93,7 @@ void frmIeAuto::SelectRecord(int row) {
 }
 
 void frmIeAuto::cmdPlay_Click() {
-    if (playing_) return;
+    if (playing_ || globals_.ActivityContains("rec")) return;
     playing_ = true;
     page_failed_ = false;
     timed_out_ = false;
@@ -87,6 +104,10 @@ void frmIeAuto::cmdPlay_Click() {
 }
 
 void frmIeAuto::cmdStop_Click() {
+    if (globals_.ActivityContains("rec")) {
+        recording_.Stop();
+        return;
+    }
     SetMode("all", true);
     globals_.activity.clear();
     globals_.activity_detail.clear();
@@ -103,7 +124,9 @@ void frmIeAuto::Timer1_Timer() {
             globals_.current_file + "：" + std::to_string(controls_.lstDtList.ListIndex() + 1) +
                 " 行目の再生中、30 秒のあいだページの読み込みが完了しなかったため、終了しました。");
         form_->Close();
+        return;
     }
+    recording_.Poll();
 }
 
 void frmIeAuto::ShowMessage(const std::string& text, const std::string& title) {

@@ -15,6 +15,7 @@
 #include "app/frm_splash.h"
 #include "app/platform.h"
 #include "app/recent_files.h"
+#include "app/record_commands.h"
 #include "app/record_editor.h"
 #include "app/scenario_files.h"
 #include "player/player.h"
@@ -44,6 +45,12 @@ public:
     // Closes the window unless the user cancels. True when it is closed.
     bool Close() { return form_->Close(); }
     bool closed() const { return closed_; }
+
+    // Offers the recording that an earlier run of the program could not save.
+    void OfferRecovery() { recording_.OfferRecovery(); }
+
+    // The commands that record.
+    RecordCommands& recording() { return recording_; }
 
     // How the last run ended; kNothingToPlay before the first.
     RunEnd last_run() const { return last_run_; }
@@ -109,11 +116,13 @@ private:
     ScenarioFiles scenario_;
     FileList file_list_;
     RecentFiles recent_files_;
+    RecordCommands recording_;
     std::optional<frmSplash> splash_;
     Player player_;
     std::string title_;  // the caption while nothing is played
     bool playing_ = false;
     bool closed_ = false;
+    bool close_when_stopped_ = false;
     bool timed_out_ = false;  // by the watchdog
     RunEnd last_run_ = RunEnd::kNothingToPlay;
     bool page_failed_ = false;

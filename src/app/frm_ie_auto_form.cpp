@@ -59,6 +59,9 @@ constexpr auto kControls = std::to_array<ControlSpec>({
      kWideAtBottom,
      kReadOnly},
     {ControlKind::kTimer, "Timer1", -1, "", "", {}, kFixed, kDisabled, 1000},
+    {ControlKind::kTimer, "Timer2", -1, "", "", {}, kFixed, kNoFlags, 500},
+    {ControlKind::kTimer, "Timer3", -1, "", "", {}, kFixed, kDisabled, 300},
+    {ControlKind::kTimer, "tmrStop", -1, "", "", {}, kFixed, kDisabled, 10},
 });
 
 constexpr auto kMenus = std::to_array<MenuSpec>({
@@ -90,9 +93,12 @@ constexpr auto kMenus = std::to_array<MenuSpec>({
     {1, "mnuEditLine", "行をテキストで編集(&L)...", "Ctrl+E"},
     {1, "mnuEditAll", "全体をテキストで編集(&T)...", "Ctrl+Shift+E"},
     {0, "mnuRun", "実行(&R)"},
+    {1, "mnuRec", "記録(&R)", "F9"},
     {1, "mnuPlay", "再生(&P)", "F5"},
     {1, "mnuStop", "停止(&S)", "Shift+F5, Esc", kDisabled},
     {1, "mnuRunSpc1", "-"},
+    {1, "mnuRecBrowser", "記録用ブラウザーを開く(&B)", "Ctrl+B"},
+    {1, "mnuRunSpc2", "-"},
     {1, "mnuRepeat", "再生回数変更：現在値 1 回"},
     {0, "mnuView", "表示(&V)"},
     {1, "mnuDispTop", "常に手前に表示(&F)"},
@@ -141,6 +147,9 @@ MainControls::MainControls(Form& form)
       txtUrl(form.Find("txtUrl")),
       txthWnd(form.Find("txthWnd")),
       Timer1(form.Find("Timer1")),
+      Timer2(form.Find("Timer2")),
+      Timer3(form.Find("Timer3")),
+      tmrStop(form.Find("tmrStop")),
       mnuRepeat(form.Find("mnuRepeat")),
       mnuDispTop(form.Find("mnuDispTop")),
       mnuScrollBar(form.Find("mnuScrollBar")),

@@ -25,7 +25,10 @@ struct MainControls {
     Control& txtStatus;
     Control& txtUrl;
     Control& txthWnd;
-    Control& Timer1;
+    Control& Timer1;   // the poll for the active browser, and the watchdog of a run
+    Control& Timer2;   // the tag list
+    Control& Timer3;   // shows the chosen record in the page
+    Control& tmrStop;  // a stop that waits for an event to be recorded
     // The menu entries that show a state; the others are found where they are bound.
     Control& mnuRepeat;
     Control& mnuDispTop;

@@ -33,6 +33,8 @@ void frmIeAuto::BindMenus() {
         }
     });
 
+    bind("mnuRec", [this] { recording_.cmdRec_Click(); });
+    bind("mnuRecBrowser", [this] { recording_.mnuRecBrowser_Click(); });
     bind("mnuPlay", [this] { cmdPlay_Click(); });
     bind("mnuStop", [this] { cmdStop_Click(); });
 

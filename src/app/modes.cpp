@@ -23,6 +23,7 @@ void frmIeAuto::SetMode(std::string_view mode, bool on) {
     } else if (mode == "play check") {
         controls_.cmdPlay.SetEnabled(has_records);
     }
+    form_->Find("mnuRec").SetEnabled(controls_.cmdRec.Enabled());
     form_->Find("mnuPlay").SetEnabled(controls_.cmdPlay.Enabled());
     form_->Find("mnuStop").SetEnabled(controls_.cmdStop.Enabled());
 }

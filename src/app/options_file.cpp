@@ -27,6 +27,8 @@ void OptionsLoad(Options& options, const Files& files, const TextCodec& codec) {
         std::string value = StripQuotes(line.substr(equals + 1));
         if (key == "browser") {
             options.browser_path = std::move(value);
+        } else if (key == "debug address") {
+            options.debug_address = std::move(value);
         } else if (key == "recent" && !value.empty() &&
                    options.recent_files.size() < kMostRecentFiles) {
             options.recent_files.push_back(std::move(value));
@@ -37,6 +39,9 @@ void OptionsLoad(Options& options, const Files& files, const TextCodec& codec) {
 bool OptionsSave(const Options& options, Files& files, const TextCodec& codec) {
     std::string text =
         "browser = " + options.kept_browser_path.value_or(options.browser_path) + "\r\n";
+    if (!options.debug_address.empty()) {
+        text += "debug address = " + options.debug_address + "\r\n";
+    }
     for (const std::string& path : options.recent_files) text += "recent = " + path + "\r\n";
     std::string bytes;
     AppendEncoded(bytes, text, codec);

@@ -17,6 +17,7 @@ struct Platform {
     const TextCodec& codec;
     Processes& processes;
     BrowserLauncher& launcher;
+    BrowserWindows& browsers;
 };
 
 }  // namespace tamrin

@@ -64,12 +64,14 @@ void RecordEditor::Load(std::vector<std::string> lines) {
     list_.SetLines(std::move(lines));
     history_.Clear(true);
     globals_.unsaved = false;
+    if (onSettled) onSettled();
     if (onListChanged) onListChanged();
 }
 
 void RecordEditor::MarkSaved() {
     history_.MarkSaved();
     globals_.unsaved = false;
+    if (onSettled) onSettled();
 }
 
 void RecordEditor::SelectLine(int position) {

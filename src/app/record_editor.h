@@ -20,6 +20,8 @@ public:
 
     // Told after each change of the list.
     std::function<void()> onListChanged;
+    // Told when nothing is left that could be lost: the list was saved, or replaced by another.
+    std::function<void()> onSettled;
 
     void mnuAddUpper_Click();
     void mnuAddUnder_Click();

@@ -40,6 +40,9 @@ struct Options {
     std::string browser_path;  // the browser's executable; "" to look for one
     // What the file says about it, while the command line names another one for this run.
     std::optional<std::string> kept_browser_path;
+    // Address and port of a browser that lets itself be recorded, such as "127.0.0.1:9222"; "" to
+    // look for one.
+    std::string debug_address;
     std::vector<std::string> recent_files;  // full paths, the latest first
 };
 

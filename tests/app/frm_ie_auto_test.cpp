@@ -32,7 +32,7 @@ TEST_F(MainWindowTest, LoadsAndPlaysTheScenarioOfTheCommandLine) {
         files.contents["C:\\work\\order.csv"] = kScenario;
         web.calls.clear();
         Globals fresh;
-        frmIeAuto form(fresh, {windows, clock, files, codec, processes, web});
+        frmIeAuto form(fresh, {windows, clock, files, codec, processes, web, browsers});
         EXPECT_EQ(form.Form_Load(command_line), StartUp::kDone) << command_line;
         EXPECT_EQ(form.last_run(), RunEnd::kCompleted) << command_line;
         ASSERT_FALSE(web.calls.empty()) << command_line;

@@ -14,6 +14,7 @@
 #include "support/memory_files.h"
 #include "support/scripted_browser.h"
 #include "support/scripted_dialogs.h"
+#include "support/scripted_user.h"
 
 namespace tamrin::test {
 
@@ -60,8 +61,9 @@ protected:
     PosixTextCodec codec;
     QuietProcesses processes;
     ScriptedWeb web{clock};
+    ScriptedWindows browsers;
     Globals globals;
-    frmIeAuto window{globals, {windows, clock, files, codec, processes, web}};
+    frmIeAuto window{globals, {windows, clock, files, codec, processes, web, browsers}};
 };
 
 }  // namespace tamrin::test

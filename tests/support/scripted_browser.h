@@ -96,11 +96,12 @@ public:
     std::uint64_t handle = 1;
     int brought_to_front = 0;
 
-protected:
+    // Tells the subscribers in DoEvents.
     void Tell(std::function<void(BrowserEvents&)> event);
+    // Shows another page after the time that it takes to load.
     void Load(const std::string& address);
-    ScriptedWeb& web() { return web_; }
     const std::shared_ptr<ScriptedPage>& page() const { return page_; }
+    std::vector<BrowserEvents*> subscribers() const { return subscribers_; }
 
 private:
     class Subscription;

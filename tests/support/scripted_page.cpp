@@ -177,8 +177,12 @@ private:
 ScriptedPage::ScriptedPage(ScriptedWeb& web, std::string address, const std::string& html)
     : web_(web), address_(std::move(address)), root_(ParseHtml(html)) {
     root_->tag = "BODY";
+    active_ = &Body();
+}
+
+Node& ScriptedPage::Body() {
     const auto bodies = root_->Below("BODY");
-    active_ = bodies.empty() ? root_.get() : bodies.front();
+    return bodies.empty() ? *root_ : *bodies.front();
 }
 
 Page ScriptedPage::Load(ScriptedWeb& web, const std::string& address) {
@@ -227,10 +231,16 @@ void ScriptedPage::Leave() {
     }
 }
 
-void ScriptedPage::Tell(const Moment& moment, const std::function<void(DocumentEvents&)>& tell) {
+void ScriptedPage::During(const Moment& moment, const std::function<void()>& act) {
     moment_ = &moment;
-    for (DocumentEvents* events : std::vector<DocumentEvents*>(subscribers_)) tell(*events);
+    act();
     moment_ = nullptr;
+}
+
+void ScriptedPage::Tell(const Moment& moment, const std::function<void(DocumentEvents&)>& tell) {
+    During(moment, [&] {
+        for (DocumentEvents* events : std::vector<DocumentEvents*>(subscribers_)) tell(*events);
+    });
 }
 
 Document ScriptedPage::MakeDocument() {

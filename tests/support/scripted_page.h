@@ -41,6 +41,8 @@ public:
     Node& root() { return *root_; }
     // The element with that id or name; null when there is none.
     Node* Find(const std::string& name);
+    // What is active when nothing has the focus.
+    Node& Body();
     // The page in a frame, the same one at each call.
     std::shared_ptr<ScriptedPage> FramePage(Node& frame);
 
@@ -53,6 +55,8 @@ public:
     void Leave();
     bool gone() const { return gone_; }
 
+    // Runs `act` as if that moment were now.
+    void During(const Moment& moment, const std::function<void()>& act);
     // Runs `tell` for each subscriber in that moment.
     void Tell(const Moment& moment, const std::function<void(DocumentEvents&)>& tell);
     std::vector<DocumentEvents*>& subscribers() { return subscribers_; }

@@ -1,0 +1,182 @@
+#include "app/record_commands.h"
+
+namespace tamrin {
+namespace {
+
+constexpr int kAttachPasses = 100;  // of 10 ms, for a window that comes to the front
+
+constexpr const char* kQuestion =
+    "現在の記録データは破棄して新規記録しますか？\r\n"
+    "　「はい」→新規記録\r\n"
+    "　「いいえ」→追記記録\r\n"
+    "　「キャンセル」→中止";
+
+constexpr const char* kNoBrowser = "対象のWebページを表示（アクティブに）して下さい。";
+
+constexpr const char* kExplanation =
+    "記録できるブラウザーが開かれていません。\r\n\r\n"
+    "メニュー「実行」の「記録用ブラウザーを開く」でブラウザーを開き、記録したいページを表示してから、"
+    "もう一度「記録」を押してください。\r\n\r\n"
+    "お使いのブラウザーを記録するには、アドレス欄に chrome://inspect/#remote-debugging"
+    "（Edge では edge://inspect/#remote-debugging）と入力し、リモートデバッグを許可してください。";
+
+constexpr const char* kPassword =
+    "記録した内容にパスワードが含まれています。\r\n\r\n"
+    "シナリオのファイルには、パスワードがそのまま読める形で保存されます。"
+    "設定の「記録データの暗号化」を選ぶと見えにくくなりますが、隠すだけで、守るものではありません。"
+    "ファイルの置き場所にご注意ください。";
+
+}  // namespace
+
+RecordCommands::RecordCommands(Globals& globals, const Platform& platform, Form& form,
+                               MainControls& controls, RecordEditor& records)
+    : globals_(globals),
+      platform_(platform),
+      form_(form),
+      controls_(controls),
+      records_(records),
+      attachment_(globals, platform.browsers, controls.txtUrl, controls.txthWnd),
+      recorder_(globals, platform.clock, *this),
+      recovery_(platform.files, platform.codec),
+      tags_(globals, controls, records, [this] {
+          return globals_.ActivityContains("rec") ? recorder_.browser() : attachment_.browser();
+      }) {
+    controls_.tmrStop.onTimer = [this] { Stop(); };
+}
+
+void RecordCommands::cmdRec_Click() {
+    if (starting_ || !globals_.activity.empty()) return;
+    starting_ = true;
+    Begin();
+    starting_ = false;
+}
+
+void RecordCommands::Begin() {
+    SetStatus("");
+    RecordKind kind = RecordKind::kNew;
+    bool discard = false;
+    if (RecordCount() > 0 && globals_.unsaved) {
+        const Answer answer =
+            platform_.windows.dialogs().MsgBox(kQuestion, "既存データあり", Buttons::kYesNoCancel);
+        if (answer == Answer::kCancel) return;
+        if (answer == Answer::kNo) kind = RecordKind::kAppend;
+        discard = answer == Answer::kYes;
+    }
+    if (!Attached() && !WaitForBrowser()) {
+        ShowMessage(kNoBrowser, "Tamrin");
+        ExplainBrowsers();
+        return;
+    }
+    if (discard) records_.Replace(0, RecordCount(), {});
+    controls_.optDispNothing.SetChecked(true);
+    controls_.lstCsv.SetListIndex(-1);
+    Start(attachment_.browser(), kind, recovery_.DefaultPath());
+}
+
+bool RecordCommands::Attached() const {
+    return attachment_.browser() && attachment_.browser()->Alive() &&
+           !controls_.txtUrl.Text().empty();
+}
+
+bool RecordCommands::WaitForBrowser() {
+    const auto windows = platform_.browsers.Visible();
+    if (!windows.empty()) windows.front()->SetForeground();
+    for (int pass = 0; pass < kAttachPasses; ++pass) {
+        platform_.clock.DoEvents();
+        if (pass % 10 == 0) attachment_.AttachActiveBrowser();
+        if (Attached()) return globals_.activity.empty();
+        platform_.clock.Sleep(10);
+    }
+    return false;
+}
+
+void RecordCommands::ExplainBrowsers() {
+    if (explained_ || !platform_.browsers.Visible().empty()) return;
+    explained_ = true;
+    ShowMessage(kExplanation, "記録の準備");
+}
+
+void RecordCommands::mnuRecBrowser_Click() {
+    std::string why;
+    if (!platform_.browsers.Open("", why)) ShowMessage(why, "ブラウザを起動できません");
+}
+
+void RecordCommands::Start(const std::shared_ptr<Browser>& browser, RecordKind kind,
+                           const std::string& recovery) {
+    recovery_.Begin(recovery, records_.Lines(), globals_.settings.cipher);
+    recorder_.Start(browser, kind);
+    if (onMode) onMode("rec");
+}
+
+bool RecordCommands::Stop() {
+    if (!globals_.ActivityContains("rec")) {
+        controls_.tmrStop.SetEnabled(false);
+        return true;
+    }
+    if (stopping_) return false;
+    if (recorder_.Handling()) {
+        // The event that is being recorded goes first, and those that wait behind it.
+        controls_.tmrStop.SetEnabled(true);
+        return false;
+    }
+    controls_.tmrStop.SetEnabled(false);
+    stopping_ = true;
+    recorder_.Finish();
+    const std::shared_ptr<Browser> browser = recorder_.browser();
+    recorder_.Release();
+    globals_.activity.clear();
+    globals_.activity_detail.clear();
+    if (onMode) onMode("all");
+    if (browser) browser->SetForeground();
+    stopping_ = false;
+    TellOfPassword();
+    if (onStopped) onStopped();
+    return true;
+}
+
+// Not where it is recorded: a box would take the focus from the page in the middle of the work.
+void RecordCommands::TellOfPassword() {
+    if (told_of_password_ || !recorder_.has_password()) return;
+    told_of_password_ = true;
+    ShowMessage(kPassword, "パスワードの記録");
+}
+
+void RecordCommands::Poll() {
+    attachment_.AttachActiveBrowser();
+    if (attachment_.TakeChanged()) tags_.Outdate();
+}
+
+void RecordCommands::OfferRecovery() {
+    const auto lines = recovery_.TakeOver();
+    if (!lines) return;
+    const Answer answer = platform_.windows.dialogs().MsgBox(
+        "前回、保存されなかった記録が " + std::to_string(lines->size()) +
+            " 行残っています。復元しますか？\r\n"
+            "　「はい」→復元\r\n　「いいえ」→破棄",
+        "記録の復元", Buttons::kYesNo);
+    if (answer != Answer::kYes) {
+        recovery_.Remove();
+        return;
+    }
+    records_.Replace(0, RecordCount(), *lines);
+}
+
+void RecordCommands::AppendRecord(const std::string& line) {
+    records_.Replace(RecordCount(), 0, {line});
+    if (!recovery_.Append(line)) SetStatus("復元用のファイルに書き込めません。");
+}
+
+void RecordCommands::ShowMessage(const std::string& text, const std::string& title) {
+    platform_.windows.dialogs().MsgBox(text, title);
+}
+
+void RecordCommands::ShowNotice(const std::string& text) {
+    notice_.emplace(platform_.windows, text, form_);
+}
+
+void RecordCommands::BrowserClosed() {
+    SetStatus("ブラウザーが閉じられました。「停止」を押すと記録を終わります。");
+    tags_.Outdate();
+}
+
+}  // namespace tamrin

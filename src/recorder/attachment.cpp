@@ -1,0 +1,72 @@
+#include "recorder/attachment.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <charconv>
+#include <utility>
+
+namespace tamrin {
+
+Attachment::Attachment(const Globals& globals, BrowserWindows& windows, Control& txtUrl,
+                       Control& txthWnd)
+    : globals_(globals), windows_(windows), txtUrl_(txtUrl), txthWnd_(txthWnd) {
+    txthWnd_.onDblClick = [this] { txthWnd_DblClick(); };
+    txthWnd_.onClick = [this] { BringToFront(); };
+    txtUrl_.onClick = [this] { BringToFront(); };
+}
+
+void Attachment::AttachActiveBrowser() {
+    if (!globals_.activity.empty()) return;
+    if (target_ie_ && !target_ie_->Alive()) Detach();
+    if (windows_.Visible().empty()) {
+        Detach();
+        return;
+    }
+    const std::shared_ptr<Browser> active = windows_.Focused();
+    if (!active) return;
+    const std::string url = active->document().url();
+    if (active != target_ie_ || url != txtUrl_.Text() || txthWnd_.Text().empty()) {
+        Attach(active, url);
+    }
+}
+
+void Attachment::Attach(std::shared_ptr<Browser> browser, const std::string& url) {
+    changed_ = true;
+    target_ie_ = std::move(browser);
+    handle_ = target_ie_->Handle();
+    ShowHandle();
+    txtUrl_.SetText(url);
+}
+
+void Attachment::Detach() {
+    changed_ |= target_ie_ != nullptr;
+    target_ie_.reset();
+    handle_ = 0;
+    txtUrl_.SetText("");
+    txthWnd_.SetText("");
+}
+
+bool Attachment::TakeChanged() { return std::exchange(changed_, false); }
+
+void Attachment::txthWnd_DblClick() {
+    hexadecimal_ = !hexadecimal_;
+    txthWnd_.SetTip(hexadecimal_ ? "ウィンドウハンドル（16進）" : "ウィンドウハンドル（十進）");
+    if (!txthWnd_.Text().empty()) ShowHandle();
+}
+
+void Attachment::ShowHandle() {
+    std::array<char, 20> digits;
+    const auto end =
+        std::to_chars(digits.begin(), digits.end(), handle_, hexadecimal_ ? 16 : 10).ptr;
+    std::transform(digits.begin(), end, digits.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
+    txthWnd_.SetText(
+        std::string_view(digits.data(), static_cast<std::size_t>(end - digits.data())));
+}
+
+void Attachment::BringToFront() {
+    if (target_ie_) target_ie_->SetForeground();
+}
+
+}  // namespace tamrin

@@ -1,0 +1,123 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/browser.h"
+#include "platform/clock.h"
+#include "recorder/page_link.h"
+#include "recorder/recorder_host.h"
+#include "state/globals.h"
+
+namespace tamrin {
+
+// What a recording begins with: a new scenario, or one that it goes on with.
+enum class RecordKind { kNew, kAppend };
+
+// Turns what a user does in a browser window into records of the list, from Start to Finish.
+class Recorder : private BrowserEvents, private PageListener {
+public:
+    Recorder(Globals& globals, Clock& clock, RecorderHost& host)
+        : globals_(globals), clock_(clock), host_(host) {}
+    Recorder(const Recorder&) = delete;
+    Recorder& operator=(const Recorder&) = delete;
+
+    // Connects to the window and sets the activity to "rec".
+    void Start(std::shared_ptr<Browser> browser, RecordKind kind);
+
+    // Whether a handler is at work; it may wait, and so let the user do something else meanwhile.
+    bool Handling() const { return handling_ > 0; }
+
+    // Handles what the user has done until now, and records the field that still has the focus if
+    // its value has changed. Not while a handler is at work.
+    void Finish();
+
+    // Ends all connections.
+    void Release();
+
+    // The recorded window; null when nothing is recorded or it is closed.
+    const std::shared_ptr<Browser>& browser() const { return browser_; }
+    // Its top document as it is recorded.
+    const Document& document() const;
+
+    // Whether this recording holds a password.
+    bool has_password() const { return has_password_; }
+
+private:
+    // BrowserEvents
+    void DocumentComplete(bool top) override;
+    void BeforeNavigate2(const std::string& url) override;
+    void NavigateComplete2() override;
+    void NavigateError(const std::string& url, const std::string& reason) override;
+    void OnQuit() override;
+
+    // PageListener
+    void onclick(PageLink& page) override;
+    void onfocusin(PageLink& page) override;
+    void onbeforedeactivate(PageLink& page) override;
+    void onkeypress(PageLink& page, int key_code) override;
+    void onsubmit(PageLink& page) override;
+
+    // What Enter in a field presses: the keys of the record of that click.
+    struct DefaultButton {
+        std::string id;
+        std::string type;
+        std::string value;
+    };
+
+    // watch.cpp
+    std::unique_ptr<PageLink> Link(const Document& document, const Element& frame);
+    void ConnectDocument();
+    void ConnectFrames();
+    PageLink* FrameWith(const Element& frame);
+    void WatchActiveElement(PageLink& page);
+    void WatchFrame(const Element& frame);
+    void Watch(const PageLink& page, Element element);
+    static std::string InputText(const Element& field);
+    void CheckClickedFrame(PageLink& page);
+    static std::optional<DefaultButton> FindDefaultButton(const PageLink& page);
+
+    // record_event.cpp
+    void RecordEvent(std::string_view event, const PageLink* page);
+    void Record(const std::string& id, const std::string& type, const std::string& value,
+                std::string_view event);
+    void RecordUrl();
+    void Pause();
+    bool Recording() const { return globals_.ActivityContains("rec"); }
+
+    // A handler at work.
+    class Handler;
+
+    Globals& globals_;
+    Clock& clock_;
+    RecorderHost& host_;
+    RecordKind kind_ = RecordKind::kNew;
+
+    std::shared_ptr<Browser> browser_;
+    std::unique_ptr<Connection> event_ie_;
+    std::unique_ptr<PageLink> event_doc_;
+    std::vector<std::unique_ptr<PageLink>> frames_;  // of the page, one level deep
+    std::string address_;                            // of the page
+    WindowState window_;                             // as it was at the start
+    bool connected_early_ = false;                   // to a page that is not complete yet
+
+    Element watch_elm_;
+    std::string watch_value_;
+    std::string watch_text_;  // what leaving it would have recorded at that moment
+    bool watch_left_ = true;  // the focus has left the watched element since
+    // What was recorded of the watched element when Enter sent its form.
+    std::optional<std::string> sent_text_;
+    std::optional<DefaultButton> form_button_;     // of the watched field's form
+    std::optional<DefaultButton> default_button_;  // that Enter has just pressed
+
+    int handling_ = 0;
+    std::uint32_t handled_at_ = 0;  // when the last handler ended
+    bool paused_ = false;           // in a handler since events come one behind the other
+    bool has_password_ = false;
+};
+
+}  // namespace tamrin

@@ -1,0 +1,128 @@
+// What the recorder watches: the focused element, in the page or in one of its frames.
+
+#include "browser/element_keys.h"
+#include "platform/text.h"
+#include "recorder/current_value.h"
+#include "recorder/event_record.h"
+#include "recorder/field_kinds.h"
+#include "recorder/recorder.h"
+
+namespace tamrin {
+
+std::unique_ptr<PageLink> Recorder::Link(const Document& document, const Element& frame) {
+    PageListener& listener = *this;
+    return std::make_unique<PageLink>(listener, document, frame);
+}
+
+void Recorder::ConnectDocument() {
+    frames_.clear();
+    event_doc_.reset();
+    const Document document = browser_->document();
+    if (!document) return;
+    address_ = document.url();
+    event_doc_ = Link(document, Element());
+    ConnectFrames();
+    // The page may have given the focus to a field before anyone listened.
+    watch_left_ = true;
+    WatchActiveElement(*event_doc_);
+}
+
+// All frames are listened to at once: the first click into one may come before anything can be
+// connected to it.
+void Recorder::ConnectFrames() {
+    if (!event_doc_) return;
+    std::vector<std::unique_ptr<PageLink>> links;
+    for (const Frame& frame : event_doc_->document().frames()) {
+        if (!frame.document) continue;
+        std::unique_ptr<PageLink> link;
+        for (auto& old : frames_) {
+            // A page that has gone has no active element.
+            const bool same = old && old->frame() == frame.element;
+            if (same && old->document().activeElement()) link = std::move(old);
+        }
+        if (!link) link = Link(frame.document, frame.element);
+        links.push_back(std::move(link));
+    }
+    frames_ = std::move(links);
+}
+
+PageLink* Recorder::FrameWith(const Element& frame) {
+    for (const auto& link : frames_) {
+        if (frame && link->frame() == frame) return link.get();
+    }
+    return nullptr;
+}
+
+void Recorder::WatchActiveElement(PageLink& page) {
+    if (!browser_ || !Recording()) return;
+    const Element active = page.document().activeElement();
+    if (!active) return;
+    if (!page.in_frame() && IsFrameElement(active)) {
+        WatchFrame(active);
+        return;
+    }
+    Watch(page, active);
+    const bool secret = EqualsIgnoreCase(GetElementType(active), "password");
+    host_.SetStatus(secret ? std::string() : watch_value_);
+}
+
+void Recorder::WatchFrame(const Element& frame) {
+    if (!FrameWith(frame)) ConnectFrames();
+    const PageLink* const link = FrameWith(frame);
+    watch_elm_ = link ? link->document().activeElement() : Element();
+    watch_value_ = GetCurrentValue(watch_elm_);
+    // The frame's own focus event follows, which knows the value at that moment.
+    watch_left_ = true;
+}
+
+// A field that is watched already keeps the value that it had when it got the focus, whether the
+// user clicks into it again or comes back from another window: what was typed before counts.
+void Recorder::Watch(const PageLink& page, Element element) {
+    const bool again = !watch_left_ && element == watch_elm_;
+    watch_elm_ = std::move(element);
+    if (again) return;
+    watch_left_ = false;
+    sent_text_.reset();
+    watch_value_ = GetCurrentValue(watch_elm_);
+    watch_text_ = InputText(watch_elm_);
+    form_button_ = FindDefaultButton(page);
+}
+
+// What leaving the field now would record as its value.
+std::string Recorder::InputText(const Element& field) {
+    const auto input = ReadEvent("input", field, GetElementType(field), field);
+    return input ? input->value : std::string();
+}
+
+// A click into a field watches it, also when it had the focus before anyone listened.
+void Recorder::CheckClickedFrame(PageLink& page) {
+    PageLink* target = &page;
+    const Element active = page.document().activeElement();
+    if (active.tagName() == "IFRAME") target = FrameWith(active);
+    if (!target) return;
+    const Element field = target == &page ? active : target->document().activeElement();
+    const FieldKind kind = FieldKindOf(GetElementType(field));
+    if (kind == FieldKind::kText || kind == FieldKind::kUntyped) WatchActiveElement(*target);
+}
+
+// The submit button of the active field's form, which Enter presses.
+std::optional<Recorder::DefaultButton> Recorder::FindDefaultButton(const PageLink& page) {
+    const Element field = page.document().activeElement();
+    if (!EqualsIgnoreCase(field.tagName(), "INPUT")) return std::nullopt;
+    // Enter on a button presses that button, which has the focus: its click is recorded as such.
+    if (FieldKindOf(GetElementType(field)) == FieldKind::kButton) return std::nullopt;
+    const Element form = field.form();
+    if (!form) return std::nullopt;
+    for (const char* tag : {"INPUT", "BUTTON"}) {
+        for (const Element& element : page.document().getElementsByTagName(tag)) {
+            const std::string type = GetElementType(element);
+            if (!EqualsIgnoreCase(type, "submit") && !EqualsIgnoreCase(type, "image")) continue;
+            if (!(element.form() == form)) continue;
+            const auto click = ReadEvent("click", element, type, element);
+            return DefaultButton{GetElementId(element), type, click ? click->value : ""};
+        }
+    }
+    return std::nullopt;
+}
+
+}  // namespace tamrin
