@@ -49,6 +49,9 @@ public:
     // Offers the recording that an earlier run of the program could not save.
     void OfferRecovery() { recording_.OfferRecovery(); }
 
+    // Saves the records as a scenario file; false, and a message, when that fails.
+    bool SaveTo(const std::string& path) { return scenario_.WriteScenarioFile(path); }
+
     // The commands that record.
     RecordCommands& recording() { return recording_; }
 

@@ -5,6 +5,8 @@
 
 #include "app/console_report.h"
 #include "app/frm_ie_auto.h"
+#include "app/profile_folder.h"
+#include "platform/chromium/chromium_windows.h"
 #include "platform/chromium/launcher.h"
 #include "platform/windows/clock.h"
 #include "platform/windows/entry.h"
@@ -27,14 +29,20 @@ int Main(const std::string& command_line) {
     ChromiumLauncher launcher(
         processes, files, clock,
         {.executable = [&] { return globals.options.browser_path; }, .stop_requested = nullptr});
-    frmIeAuto window(globals, {windows, clock, files, codec, processes, launcher});
+    ChromiumWindows browsers(processes, files, clock,
+                             {.executable = [&] { return globals.options.browser_path; },
+                              .debug_address = [&] { return globals.options.debug_address; },
+                              .profile_folder = ProfileFolder(processes, files)});
+    frmIeAuto window(globals, {windows, clock, files, codec, processes, launcher, browsers});
     std::ostream nowhere(nullptr);
     ConsoleReport report(nowhere);
     window.onRecordDone = [&](const RecordReport& record) { report.Record(record); };
     clock.AddSource([&] { launcher.DeliverEvents(); });
+    clock.AddSource([&] { browsers.DeliverEvents(); });
 
     const StartUp start = window.Form_Load(command_line);
     const ExitCode code = report.Result(start, window);
+    if (start == StartUp::kDone && !globals.auto_play) window.OfferRecovery();
     while (!window.closed()) clock.WaitForEvents();
     return start != StartUp::kDone || globals.auto_play ? code : kPlayed;
 }

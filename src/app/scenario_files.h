@@ -55,11 +55,12 @@ public:
     // Says that it cannot be done while something runs; true when nothing does.
     bool Idle();
 
+    // Writes the list, and says so when that fails.
+    bool WriteScenarioFile(const std::string& path);
+
 private:
     // Asks before the open file is overwritten where that would lose something.
     bool MayOverwrite(const std::string& path);
-    // Writes the list, and says so when that fails.
-    bool WriteScenarioFile(const std::string& path);
     void Show(const std::string& text, const std::string& title);
     void SetFile(const std::string& path);
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "app/main_window_rig.h"
+#include "app/options_file.h"
 
 namespace tamrin::test {
 namespace {
@@ -88,9 +89,14 @@ TEST_F(MainWindowTest, ReadsTheOtherSwitches) {
 }
 
 TEST_F(MainWindowTest, TakesTheBrowserFromOptionsUnlessTheCommandLineNamesOne) {
-    files.contents["C:\\tamrin\\Options.txt"] = "junk\r\na=b=c\r\n Browser =  C:\\x.exe\n";
+    files.contents["C:\\tamrin\\Options.txt"] =
+        "junk\r\na=b=c\r\n Browser =  C:\\x.exe\ndebug address = 127.0.0.1:9222";
     window.Form_Load("");
     EXPECT_EQ(globals.options.browser_path, "C:\\x.exe");
+    EXPECT_EQ(globals.options.debug_address, "127.0.0.1:9222");
+    ASSERT_TRUE(OptionsSave(globals.options, files, codec));
+    EXPECT_EQ(files.contents["C:\\tamrin\\Options.txt"],
+              "browser = C:\\x.exe\r\ndebug address = 127.0.0.1:9222\r\n");
 }
 
 TEST_F(MainWindowTest, SwitchesTheButtonsByMode) {
