@@ -1,5 +1,8 @@
 #include "browser/find_link.h"
 
+#include <string>
+#include <utility>
+
 #include "browser/element_keys.h"
 #include "platform/text.h"
 
@@ -15,17 +18,26 @@ void CountByHref(const std::vector<Element>& links, std::string_view target, Lin
     }
 }
 
-// A link's text without the white space around it, as the page shows it.
-std::string_view Trimmed(std::string_view text) {
+// A link's text on one line, with one blank for each run of white space and none around it: a
+// record writes its line ends and tabs otherwise than the page.
+std::string Folded(std::string_view text) {
     constexpr std::string_view kWhite = " \t\r\n";
-    const auto first = text.find_first_not_of(kWhite);
-    if (first == std::string_view::npos) return {};
-    return text.substr(first, text.find_last_not_of(kWhite) - first + 1);
+    std::string folded;
+    folded.reserve(text.size());
+    bool white = false;
+    for (const char c : text) {
+        const bool was_white = std::exchange(white, kWhite.find(c) != std::string_view::npos);
+        if (white) continue;
+        if (was_white && !folded.empty()) folded += ' ';
+        folded += c;
+    }
+    return folded;
 }
 
 void TakeFirstByText(const std::vector<Element>& links, std::string_view target, LinkMatch& match) {
+    const std::string text = Folded(target);
     for (const Element& link : links) {
-        if (!EqualsIgnoreCase(Trimmed(link.innerText()), Trimmed(target))) continue;
+        if (!EqualsIgnoreCase(Folded(link.innerText()), text)) continue;
         match.count = 1;
         match.link = link;
         return;

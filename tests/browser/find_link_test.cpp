@@ -32,6 +32,7 @@ TEST_F(FindLinkByHrefTest, CountsAddressesAndTakesTheFirstText) {
          "2"},
         {"<a id=1 href=a>次へ</a><a id=2 href=b>次へ</a>", "次へ", 1, "1"},
         {"<a id=1 href=a> <b>Next</b> </a>", "next", 1, "1"},
+        {"<a id=1 href=a>two\n lines</a>", "two\r\nlines", 1, "1"},
         {"<a id=1 href=a>x</a>", "y", 0, ""},
         {"<a id=1 href=a>x</a>", "http://h/a", 0, ""},
     };
