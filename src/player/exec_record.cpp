@@ -94,6 +94,7 @@ RecordExecutor::Fields RecordExecutor::ReadFields(int row) {
     record.clicks = StartsWithIgnoreCase(record.act, "click");
     record.real_click =
         globals_.settings.mouse_click || EqualsIgnoreCase(record.act, "click_mouse");
+    record.radio_value = DecodeItemValue(GetRecordItem(line, "value"));
     record.indt = Expand(GetRecordItem(line, "indt"), false);
     return record;
 }
@@ -180,12 +181,14 @@ StepResult RecordExecutor::SetValue(const Element& element, const Fields& record
 StepResult RecordExecutor::SetChecked(const Element& element, const Fields& record) {
     Element target = element;
     std::optional<bool> checked = TruthValue(record.indt);
-    if (!checked && EqualsIgnoreCase(GetElementType(element), "radio")) {
-        // Not a state but a value: the button of the group that stands for it.
+    // The button of a group that a value stands for, be it in an item of its own or, in a record
+    // written by hand, in place of the state.
+    const std::string& value = checked ? record.radio_value : record.indt;
+    if (!value.empty() && EqualsIgnoreCase(GetElementType(element), "radio")) {
         target = FindThroughFrames(browser_->document(), [&](const Document& page) {
-            return RadioWithValue(page, element.name(), record.indt);
+            return RadioWithValue(page, element.name(), value);
         });
-        if (target) checked = true;
+        if (target && !checked) checked = true;
     }
     if (!checked || !target.Change("checked", *checked ? "True" : "False")) {
         return Invalid(element, record);

@@ -44,9 +44,10 @@ private:
         std::string act;
         std::string id;
         std::string type;
-        std::string indt;     // unescaped, reserved texts expanded
-        int wait_ms = 0;      // the user's wait before the action
-        bool clicks = false;  // the action is one of the clicks
+        std::string indt;         // unescaped, reserved texts expanded
+        std::string radio_value;  // of the button of a group, "" where none is named
+        int wait_ms = 0;          // the user's wait before the action
+        bool clicks = false;      // the action is one of the clicks
         bool real_click = false;
     };
 

@@ -2,6 +2,7 @@
 
 #include "browser/element_keys.h"
 #include "platform/browser.h"
+#include "platform/text.h"
 #include "recorder/field_kinds.h"
 #include "scenario/record.h"
 
@@ -50,10 +51,15 @@ std::optional<EventValue> ReadClick(const Element& watched, std::string_view typ
     }
 }
 
+std::string RadioValue(const Element& button, std::string_view type) {
+    const bool by_name = EqualsIgnoreCase(type, "radio") && button.id().empty();
+    return by_name ? CleanValue(button.value()) : std::string();
+}
+
 std::optional<EventValue> ReadInput(const Element& watched, std::string_view type) {
     switch (FieldKindOf(type)) {
         case FieldKind::kCheck:
-            return EventValue{std::string(type), watched.checked()};
+            return EventValue{std::string(type), watched.checked(), RadioValue(watched, type)};
         case FieldKind::kSelect:
             return EventValue{std::string(type), watched.selectedIndex()};
         case FieldKind::kText:
@@ -82,9 +88,10 @@ std::string CleanValue(std::string_view text) {
     return value.substr(first, value.find_last_not_of(' ') - first + 1);
 }
 
-std::string BuildEventRecord(std::string_view id, std::string_view type, std::string_view value,
-                             std::string_view event) {
-    return BuildElementRecord(event, id, type, value);
+std::string BuildEventRecord(std::string_view id, const EventValue& read, std::string_view event) {
+    std::string line = BuildElementRecord(event, id, read.type, read.value);
+    if (!read.radio_value.empty()) line.append(",value=").append(read.radio_value);
+    return line;
 }
 
 std::string BuildUrlRecord(const WindowState& window, std::string_view address) {

@@ -14,6 +14,9 @@ struct WindowState;
 struct EventValue {
     std::string type;
     std::string value;  // cleaned
+    // The value of a radio button without an id of its own, which its name alone does not tell from
+    // the others of its group.
+    std::string radio_value = {};
 
     bool operator==(const EventValue&) const = default;
 };
@@ -28,9 +31,9 @@ std::optional<EventValue> ReadEvent(std::string_view event, const Element& watch
 // and with a blank for each tab, which no record can hold.
 std::string CleanValue(std::string_view text);
 
-// The lines of an element's event and of the page that a recording begins with.
-std::string BuildEventRecord(std::string_view id, std::string_view type, std::string_view value,
-                             std::string_view event);
+// The lines of an element's event and of the page that a recording begins with. That of a radio
+// button with a radio_value has it as an item "value" behind the others.
+std::string BuildEventRecord(std::string_view id, const EventValue& read, std::string_view event);
 std::string BuildUrlRecord(const WindowState& window, std::string_view address);
 
 }  // namespace tamrin

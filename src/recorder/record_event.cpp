@@ -54,20 +54,19 @@ void Recorder::RecordEvent(std::string_view event, const PageLink* page) {
     }
     const bool unchanged = !watch_value_.empty() && CleanValue(watch_value_) == read->value;
     if (globals_.settings.rec_change_only && unchanged) return;
-    Record(id, read->type, read->value, event);
+    Record(id, *read, event);
 }
 
-void Recorder::Record(const std::string& id, const std::string& type, const std::string& value,
-                      std::string_view event) {
-    if (id.empty() && type.empty() && value.empty()) {
+void Recorder::Record(const std::string& id, const EventValue& read, std::string_view event) {
+    if (id.empty() && read.type.empty() && read.value.empty()) {
         host_.SetStatus("All null data event!");
         return;
     }
-    const std::string line = BuildEventRecord(id, type, value, event);
+    const std::string line = BuildEventRecord(id, read, event);
     const int count = host_.RecordCount();
     if (count == 0 || host_.Record(count - 1) != line) host_.AppendRecord(line);
     host_.SelectRecord(host_.RecordCount() - 1);
-    has_password_ |= EqualsIgnoreCase(type, "password");
+    has_password_ |= EqualsIgnoreCase(read.type, "password");
 }
 
 void Recorder::RecordUrl() {

@@ -173,7 +173,7 @@ void Recorder::onsubmit(PageLink& page) {
     const DefaultButton button = *std::exchange(default_button_, std::nullopt);
     RecordEvent("input", &page);
     sent_text_ = InputText(watch_elm_);
-    Record(button.id, button.type, button.value, "click");
+    Record(button.id, button.click, "click");
 }
 
 }  // namespace tamrin

@@ -9,6 +9,7 @@
 
 #include "platform/browser.h"
 #include "platform/clock.h"
+#include "recorder/event_record.h"
 #include "recorder/page_link.h"
 #include "recorder/recorder_host.h"
 #include "state/globals.h"
@@ -65,8 +66,7 @@ private:
     // What Enter in a field presses: the keys of the record of that click.
     struct DefaultButton {
         std::string id;
-        std::string type;
-        std::string value;
+        EventValue click;
     };
 
     // watch.cpp
@@ -83,8 +83,7 @@ private:
 
     // record_event.cpp
     void RecordEvent(std::string_view event, const PageLink* page);
-    void Record(const std::string& id, const std::string& type, const std::string& value,
-                std::string_view event);
+    void Record(const std::string& id, const EventValue& read, std::string_view event);
     void RecordUrl();
     void Pause();
     bool Recording() const { return globals_.ActivityContains("rec"); }

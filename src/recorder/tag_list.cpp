@@ -53,7 +53,7 @@ std::string RecordOfElement(const Element& element) {
     const auto read = ReadEvent(event, element, type, element);
     const std::string id = GetElementId(element);
     if (!read || (id.empty() && read->type.empty() && read->value.empty())) return "";
-    return BuildEventRecord(id, read->type, read->value, event);
+    return BuildEventRecord(id, *read, event);
 }
 
 }  // namespace tamrin

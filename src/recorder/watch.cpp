@@ -119,7 +119,7 @@ std::optional<Recorder::DefaultButton> Recorder::FindDefaultButton(const PageLin
             if (!EqualsIgnoreCase(type, "submit") && !EqualsIgnoreCase(type, "image")) continue;
             if (!(element.form() == form)) continue;
             const auto click = ReadEvent("click", element, type, element);
-            return DefaultButton{GetElementId(element), type, click ? click->value : ""};
+            if (click) return DefaultButton{GetElementId(element), *click};
         }
     }
     return std::nullopt;

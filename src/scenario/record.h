@@ -14,10 +14,10 @@ struct WindowPlace;
 //
 // The line is the only form in which the program holds a record; every reader takes fields from it.
 
-// Answers the value of the item `key` ("id", "type", "indt", "size_bar", "userwait"), letter case
-// ignored; the first such item wins, and "" is answered when there is none. The key "Act" answers
-// the action keyword; the empty key answers the text between the keyword and the first item, which
-// is empty in a well-formed line.
+// Answers the value of the item `key` ("id", "type", "indt", "size_bar", "value", "userwait"),
+// letter case ignored; the first such item wins, and "" is answered when there is none. The key
+// "Act" answers the action keyword; the empty key answers the text between the keyword and the
+// first item, which is empty in a well-formed line.
 //
 // A TAB separates as a comma does, so a value can hold neither of them as it stands. Allocates
 // nothing but the answer.

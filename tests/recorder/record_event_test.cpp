@@ -69,6 +69,10 @@ TEST_F(RecordEventTest, RecordsWhatTheUserDidByTheElementsType) {
          click_and_leave,
          {"input→,id=a,type=checkbox,indt=False"}},
         {"<input id=a type=radio>", click_and_leave, {"input→,id=a,type=radio,indt=True"}},
+        {"<input name=a type=radio value=\"1,2\">",
+         click_and_leave,
+         {"input→,id=a,type=radio,indt=True,value=1\x01"
+          "2"}},
         {"<select id=a><option>x</option><option>y</option></select>",
          [&] {
              user.Choose("a", 1);
