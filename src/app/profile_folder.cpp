@@ -7,15 +7,14 @@ std::string ProfileFolder(const Processes& processes, const Files& files) {
         const char* variable;
         const char* below;
     } places[] = {
-        {"LOCALAPPDATA", "\\Tamrin\\Browser"},
-        {"XDG_DATA_HOME", "/tamrin/browser"},
-        {"HOME", "/.local/share/tamrin/browser"},
+        {"LOCALAPPDATA", "\\TamrinBrowser"},
+        {"HOME", "/.tamrin-browser"},
     };
     for (const auto& place : places) {
         const std::string folder = processes.Environment(place.variable);
         if (!folder.empty()) return folder + place.below;
     }
-    return files.ProgramFolder() + files.Separator() + "Browser";
+    return files.ProgramFolder() + files.Separator() + "TamrinBrowser";
 }
 
 }  // namespace tamrin

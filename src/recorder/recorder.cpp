@@ -169,11 +169,11 @@ void Recorder::onkeypress(PageLink& page, int key_code) {
 // the focus stays in the field, which is recorded first then.
 void Recorder::onsubmit(PageLink& page) {
     const Handler handler(*this);
-    if (!default_button_ || !Recording()) return;
-    const DefaultButton button = *std::exchange(default_button_, std::nullopt);
+    const auto button = std::exchange(default_button_, std::nullopt);
+    if (!button || !Recording()) return;
     RecordEvent("input", &page);
     sent_text_ = InputText(watch_elm_);
-    Record(button.id, button.click, "click");
+    Record(button->id, button->click, "click");
 }
 
 }  // namespace tamrin

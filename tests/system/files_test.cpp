@@ -39,6 +39,15 @@ TEST_F(FilesTest, ReplacesAFileByBytesAsTheyAre) {
     EXPECT_EQ(AllNames(), Names{"注文①表.csv"});
 }
 
+TEST_F(FilesTest, AddsBytesAtTheEndOfAFile) {
+    const std::string path = At("追記.csv");
+    EXPECT_TRUE(files->Append(path, "a\r\n"));
+    EXPECT_TRUE(files->Append(path, std::string("\0b", 2)));
+    EXPECT_EQ(files->Read(path), std::string("a\r\n\0b", 5));
+    EXPECT_FALSE(files->Append(folder, "x"));
+    EXPECT_FALSE(files->Append(At("none") + files->Separator() + "a.csv", "x"));
+}
+
 TEST_F(FilesTest, LeavesNothingBehindWhenAFileCannotBeWritten) {
     EXPECT_FALSE(files->Replace(folder, "new"));
     EXPECT_FALSE(files->Replace(At("none") + files->Separator() + "a.csv", "new"));
