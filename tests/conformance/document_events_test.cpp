@@ -8,7 +8,9 @@ using Strings = std::vector<std::string>;
 // Writes down what a page and its browser tell: the event, and the active element as it was.
 class Witness : public EventLog, public DocumentEvents {
 public:
-    explicit Witness(Document document) : document_(std::move(document)) {
+    explicit Witness(Document document) : Witness(std::move(document), lines) {}
+    // Writes into another's lines.
+    Witness(Document document, Strings& into) : into_(into), document_(std::move(document)) {
         connection_ = document_.Connect(*this);
     }
 
@@ -22,7 +24,7 @@ public:
     void onsubmit() override { Note("submit"); }
     // The element whose focus was told last stands for what the page is left with.
     void BeforeNavigate2(const std::string& /*url*/) override {
-        lines.push_back("navigate " + Told(watched_));
+        into_.push_back("navigate " + Told(watched_));
     }
 
     // An element by its id or tag, its value, checked state or index, and its text.
@@ -38,9 +40,10 @@ public:
 
 private:
     void Note(const std::string& event) {
-        lines.push_back(event + " " + Told(document_.activeElement()));
+        into_.push_back(event + " " + Told(document_.activeElement()));
     }
 
+    Strings& into_;
     Document document_;
     Element watched_;
     std::unique_ptr<Connection> connection_;
@@ -50,11 +53,11 @@ class DocumentEvent : public Suite {
 protected:
     // What is told once no more has come for a while.
     Strings Told(Witness& witness) {
-        for (std::size_t before = 0;;) {
-            for (int i = 0; i < 12; ++i) Pump();
-            if (before == witness.lines.size()) break;
+        std::size_t before = 0;
+        do {
             before = witness.lines.size();
-        }
+            for (int i = 0; i < 5; ++i) Pump();
+        } while (before != witness.lines.size());
         return std::exchange(witness.lines, {});
     }
     void Click(std::string_view id) { MouseClick(Find(id)); }
@@ -105,6 +108,99 @@ TEST_F(DocumentEvent, TellsOfWhatWasClickedAlsoWhenThePageHasGone) {
         if (element.find("write") != std::string::npos) expected.pop_back();
         EXPECT_EQ(told, expected) << element;
     }
+}
+
+TEST_F(DocumentEvent, TellsOfFramesInTheOrderOfTheUser) {
+    const std::string inner = Serve("<input id=k><input id=n>");
+    for (const std::string& url : {Url(inner), OtherUrl(inner)}) {
+        const Document page = Open("<input id=a><iframe id=i src=" + url + "></iframe>");
+        const Document frame = page.frames().at(0).document;
+        Witness witness(page);
+        Witness within(frame, witness.lines);
+        Click("a");
+        Type("1");
+        MouseClick(frame.Named("k").by_id);
+        Type("2");
+        Click("a");
+        EXPECT_EQ(Told(witness),
+                  (Strings{"focus a", "click a", "key49 a", "leave a=1", "focus i", "focus k",
+                           "click k", "key50 k", "leave k=2", "focus a=1", "click a=1"}))
+            << url;
+    }
+}
+
+TEST_F(DocumentEvent, TellsOfAFormThatEnterSends) {
+    const Document page = Open("<form action=/echo><input id=a><input type=submit id=b></form>");
+    Witness witness(page);
+    const auto connection = browser().Connect(witness);
+    Click("a");
+    Type("1");
+    Press("ENTER");
+    EXPECT_EQ(Told(witness), (Strings{"focus a", "click a", "key49 a", "key13 a=1", "submit a=1",
+                                      "navigate a=1", "DocumentComplete top"}));
+}
+
+TEST_F(DocumentEvent, TellsOfPagesThatTakeThePrecautions) {
+    const std::string forbidding =
+        "<meta http-equiv=Content-Security-Policy content=\"script-src 'none'\"><input id=a>";
+    const std::string redefining =
+        "<script>for (const type of [EventTarget, Document, Element, Node, Array, String, Map])"
+        " for (const name of Object.getOwnPropertyNames(type.prototype)) try {"
+        " type.prototype[name] = () => { throw 0; } } catch {}; WeakRef = JSON = null;</script>"
+        "<script>window.onclick = (e) => e.stopImmediatePropagation()</script><input id=a>";
+    const std::string rewriting =
+        "<script>setTimeout(() => { document.open(); document.write('<input id=a>');"
+        " document.close(); }, 100)</script>";
+    for (const std::string& body : {forbidding, redefining, rewriting}) {
+        const Document before = Open("");
+        Witness keeps_watching(before);
+        const Document page = OpenBare("<!doctype html>" + body);
+        Witness witness(page);
+        ASSERT_TRUE(Wait([&] { return Find("a") ? true : false; })) << body;
+        Pump();
+        Click("a");
+        EXPECT_EQ(Told(witness), (Strings{"focus a", "click a"})) << body;
+    }
+}
+
+TEST_F(DocumentEvent, FiresInsideAHandlerWithoutThePage) {
+    const Document page = Open("<input id=a onfocusin=say('in') onchange=say('changed')>");
+    class Firing : public Witness {
+    public:
+        explicit Firing(Document document) : Witness(document), page_(std::move(document)) {}
+        void onclick() override {
+            Witness::onclick();
+            EXPECT_TRUE(page_.activeElement().fireEvent("onfocusin"));
+        }
+        void onkeypress(int key_code) override {
+            const bool fired = key_code != 13 || page_.activeElement().fireEvent("onchange");
+            EXPECT_TRUE(fired);
+        }
+        Document page_;
+    };
+    Firing witness(page);
+    Click("a");
+    Type("1");
+    Press("ENTER");
+    EXPECT_EQ(Told(witness), (Strings{"focus a", "click a", "focus a"}));
+    EXPECT_EQ(Said("in changed"), "in changed");
+}
+
+TEST_F(DocumentEvent, LosesNoneOfManyActs) {
+    std::string fields;
+    for (int i = 0; i < 100; ++i) fields += "<input id=f" + std::to_string(i) + ">";
+    const Document page = Open(fields);
+    Witness witness(page);
+    Strings expected;
+    Click("f0");
+    Told(witness);
+    for (int i = 0; i < 100; ++i) {
+        const std::string field = "f" + std::to_string(i);
+        ASSERT_TRUE(Type("x") && Press("TAB"));
+        expected.insert(expected.end(), {"key120 " + field, "leave " + field + "=x"});
+        if (i < 99) expected.push_back("focus f" + std::to_string(i + 1));
+    }
+    EXPECT_EQ(Told(witness), expected);
 }
 
 }  // namespace
