@@ -60,6 +60,10 @@ public:
 
     // Dispatches an event ("onchange", "onclick", ...) to the page's handlers, without the
     // browser's own action. False when the element is gone.
+    //
+    // Inside a handler of DocumentEvents the page is left as its user sees it: "onfocusin" of the
+    // active element calls the onfocusin of those who subscribed, at once and them only; "onchange"
+    // of it in an onkeypress of Enter does nothing where the browser tells the page itself.
     virtual bool fireEvent(std::string_view event) = 0;
 
     // Clicks it by the element's own method. False when the element is gone.
@@ -145,9 +149,9 @@ public:
 //
 // An event brings the moment with it: until its handler returns, the document answers as
 // activeElement what was active when it happened (for onbeforedeactivate the element that is being
-// left), and that element, its parent and its form answer all reads as they were then, through
-// whichever handle, without a call. So nothing is lost when the page is gone before the handler
-// runs.
+// left), and that element, its parent and its form answer as they were then, through whichever
+// handle, without a call: the keys, checked, selectedIndex, src, and a link's or button's
+// innerText. So nothing is lost when the page is gone before the handler runs.
 class DocumentEvents {
 public:
     virtual ~DocumentEvents() = default;

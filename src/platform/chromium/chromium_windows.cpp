@@ -65,7 +65,7 @@ void ChromiumWindows::Look(Source& source) {
     }
 }
 
-void ChromiumWindows::Connect(Source& source, Endpoint endpoint) {
+void ChromiumWindows::Connect(Source& source, const Endpoint& endpoint) {
     if (IsConnected(endpoint)) return;
     source.browser = std::make_shared<UserBrowser>(clock_, files_, endpoint);
 }
@@ -104,7 +104,7 @@ std::shared_ptr<Browser> ChromiumWindows::Open(const std::string& address, std::
     bool started = false;
     const auto own = OwnBrowser(started, why);
     if (!own) return nullptr;
-    const auto window =
+    auto window =
         started ? own->First(settings_.start_limit_ms) : own->Open(settings_.start_limit_ms);
     if (!window) {
         why = "ブラウザに接続できません。開いているブラウザを閉じてから、もう一度実行して下さい。";

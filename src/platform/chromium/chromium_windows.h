@@ -63,7 +63,7 @@ private:
 
     void FindBrowsers();
     void Look(Source& source);
-    void Connect(Source& source, Endpoint endpoint);
+    void Connect(Source& source, const Endpoint& endpoint);
     bool IsConnected(const Endpoint& endpoint) const;
     std::shared_ptr<UserBrowser> OwnBrowser(bool& started, std::string& why);
     bool StartOwn(std::string& why);

@@ -14,8 +14,9 @@ std::string_view Trimmed(std::string_view text) {
 
 unsigned short ReadPort(std::string_view text) {
     unsigned short port = 0;
-    const char* end = text.data() + text.size();
-    const auto [after, error] = std::from_chars(text.data(), end, port);
+    const char* begin = text.data();
+    const char* end = begin + text.size();
+    const auto [after, error] = std::from_chars(begin, end, port);
     return error == std::errc() && after == end ? port : 0;
 }
 
@@ -24,8 +25,8 @@ unsigned short ReadPort(std::string_view text) {
 std::optional<Endpoint> ReadActivePort(std::string_view text) {
     const auto line_end = text.find('\n');
     if (line_end == std::string_view::npos) return std::nullopt;
-    const Endpoint endpoint{ReadPort(Trimmed(text.substr(0, line_end))),
-                            std::string(Trimmed(text.substr(line_end)))};
+    Endpoint endpoint{ReadPort(Trimmed(text.substr(0, line_end))),
+                      std::string(Trimmed(text.substr(line_end)))};
     if (endpoint.port == 0 || !endpoint.path.starts_with('/')) return std::nullopt;
     return endpoint;
 }

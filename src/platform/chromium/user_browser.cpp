@@ -105,7 +105,7 @@ std::vector<std::shared_ptr<Browser>> UserBrowser::Visible() {
     for (const Page& page : pages_) {
         if (page.shown && page.browser->document()) shown.push_back(&page);
     }
-    std::stable_sort(shown.begin(), shown.end(), [](const Page* left, const Page* right) {
+    std::sort(shown.begin(), shown.end(), [](const Page* left, const Page* right) {
         return left->focused_at > right->focused_at;
     });
     std::vector<std::shared_ptr<Browser>> windows;
