@@ -3,7 +3,9 @@
 #include <windows.h>
 
 #include <functional>
+#include <memory>
 #include <string>
+#include <vector>
 
 #include "app/frm_about.h"
 #include "app/frm_edit.h"
@@ -25,11 +27,16 @@ namespace {
 constexpr int kLines = 100000;
 constexpr int kOpenings = 1000;
 
-// Nothing is played here.
-class NoLauncher : public BrowserLauncher, public Input {
+// Nothing is played or recorded here.
+class NoBrowsers : public BrowserLauncher, public BrowserWindows, public Input {
 public:
     std::shared_ptr<Browser> Create(std::string& /*why*/) override { return nullptr; }
     Input& input() override { return *this; }
+    std::vector<std::shared_ptr<Browser>> Visible() override { return {}; }
+    std::shared_ptr<Browser> Focused() override { return nullptr; }
+    std::shared_ptr<Browser> Open(const std::string& /*address*/, std::string& /*why*/) override {
+        return nullptr;
+    }
     ScreenPoint GetCursorPos() override { return {}; }
     void SetCursorPos(ScreenPoint /*point*/) override {}
     void LeftButton(bool /*down*/) override {}
@@ -42,9 +49,9 @@ struct Desk {
     WindowsProcesses processes;
     WindowsClock clock;
     WindowsWindowSystem windows{clock};
-    NoLauncher launcher;
+    NoBrowsers browsers;
     Globals globals;
-    Platform platform{windows, clock, files, codec, processes, launcher};
+    Platform platform{windows, clock, files, codec, processes, browsers, browsers};
 };
 
 std::string WriteScenario(Files& files) {
