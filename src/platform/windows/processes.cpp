@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <optional>
 #include <utility>
 
 #include "platform/windows/executables.h"
@@ -57,9 +58,11 @@ std::wstring FolderName(int count) {
            std::to_wstring(GetTickCount()) + L"-" + std::to_wstring(count);
 }
 
-// Starts a program and answers its process and first thread; no handles when it cannot be started.
-std::pair<OwnedHandle, OwnedHandle> Create(const std::string& executable,
-                                           const std::vector<std::string>& arguments, DWORD flags) {
+// Starts a program and answers its process and first thread; nothing when it cannot be started. The
+// handles are null for a program that is none of Windows', such as one of Linux under Wine.
+std::optional<std::pair<OwnedHandle, OwnedHandle>> Create(const std::string& executable,
+                                                          const std::vector<std::string>& arguments,
+                                                          DWORD flags) {
     const std::wstring program = Wide(executable);
     std::wstring command_line = QuoteArgument(program);
     for (const std::string& argument : arguments) {
@@ -70,9 +73,9 @@ std::pair<OwnedHandle, OwnedHandle> Create(const std::string& executable,
     PROCESS_INFORMATION information{};
     if (!CreateProcessW(program.c_str(), command_line.data(), nullptr, nullptr, FALSE,
                         flags | CREATE_NO_WINDOW, nullptr, nullptr, &start, &information)) {
-        return {};
+        return std::nullopt;
     }
-    return {OwnedHandle(information.hProcess), OwnedHandle(information.hThread)};
+    return std::pair(OwnedHandle(information.hProcess), OwnedHandle(information.hThread));
 }
 
 }  // namespace
@@ -80,8 +83,9 @@ std::pair<OwnedHandle, OwnedHandle> Create(const std::string& executable,
 std::unique_ptr<Process> WindowsProcesses::Start(const std::string& executable,
                                                  const std::vector<std::string>& arguments) {
     // Suspended, so that it is in the job before it can start anything.
-    auto [process, thread] = Create(executable, arguments, CREATE_SUSPENDED);
-    if (!process) return nullptr;
+    auto started = Create(executable, arguments, CREATE_SUSPENDED);
+    if (!started) return nullptr;
+    auto& [process, thread] = *started;
     OwnedHandle job = MakeJob();
     AssignProcessToJobObject(job.get(), process.get());
     ResumeThread(thread.get());
@@ -90,7 +94,7 @@ std::unique_ptr<Process> WindowsProcesses::Start(const std::string& executable,
 
 bool WindowsProcesses::Launch(const std::string& executable,
                               const std::vector<std::string>& arguments) {
-    return static_cast<bool>(Create(executable, arguments, 0).first);
+    return Create(executable, arguments, 0).has_value();
 }
 
 std::string WindowsProcesses::FindExecutable(const std::string& name) const {
