@@ -34,9 +34,7 @@ Tab::~Tab() {
 
 void Tab::SetUp(const std::string& session) {
     devtools_->Post(session, "Page.enable", json::object());
-    if (watched_)
-        devtools_->Post(session, "Runtime.addBinding",
-                        {{"name", kTell}, {"executionContextName", world_}});
+    if (watched_) Bind(session);
     devtools_->Post(
         session, "Page.addScriptToEvaluateOnNewDocument",
         {{"source", PageAgentScript()}, {"worldName", world_}, {"runImmediately", true}});

@@ -153,6 +153,8 @@ private:
 
     void SetUp(const std::string& session);
     void AttachFrames(const std::string& session);
+    // Lets the agents of a session call the program.
+    void Bind(const std::string& session);
     void SetWatched(bool watched);
     void WatchAgain(const std::string& session);
     void OnTold(const std::string& session, int context, const std::string& payload);

@@ -126,7 +126,14 @@ struct TabEvents {
         const json& context = params.at("context");
         if (TextOf(context, "name") != tab.world_ || !context.contains("auxData")) return;
         const std::string frame = TextOf(context["auxData"], "frameId");
-        tab.frames_.AgentCame(session, frame, TextOf(context, "uniqueId"), context.value("id", 0));
+        const std::string agent = TextOf(context, "uniqueId");
+        tab.frames_.AgentCame(session, frame, agent, context.value("id", 0));
+        if (tab.watched_) {
+            // A page in a process of its own does not have the binding yet when it was asked for a
+            // moment before the navigation.
+            tab.Bind(session);
+            tab.RunLater(agent, "tamrin.watch()");
+        }
         if (tab.frames_.IsTop(frame)) tab.AddNotice({.kind = Notice::Kind::kNavigated});
     }
 

@@ -28,13 +28,17 @@ Notice Tab::WithTop(Notice notice) const {
 
 void Tab::AddNotice(Notice notice) { notices_.Add(WithTop(std::move(notice))); }
 
+void Tab::Bind(const std::string& session) {
+    devtools_->Post(session, "Runtime.addBinding",
+                    {{"name", kTell}, {"executionContextName", world_}});
+}
+
 void Tab::SetWatched(bool watched) {
     if (watched_ == watched) return;
     watched_ = watched;
     for (const std::string& session : sessions_) {
         if (watched) {
-            devtools_->Post(session, "Runtime.addBinding",
-                            {{"name", kTell}, {"executionContextName", world_}});
+            Bind(session);
         } else {
             devtools_->Post(session, "Runtime.removeBinding", {{"name", kTell}});
         }
