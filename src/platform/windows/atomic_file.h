@@ -10,7 +10,8 @@ namespace tamrin {
 // refused. On failure answers false, and the folder is as it was.
 bool ReplaceAtomically(const std::wstring& path, std::string_view bytes);
 
-// Adds `bytes` at the end of a file, which is made when there is none, and flushes them to the disk.
+// Adds `bytes` at the end of a file, which is made when there is none, and flushes them to the
+// disk.
 bool AppendTo(const std::wstring& path, std::string_view bytes);
 
 }  // namespace tamrin
