@@ -5,7 +5,7 @@
 #include <unistd.h>
 
 #include <array>
-#include <cstdlib>
+#include <string>
 
 #include "chromium/chromium_fixture.h"
 #include "support/temporary_folder.h"
@@ -41,8 +41,8 @@ protected:
         // The profile names its browser as "computer-process".
         std::array<char, 200> name{};
         if (readlink((profile_ + "/SingletonLock").c_str(), name.data(), name.size() - 1) > 0) {
-            const std::string_view lock = name.data();
-            kill(std::atoi(lock.substr(lock.rfind('-') + 1).data()), SIGKILL);
+            const std::string lock = name.data();
+            kill(std::stoi(lock.substr(lock.rfind('-') + 1)), SIGKILL);
         }
         clock_.Sleep(200);
     }

@@ -1,6 +1,7 @@
 #include "platform/chromium/profile_folders.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tamrin {
 namespace {
@@ -30,11 +31,12 @@ constexpr Place kPlaces[] = {
 std::vector<std::string> ProfileFolders(const Processes& processes, char separator) {
     std::vector<std::string> folders;
     for (const Place& place : kPlaces) {
-        const std::string base = processes.Environment(place.variable);
-        if (base.empty()) continue;
-        std::string path = place.folder;
-        std::replace(path.begin(), path.end(), '/', separator);
-        folders.push_back(base + separator + path);
+        std::string folder = processes.Environment(place.variable);
+        if (folder.empty()) continue;
+        folder += '/';
+        folder += place.folder;
+        std::replace(folder.begin(), folder.end(), '/', separator);
+        folders.push_back(std::move(folder));
     }
     return folders;
 }
