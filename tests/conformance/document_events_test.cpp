@@ -8,9 +8,9 @@ using Strings = std::vector<std::string>;
 // Writes down what a page and its browser tell: the event, and the active element as it was.
 class Witness : public EventLog, public DocumentEvents {
 public:
-    explicit Witness(Document document) : Witness(std::move(document), lines) {}
-    // Writes into another's lines.
-    Witness(Document document, Strings& into) : into_(into), document_(std::move(document)) {
+    // Writes into another's lines where there is one.
+    explicit Witness(Document document, Strings* another = nullptr)
+        : into_(another ? *another : lines), document_(std::move(document)) {
         connection_ = document_.Connect(*this);
     }
 
@@ -116,7 +116,7 @@ TEST_F(DocumentEvent, TellsOfFramesInTheOrderOfTheUser) {
         const Document page = Open("<input id=a><iframe id=i src=" + url + "></iframe>");
         const Document frame = page.frames().at(0).document;
         Witness witness(page);
-        Witness within(frame, witness.lines);
+        Witness within(frame, &witness.lines);
         Click("a");
         Type("1");
         MouseClick(frame.Named("k").by_id);
