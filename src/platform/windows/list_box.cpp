@@ -179,7 +179,7 @@ void WindowListBox::Measure(std::string_view text) {
 void WindowListBox::WidenTo(int width) {
     if (width <= widest_) return;
     widest_ = width;
-    Send(LB_SETHORIZONTALEXTENT, static_cast<WPARAM>(width + kMarginRight));
+    Send(LB_SETHORIZONTALEXTENT, At(width + kMarginRight));
 }
 
 void WindowListBox::Notified(UINT code) {

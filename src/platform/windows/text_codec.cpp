@@ -24,6 +24,7 @@ bool AppendExact(std::wstring& text, std::string_view bytes) {
     const std::size_t before = text.size();
     const int size = static_cast<int>(bytes.size());
     text.resize(before + bytes.size());
+    // NOLINTNEXTLINE(bugprone-suspicious-stringview-data-usage): its size goes along
     const int length = MultiByteToWideChar(kShiftJis, MB_ERR_INVALID_CHARS, bytes.data(), size,
                                            text.data() + before, size);
     text.resize(before + static_cast<std::size_t>(length));

@@ -90,7 +90,7 @@ void WindowForm::MakeWindow(const FormSpec& spec) {
 }
 
 void WindowForm::MakeControls(const FormSpec& spec) {
-    tips_.emplace(window_);
+    tips_ = std::make_unique<ToolTips>(window_);
     int id = kFirstControl;
     std::string_view group;
     for (const ControlSpec& control : spec.controls) {

@@ -3,7 +3,6 @@
 #include <windows.h>
 
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -104,7 +103,7 @@ private:
     int dpi_ = kTableDpi;
     OwnedFont font_;
     TrayIcon tray_icon_;
-    std::optional<ToolTips> tips_;
+    std::unique_ptr<ToolTips> tips_;
     std::vector<std::unique_ptr<WindowControl>> controls_;
     std::vector<std::unique_ptr<WindowTimer>> timers_;
     HWND focus_ = nullptr;   // where the keyboard was when another window became active
