@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "app/brief_form.h"
+
 namespace tamrin {
 namespace {
 
@@ -17,14 +19,7 @@ const FormSpec kSpec{"frmNotice", "Tamrin", 280, 52, kControls, {}, kNoTitle};
 frmNotice::frmNotice(WindowSystem& windows, const std::string& text, const Form& main)
     : form_(windows.Create(kSpec)) {
     form_->Find("lblText").SetText(text);
-    const Place around = main.GetPlace();
-    Place place = form_->GetPlace();
-    place.left = around.left + (around.width - place.width) / 2;
-    place.top = around.top + (around.height - place.height) / 2;
-    form_->SetPlace(place);
-    form_->Find("Timer1").onTimer = [this] { form_->Close(); };
-    form_->SetTopMost(true);
-    form_->SetVisible(true);
+    ShowBriefly(*form_, main);
 }
 
 }  // namespace tamrin

@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "app/brief_form.h"
+
 namespace tamrin {
 namespace {
 
@@ -25,14 +27,7 @@ const FormSpec kSpec{"frmSplash", "Tamrin", 280, 104, kControls, {}, kNoTitle};
 frmSplash::frmSplash(WindowSystem& windows, const std::string& version, const Form& main)
     : form_(windows.Create(kSpec)) {
     form_->Find("lblTitle").SetText("Tamrin " + version);
-    const Place around = main.GetPlace();
-    Place place = form_->GetPlace();
-    place.left = around.left + (around.width - place.width) / 2;
-    place.top = around.top + (around.height - place.height) / 2;
-    form_->SetPlace(place);
-    form_->Find("Timer1").onTimer = [this] { form_->Close(); };
-    form_->SetTopMost(true);
-    form_->SetVisible(true);
+    ShowBriefly(*form_, main);
 }
 
 }  // namespace tamrin

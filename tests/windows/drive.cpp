@@ -7,7 +7,6 @@
 //   drive point CLASS CAPTION   prints the middle of its button with that caption, as X Y
 //   drive list CLASS N ROW      prints a point of a row of its list box number N, as X Y
 //   drive close CLASS           closes it by its close box
-//   drive put CLASS N TEXT      sets the content of its text box number N
 // Ends with 0 when it was so, otherwise with 1.
 
 #include <windows.h>
@@ -107,10 +106,6 @@ int Drive(const std::vector<std::wstring>& words) {
     if (act == L"list") return PrintRow(Child(window, L"ListBox", words.at(3)), words.at(4));
     if (act == L"label") {
         for (const HWND label : Children(window, L"Static")) Print(TextOf(label));
-    }
-    if (act == L"put") {
-        SendMessageW(Child(window, L"Edit", words.at(3)), WM_SETTEXT, 0,
-                     reinterpret_cast<LPARAM>(words.at(4).c_str()));
     }
     return 0;
 }
