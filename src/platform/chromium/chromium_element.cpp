@@ -178,9 +178,10 @@ std::string ChromiumElement::Act(std::string_view function, Arguments arguments)
     const AgentAnswer answer = document().Run(Expression(function, arguments), true);
     document().tab().NextMoment();
     if (answer) return std::string(answer.fields.Text(0));
-    const bool held_up =
-        answer.end == DevToolsReply::End::kCutShort && document().tab().dialog() != nullptr;
-    return held_up ? "1" : "";
+    // It was done, and what it led to came before the answer: a dialog box, or another page.
+    const bool done =
+        answer.end == DevToolsReply::End::kCutShort || answer.end == DevToolsReply::End::kLeft;
+    return done && document().tab().Alive() ? "1" : "";
 }
 
 bool ChromiumElement::Put(std::string_view property, std::string_view value) {

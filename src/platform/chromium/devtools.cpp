@@ -240,8 +240,11 @@ void DevTools::Handle(std::string& message) {
 void DevTools::HandleReply(int id, bool answered, std::string& message) {
     const auto call = pending_.find(id);
     if (call == pending_.end() || call->second.done) return;
-    DevToolsReply reply{answered ? DevToolsReply::End::kAnswered : DevToolsReply::End::kRefused,
-                        std::move(message)};
+    using End = DevToolsReply::End;
+    const bool left =
+        !answered && message.find("Inspected target navigated or closed") != std::string::npos;
+    const End refused = left ? End::kLeft : End::kRefused;
+    DevToolsReply reply{answered ? End::kAnswered : refused, std::move(message)};
     if (!call->second.on_reply) {
         call->second.reply = std::move(reply);
         call->second.done = true;

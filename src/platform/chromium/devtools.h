@@ -22,6 +22,7 @@ struct DevToolsReply {
     enum class End {
         kAnswered,
         kRefused,    // the browser answered with an error
+        kLeft,       // the page was replaced by another before it could answer
         kCutShort,   // ended by CutShort: a dialog box of the page is open, or the page is gone
         kStopped,    // the program was told to stop
         kLate,       // no answer within the limit
