@@ -41,7 +41,8 @@ private:
 
 LineRuler::LineRuler(HWND list, std::span<const int> stops) : stops_(stops) {
     const FontContext context(list);
-    for (wchar_t c = L' '; c < ascii_.size(); ++c) ascii_[c] = context.WidthOf(c);
+    for (size_t c = ' '; c < ascii_.size(); ++c)
+        ascii_[c] = context.WidthOf(static_cast<wchar_t>(c));
     half_ = context.WidthOf(L'ｱ');
     full_ = std::max(context.WidthOf(L'漢'), context.WidthOf(L'Ｗ'));
     TEXTMETRICW metrics{};
