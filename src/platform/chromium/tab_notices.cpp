@@ -88,7 +88,9 @@ void Tab::OnTold(const std::string& session, int context, const std::string& pay
 
 std::unique_ptr<Connection> Tab::Connect(const std::string& agent, DocumentEvents& events) {
     const bool known = alive_ && frames_.WithAgent(agent);
-    if (!known && !MomentOf(agent)) return nullptr;
+    // The page may have gone already, and what it told before still wait behind the event that
+    // has brought it.
+    if (!known && agent != TopAgent() && !MomentOf(agent)) return nullptr;
     std::erase_if(subscribers_, [](const auto& page) { return page.second.empty(); });
     auto connection = subscribers_[agent].Connect(events);
     if (alive_) SetWatched(true);
