@@ -93,19 +93,24 @@ const kWatched = {
     beforeunload: () => tell('leaving'),
 };
 const onWatched = (event) => {
-    if (event.isTrusted) kWatched[event.type](event);
+    if (globalThis.tamrinTell && event.isTrusted) kWatched[event.type](event);
+};
+
+// Before the page's own scripts, one of which might keep an event from those behind it.
+const attend = () => {
+    for (const type of Object.keys(kWatched)) listen(window, type, onWatched, true);
 };
 
 // Also after the page has rewritten itself, which takes the listeners away.
 const watch = () => {
-    for (const type of Object.keys(kWatched)) listen(window, type, onWatched, true);
+    attend();
     const e = active(document);
     if (e !== document.body) focus_told = e;
 };
 
 const hush = () => {
-    for (const type of Object.keys(kWatched)) unlisten(window, type, onWatched, true);
     delete globalThis.tamrinTell;
 };
 
 if (globalThis.tamrinTell) watch();
+else attend();
