@@ -1,5 +1,7 @@
 #include "app/console_recording.h"
 
+#include <ostream>
+
 #include "app/paths.h"
 #include "browser/wait.h"
 
@@ -19,7 +21,8 @@ void PassUntil(Clock& clock, const std::function<bool()>& over) {
 }  // namespace
 
 ExitCode RecordToFile(frmIeAuto& window, const Platform& platform, const std::string& file,
-                      const std::string& address, const std::function<bool()>& stop_requested) {
+                      const std::string& address, const std::function<bool()>& stop_requested,
+                      std::ostream& output) {
     const std::string path = ResolvePath(file, "", platform.files);
     std::string why;
     const std::shared_ptr<Browser> browser = platform.browsers.Open("", why);
@@ -36,6 +39,8 @@ ExitCode RecordToFile(frmIeAuto& window, const Platform& platform, const std::st
     });
     RecordCommands& recording = window.recording();
     recording.Start(browser, RecordKind::kNew, path + ".recovery");
+    output << "記録しています。ブラウザーの窓を閉じるか Ctrl+C を押すと、保存して終わります。\n"
+           << std::flush;
     PassUntil(clock,
               [&] { return !recording.BrowserOpen() || !browser->Alive() || stop_requested(); });
     PassUntil(clock, [&] { return recording.Stop(); });
@@ -43,7 +48,9 @@ ExitCode RecordToFile(frmIeAuto& window, const Platform& platform, const std::st
         window.ShowMessage("記録はありません。", "");
         return kNothing;
     }
-    return window.SaveTo(path) ? kPlayed : kNotSaved;
+    if (!window.SaveTo(path)) return kNotSaved;
+    output << window.RecordCount() << " 行を保存しました：" << path << '\n';
+    return kPlayed;
 }
 
 }  // namespace tamrin

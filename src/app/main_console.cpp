@@ -85,7 +85,7 @@ int Run(const std::vector<std::string>& arguments) {
     const StartUp start = window.Form_Load(command_line);
     ExitCode code = kPlayed;
     if (records) {
-        code = RecordToFile(window, platform, arguments[1], arguments[2], Interrupted);
+        code = RecordToFile(window, platform, arguments[1], arguments[2], Interrupted, std::cout);
     } else {
         KeepPicture(command_line, launcher, files);
         code = report.Result(start, window);

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 #include "app/main_window_rig.h"
 
 namespace tamrin::test {
@@ -15,8 +17,9 @@ protected:
         window.Form_Load("");
     }
     ExitCode Record() {
-        return RecordToFile(window, {windows, clock, files, codec, processes, web, browsers},
-                            "new.csv", "page", [this] { return interrupted; });
+        return RecordToFile(
+            window, {windows, clock, files, codec, processes, web, browsers}, "new.csv", "page",
+            [this] { return interrupted; }, output);
     }
     void At(int milliseconds, std::function<void()> act) {
         clock.At(clock.Elapsed() + static_cast<std::uint64_t>(milliseconds), std::move(act));
@@ -25,6 +28,7 @@ protected:
     std::shared_ptr<ScriptedBrowser> browser = std::make_shared<ScriptedBrowser>(web);
     ScriptedUser user{web, browser};
     bool interrupted = false;
+    std::ostringstream output;
     const std::string kSaved =
         "url\t,id=,size_bar=0.0.1024.768.11110,indt=page\r\ninput\t,id=q,type=text,indt=x\r\n";
     static constexpr const char* kPath = "C:\\work\\new.csv";
