@@ -1,11 +1,14 @@
 #pragma once
 
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <set>
 #include <string>
 #include <string_view>
+#include <system_error>
+#include <thread>
 
 namespace tamrin {
 
@@ -16,7 +19,15 @@ public:
         std::string pattern = std::filesystem::temp_directory_path() / "tamrin-test-XXXXXX";
         path_ = mkdtemp(pattern.data());
     }
-    ~TemporaryFolder() { std::filesystem::remove_all(path_); }
+    // The last processes of a browser that has just ended may still write into it.
+    ~TemporaryFolder() {
+        std::error_code failure;
+        for (int attempt = 0; attempt < 20; ++attempt) {
+            std::filesystem::remove_all(path_, failure);
+            if (!failure) return;
+            std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        }
+    }
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
