@@ -1,19 +1,11 @@
 #include "conformance/back_end.h"
+#include "conformance/quiet_processes.h"
 #include "platform/chromium/launcher.h"
 #include "platform/posix/files.h"
-#include "platform/posix/processes.h"
 #include "platform/posix/system_clock.h"
 
 namespace tamrin::conformance {
 namespace {
-
-// No window covers the work of who runs the tests, unless TAMRIN_SHOW_BROWSER asks for one.
-class QuietProcesses : public PosixProcesses {
-public:
-    bool HasDisplay() const override {
-        return !Environment("TAMRIN_SHOW_BROWSER").empty() && PosixProcesses::HasDisplay();
-    }
-};
 
 class ChromiumBackEnd : public BackEnd {
 public:

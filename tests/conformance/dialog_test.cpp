@@ -6,20 +6,24 @@ namespace {
 using Dialogs = Suite;
 
 struct DialogRow {
-    std::string_view script;  // what the button says when the box is closed
-    std::vector<std::string_view> keys;
+    std::string_view script;             // what the button says when the box is closed
+    std::vector<std::string_view> keys;  // names, and after "=" what is typed
     std::string_view said;
 };
 
 TEST_F(Dialogs, AreAnsweredByKeys) {
     const DialogRow rows[] = {
         {"say('a' + alert('知らせ'))", {"ENTER"}, "aundefined"},
-        {"say('a' + alert('x'))", {"ESC"}, "aundefined"},
-        {"say(confirm('？'))", {"ENTER"}, "true"},
+        {"say('a' + alert('\\ud800'))", {"ESC"}, "aundefined"},
+        {"say(confirm('？'))", {"F2", "=a", "ENTER"}, "true"},
+        {"say(confirm('？'))", {"= "}, "true"},
         {"say(confirm('？'))", {"ESC"}, "false"},
+        {"say(confirm('？'))", {"TAB", "ENTER"}, "false"},
+        {"say(confirm('？'))", {"TAB", "LEFT", "ENTER"}, "true"},
         {"say(prompt('？', 'もと'))", {"ENTER"}, "もと"},
-        {"say(prompt('？', 'もと'))", {"=あ1", "ENTER"}, "あ1"},
-        {"say(prompt('？'))", {"ESC"}, "null"},
+        {"say(prompt('？', 'もと'))", {"=あ 1", "ENTER"}, "あ 1"},
+        {"say(prompt('？', 'もと'))", {"=あ", "ESC"}, "null"},
+        {"say(prompt('？', 'もと'))", {"TAB", "TAB", "ENTER"}, "null"},
     };
     for (const DialogRow& row : rows) {
         Open("<input type=button id=b onclick=\"" + std::string(row.script) + "\">");

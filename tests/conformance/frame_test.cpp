@@ -25,10 +25,10 @@ TEST_F(Frames, AnswersAllInTheOrderOfThePage) {
         Open("<iframe name=n1 id=e1 src=" + inner +
              "></iframe><div><iframe id=e2 src=" + OtherUrl(inner) +
              "></iframe></div><iframe name=枠 id=e3 srcdoc='<p id=p>文'></iframe>" +
-             "<iframe id=e4 name=n4></iframe>");
+             "<iframe id=e4 name=n4></iframe><iframe name=n5 sandbox src=" + inner + "></iframe>");
     const auto frames = document.frames();
-    EXPECT_EQ(Lines(frames), (Strings{"n1|e1|中", "e2|e2|中", "枠|e3|文", "n4|e4|"}));
-    ASSERT_EQ(frames.size(), 4U);
+    EXPECT_EQ(Lines(frames), (Strings{"n1|e1|中", "e2|e2|中", "枠|e3|文", "n4|e4|", "n5||中"}));
+    ASSERT_EQ(frames.size(), 5U);
     EXPECT_EQ(frames[0].document.url(), Url(inner));
     EXPECT_EQ(frames[1].document.url(), OtherUrl(inner));
     EXPECT_EQ(frames[0].element, Find("e1"));
@@ -83,7 +83,7 @@ TEST_F(Frames, AreWrittenToLikePages) {
 }
 
 TEST_F(Frames, FollowTheirOwnNavigation) {
-    const std::string next = Serve("<p id=p>次</p>");
+    const std::string next = Serve(WebReply{.body = "<p id=p>next</p>", .delay_ms = 100});
     const std::string inner = Serve("<p id=p>前</p><a id=a href=" + next + ">次</a>");
     for (const std::string& first : {Url(inner), OtherUrl(inner)}) {
         const Document document = Open("<iframe name=n src=" + first +
@@ -94,10 +94,11 @@ TEST_F(Frames, FollowTheirOwnNavigation) {
         EventLog events;
         const auto connection = browser().Connect(events);
         EXPECT_TRUE(old.Named("a").by_id.click());
+        EXPECT_TRUE(Wait([&] { return browser().Busy(); }));
         EXPECT_TRUE(Wait([&] { return events.Has("DocumentComplete frame"); }));
         EXPECT_TRUE(WaitComplete());
         EXPECT_FALSE(events.Has("DocumentComplete top"));
-        EXPECT_EQ(Line(document.frames().at(0)), "n||次");
+        EXPECT_EQ(Line(document.frames().at(0)), "n||next");
         EXPECT_FALSE(old.Named("p").by_id);
 
         EXPECT_TRUE(Find("back").click());

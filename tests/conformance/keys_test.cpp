@@ -8,8 +8,9 @@ using SendKeys = Suite;
 TEST_F(SendKeys, TypesText) {
     Open("<input id=a autofocus><textarea id=b></textarea>");
     ASSERT_TRUE(Wait([&] { return browser().document().activeElement().id() == "a"; }));
-    EXPECT_TRUE(Type("Abc 1+*\"'山田🚀"));
-    EXPECT_EQ(Find("a").value(), "Abc 1+*\"'山田🚀");
+    EXPECT_TRUE(Type("Abc 1+*~\\\"'山田🚀𠮷") &&
+                input().SendKeys({{.text = "s", .name = "", .shift = true}}));
+    EXPECT_EQ(Find("a").value(), "Abc 1+*~\\\"'山田🚀𠮷S");
     EXPECT_TRUE(Press("TAB") && Type("一") && Press("ENTER") && Type("二"));
     EXPECT_EQ(Find("b").value(), "一\r\n二");
     EXPECT_TRUE(input().SendKeys({}));
@@ -21,13 +22,19 @@ TEST_F(SendKeys, EditsAndMoves) {
         "say(value)><option>x<option>y<option>z</select><input id=d>");
     const auto active = [&] { return browser().document().activeElement().id(); };
     ASSERT_TRUE(Wait([&] { return active() == "a"; }));
-    const KeyStroke all{.text = "a", .name = "", .ctrl = true};
+    const auto ctrl = [](std::string letter) {
+        return KeyStroke{.text = std::move(letter), .name = "", .ctrl = true};
+    };
     const KeyStroke back{.text = "", .name = "TAB", .shift = true};
 
     EXPECT_TRUE(input().SendKeys({Key("END"), Key("BACKSPACE"), Key("BS"), Key("LEFT"),
                                   Key("DELETE"), Key("HOME"), Key("DEL")}));
     EXPECT_EQ(Find("a").value(), "2");
-    EXPECT_TRUE(Type("67") && input().SendKeys({all}) && Type("8"));
+    EXPECT_TRUE(Type("67") && input().SendKeys({ctrl("a")}) && Type("8"));
+    EXPECT_EQ(Find("a").value(), "8");
+    EXPECT_TRUE(input().SendKeys({ctrl("a"), ctrl("x"), ctrl("v"), ctrl("v")}));
+    EXPECT_EQ(Find("a").value(), "88");
+    EXPECT_TRUE(input().SendKeys({ctrl("z")}));
     EXPECT_EQ(Find("a").value(), "8");
     EXPECT_TRUE(Press("TAB") && Type(" "));
     EXPECT_EQ(active() + Find("b").checked(), "bTrue");
@@ -42,16 +49,21 @@ TEST_F(SendKeys, EditsAndMoves) {
 
 TEST_F(SendKeys, TellsThePageWhichKeysAreHeld) {
     Open(
-        "<script>addEventListener('keydown', e => { if (e.key.length === 1 || e.key[0] === 'F' ||"
-        " e.key === 'Enter' || e.key === 'Escape') say((e.ctrlKey ? '^' : '') +"
-        " (e.altKey ? '%' : '') + (e.shiftKey ? '+' : '') + e.key); })</script>");
+        "<script>addEventListener('keydown', e => { if (!['Control', 'Alt', 'Shift'].includes("
+        "e.key)) say((e.ctrlKey ? '^' : '') + (e.altKey ? '%' : '') + (e.shiftKey ? '+' : '') +"
+        " [e.key, e.keyCode, e.code].join('/')); })</script>");
     EXPECT_TRUE(input().SendKeys({{.text = "k", .name = "", .ctrl = true},
                                   {.text = "k", .name = "", .alt = true},
                                   {.text = "K", .name = ""},
+                                  {.text = "?", .name = ""},
                                   {.text = "", .name = "F2", .shift = true},
+                                  {.text = "", .name = "PGUP", .shift = true, .ctrl = true},
                                   {.text = "", .name = "ENTER", .ctrl = true},
                                   {.text = "", .name = "ESC"}}));
-    EXPECT_EQ(Said("^k %k +K +F2 ^Enter Escape"), "^k %k +K +F2 ^Enter Escape");
+    const std::string said =
+        "^k/75/KeyK %k/75/KeyK +K/75/KeyK +?/191/Slash +F2/113/F2 ^+PageUp/33/PageUp"
+        " ^Enter/13/Enter Escape/27/Escape";
+    EXPECT_EQ(Said(said), said);
 }
 
 TEST_F(SendKeys, SubmitsByEnter) {
@@ -79,18 +91,36 @@ TEST_F(SendKeys, ReachesTheFieldThatHasTheFocusInAFrame) {
 }
 
 TEST_F(SendKeys, ActsOnTheBrowser) {
-    const Document first = Open("<p id=first>一");
-    const std::string first_url = first.url();
-    Open("<p id=second>二");
+    const std::string first = Open("<input id=p>").url();
+    const std::string second = Open("<input id=p>").url();
     EventLog events;
     const auto connection = browser().Connect(events);
     EXPECT_TRUE(Press("F5"));
     EXPECT_TRUE(Wait([&] { return events.Has("DocumentComplete top"); }));
-    EXPECT_TRUE(Find("second"));
-    EXPECT_TRUE(input().SendKeys({{.text = "", .name = "LEFT", .alt = true}}));
-    EXPECT_TRUE(Wait([&] { return browser().document().url() == first_url; }));
-    EXPECT_TRUE(WaitComplete());
-    EXPECT_TRUE(Find("first"));
+    const struct {
+        std::string_view key;
+        const std::string& url;
+    } rows[] = {{"LEFT", first}, {"RIGHT", second}, {"RIGHT", second}};
+    for (const auto& row : rows) {
+        EXPECT_TRUE(input().SendKeys({{.text = "", .name = std::string(row.key), .alt = true}}));
+        EXPECT_TRUE(Wait([&] { return browser().document().url() == row.url; })) << row.key;
+        EXPECT_TRUE(WaitComplete());
+        EXPECT_TRUE(Find("p").Put("value", "x"));
+        EXPECT_EQ(Find("p").value(), "x");
+    }
+}
+
+TEST_F(SendKeys, LeavesToThePageWhatItTakes) {
+    Open(
+        "<script>onkeydown = e => { say(e.key); e.preventDefault() }"
+        "</script>");
+    EventLog events;
+    const auto connection = browser().Connect(events);
+    EXPECT_TRUE(Press("F5"));
+    EXPECT_EQ(Said("F5"), "F5");
+    Pump();
+    EXPECT_FALSE(browser().Busy());
+    EXPECT_EQ(events.lines, std::vector<std::string>());
 }
 
 }  // namespace

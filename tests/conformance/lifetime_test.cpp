@@ -62,5 +62,24 @@ TEST_F(Create, OpensEmptyWindowsThatWorkSideBySide) {
     EXPECT_EQ(shared_events.lines, std::vector<std::string>());
 }
 
+TEST_F(Create, LeadsTheKeysToTheWindowMadeOrBroughtToTheFrontLast) {
+    const std::string page = Serve("<input id=a autofocus>");
+    const auto other = NewWindow();
+    ASSERT_TRUE(other);
+    for (Browser* window : {&browser(), other.get()}) {
+        EXPECT_TRUE(window->Navigate(Url(page)));
+        ASSERT_TRUE(Wait([&] { return window->document().activeElement().id() == "a"; }));
+    }
+    EXPECT_TRUE(Type("o"));
+    browser().SetForeground();
+    EXPECT_TRUE(Type("t"));
+    EXPECT_TRUE(Wait([&] { return Find("a").value() == "t"; }));
+    EXPECT_EQ(other->document().Named("a").by_id.value(), "o");
+    other->SetForeground();
+    EXPECT_TRUE(input().SendKeys({{.text = "", .name = "F4", .alt = true}}));
+    EXPECT_TRUE(Wait([&] { return !other->Alive(); }));
+    EXPECT_FALSE(Type("x"));
+}
+
 }  // namespace
 }  // namespace tamrin::conformance

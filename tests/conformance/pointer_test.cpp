@@ -14,13 +14,16 @@ std::string Page(const std::string& body) { return std::string(kTells) + body; }
 
 TEST_F(ElementScreenPoint, LeadsTheMouseToTheElement) {
     Open(
-        Page("<button id=top>上</button><div style='height:3000px'></div><button id=low>下</button>"
+        Page("<style>html{scroll-behavior:smooth}</style>"
+             "<button id=top>上</button><div style='height:3000px'></div><button id=low>下</button>"
+             "<div style='width:300px;font:24px/40px monospace'>あいうえおかき<a id=broken href=#>"
+             "二つの行にわたる長い長いリンク</a></div>"
              "<div style='height:80px;overflow:scroll'><div style='height:500px'></div>"
              "<button id=boxed>箱</button></div><div style='width:4000px;text-align:right'>"
              "<button id=right>右</button></div><button id=scaled style='transform:scale(1.5)'>大"
              "</button><div style='zoom:1.5'><button id=zoomed>拡</button></div>"));
     std::string expected;
-    for (const char* id : {"top", "low", "top", "boxed", "right", "scaled", "zoomed"}) {
+    for (const char* id : {"top", "low", "broken", "top", "boxed", "right", "scaled", "zoomed"}) {
         MouseClick(Find(id));
         AddWord(expected, id);
         ASSERT_EQ(Said(expected), expected);
@@ -76,6 +79,7 @@ TEST_F(ElementScreenPoint, IsNothingForWhatIsNotShown) {
         EXPECT_FALSE(Find(id).getBoundingClientRect()) << id;
     }
     EXPECT_TRUE(browser().ElementScreenPoint(Find("shown")));
+    EXPECT_FALSE(browser().ElementScreenPoint(Element()));
 }
 
 TEST_F(ElementScreenPoint, FollowsTheWindow) {

@@ -27,6 +27,10 @@ constexpr PutRow kRows[] = {
     {"<input id=% type=number>", "value", "abc", false, "", ""},
     {"<input id=% type=date>", "value", "2026-04-01", true, "2026-04-01", "input change"},
     {"<input id=% type=date>", "value", "4月1日", false, "", ""},
+    {"<input id=% type=date>", "value", "2026-02-29", false, "", ""},
+    {"<input id=% type=color value='#000000'>", "value", "red", false, "#000000", ""},
+    {"<input id=% type=color>", "value", "#FF0000", true, "#ff0000", "input change"},
+    {"<input id=% type=range value=50>", "value", "101", false, "50", ""},
     {"<input id=% maxlength=2>", "value", "abc", true, "abc", "input change"},
     {"<input id=% readonly>", "value", "x", true, "x", "*"},
     {"<input id=% disabled>", "value", "x", true, "x", "*"},
@@ -37,6 +41,8 @@ constexpr PutRow kRows[] = {
      "input change"},
     {"<select id=%><option>a<option>b</select>", "selectedIndex", "2", false, "0", ""},
     {"<select id=%><option>a<option>b</select>", "selectedIndex", "b", false, "0", ""},
+    {"<select id=%><option>a<option>b</select>", "selectedIndex", "-1", false, "0", ""},
+    {"<select id=%><option>a<option>b</select>", "selectedIndex", "", false, "0", ""},
     {"<select id=%><option>a<option value=2>b</select>", "value", "2", true, "2", "input change"},
     {"<select id=%><option>a<option>b</select>", "value", "c", false, "a", ""},
     {"<input id=% type=checkbox>", "checked", "True", true, "True", "click input change"},
@@ -50,6 +56,9 @@ constexpr PutRow kRows[] = {
     {"<input id=%>", "selectedIndex", "0", false, "", ""},
     {"<input id=%>", "innerText", "x", false, "", ""},
     {"<input id=% type=file>", "value", "/no/such/file", false, "", ""},
+    {"<input id=% type=file>", "value", "", false, "", ""},
+    {"<button id=% value=v></button>", "value", "x", true, "x", "*"},
+    {"<div id=% contenteditable></div>", "value", "x", true, "", "input change"},
     {"<div id=%>文</div>", "value", "x", false, "", ""},
     {"<div id=%>文</div>", "checked", "True", false, "", ""},
 };
@@ -89,26 +98,34 @@ TEST_F(Put, ReachesFieldsWhoseFrameworkTracksThem) {
     // As the frameworks do: the field's own accessor notes what scripts set, and an input event
     // that brings nothing new is not a user's.
     Open(
-        "<input id=f><select id=s><option>a<option>b</select><script>"
-        "for (const e of document.querySelectorAll('input,select')) {"
+        "<input id=f><select id=s><option>a<option>b</select><input type=checkbox id=c><script>"
+        "for (const e of document.querySelectorAll('#f,select')) {"
         " const own = Object.getOwnPropertyDescriptor(e.constructor.prototype, 'value');"
         " let known = e.value;"
         " Object.defineProperty(e, 'value', {get() { return own.get.call(e); },"
         "  set(v) { known = v; own.set.call(e, v); }});"
         " e.addEventListener(e.tagName === 'INPUT' ? 'input' : 'change', () => {"
-        "  if (e.value === known) return; known = e.value; say(e.value); }); }</script>");
+        "  if (e.value === known) return; known = e.value; say(e.value); }); }"
+        "let set = false; Object.defineProperty(c, 'checked', {set() { set = true; }});"
+        "c.onclick = () => say(set ? 'set' : 'clicked');</script>");
     const Element field = Find("f");
     EXPECT_TRUE(field.Put("value", "一") && field.fireEvent("onchange"));
     EXPECT_TRUE(field.Put("value", "二") && field.fireEvent("onchange"));
     const Element select = Find("s");
     EXPECT_TRUE(select.Put("selectedIndex", "1") && select.fireEvent("onchange"));
-    EXPECT_EQ(Said("一 二 b"), "一 二 b");
+    EXPECT_TRUE(Find("c").Put("checked", "True"));
+    EXPECT_EQ(Said("一 二 b clicked"), "一 二 b clicked");
 }
 
-TEST_F(Put, ChoosesOneRadioOfAGroup) {
-    Open("<form><input type=radio name=r id=a checked><input type=radio name=r id=b></form>");
-    EXPECT_TRUE(Find("b").Put("checked", "True"));
-    EXPECT_EQ(Find("a").checked() + Find("b").checked(), "FalseTrue");
+TEST_F(Put, IsReadThroughHandlesFoundBefore) {
+    Open(
+        "<input type=radio name=r id=a checked><input type=radio name=r id=b><input id=c value=1>");
+    const Element a = Find("a");
+    const Element b = Find("b");
+    const Element c = Find("c");
+    const Element same = Find("c");
+    EXPECT_TRUE(b.Put("checked", "True") && c.Put("value", "2"));
+    EXPECT_EQ(a.checked() + b.checked() + c.value() + same.value(), "FalseTrue22");
 }
 
 TEST_F(Put, GivesAFileToAFileField) {
@@ -129,6 +146,7 @@ TEST_F(Put, AnswersFalseForAnElementThatIsGone) {
     EXPECT_FALSE(gone.getBoundingClientRect());
     EXPECT_FALSE(browser().ElementScreenPoint(gone));
     EXPECT_FALSE(gone.parentElement());
+    EXPECT_EQ(gone.innerText(), "");
 }
 
 }  // namespace

@@ -137,16 +137,6 @@ Document Suite::GoTo(const std::string& address) {
     return browser().document();
 }
 
-bool Suite::Wait(const std::function<bool()>& condition) {
-    const std::uint32_t start = clock().TickCount();
-    while (!condition()) {
-        if (clock().TickCount() - start > kLongestWait) return false;
-        clock().Sleep(kStep);
-        clock().DoEvents();
-    }
-    return true;
-}
-
 bool Suite::WaitComplete(Browser& window) {
     return Wait([&] { return !window.Busy() && window.ReadyState() == 4; });
 }
@@ -187,6 +177,16 @@ std::vector<KeyStroke> Suite::Typed(std::string_view text) {
     for (auto& character : Characters(text))
         keys.push_back({.text = std::move(character), .name = ""});
     return keys;
+}
+
+bool WaitUntil(Clock& clock, const std::function<bool()>& condition) {
+    const std::uint32_t start = clock.TickCount();
+    while (!condition()) {
+        if (clock.TickCount() - start > kLongestWait) return false;
+        clock.Sleep(kStep);
+        clock.DoEvents();
+    }
+    return true;
 }
 
 void AddWord(std::string& words, std::string_view word) {

@@ -16,6 +16,9 @@ namespace tamrin::conformance {
 // The longest that any wait of the suite takes, in milliseconds.
 constexpr std::uint32_t kLongestWait = 10000;
 
+// Handles events until `condition` holds; false when it does not within kLongestWait.
+bool WaitUntil(Clock& clock, const std::function<bool()>& condition);
+
 // Keeps the browser's events as lines: "BeforeNavigate2 <address>", "DocumentComplete top" or
 // "DocumentComplete frame", "NavigateError <address>", "OnQuit".
 class EventLog : public BrowserEvents {
@@ -65,8 +68,7 @@ protected:
     Document Open(std::string_view body) { return GoTo(Url(Serve(body))); }
     Document OpenBare(std::string html) { return GoTo(Url(ServeBare(std::move(html)))); }
 
-    // Pumps until `condition` holds; false when it does not within kLongestWait.
-    bool Wait(const std::function<bool()>& condition);
+    bool Wait(const std::function<bool()>& condition) { return WaitUntil(clock(), condition); }
     bool WaitComplete() { return WaitComplete(browser()); }
     bool WaitComplete(Browser& window);
     // Pumps for some passes, for what must not happen.
