@@ -7,7 +7,10 @@
 #include <array>
 #include <string>
 
-#include "chromium/chromium_fixture.h"
+#include "conformance/quiet_processes.h"
+#include "conformance/suite.h"
+#include "platform/posix/files.h"
+#include "platform/posix/system_clock.h"
 #include "support/temporary_folder.h"
 
 namespace tamrin::test {
@@ -51,16 +54,13 @@ protected:
         return {.debug_address = [this] { return address_; }, .profile_folder = profile_};
     }
     bool Wait(ChromiumWindows& windows, const std::function<bool()>& condition) {
-        const std::uint32_t start = clock_.TickCount();
-        while (!condition()) {
-            if (clock_.TickCount() - start > 10000) return false;
-            clock_.Sleep(5);
+        return conformance::WaitUntil(clock_, [&] {
             windows.DeliverEvents();
-        }
-        return true;
+            return condition();
+        });
     }
 
-    NoDisplay processes_;
+    conformance::QuietProcesses processes_;
     PosixFiles files_;
     SystemClock clock_;
     TemporaryFolder folder_;
