@@ -110,6 +110,7 @@ TEST_F(GetProperty, AnswersStateAsText) {
     EXPECT_EQ(Find("off").checked(), "False");
     EXPECT_EQ(Find("s").selectedIndex(), "1");
     EXPECT_EQ(Find("none").selectedIndex(), "-1");
+    EXPECT_EQ(Find("s").Get("length"), "2");
     EXPECT_EQ(Find("i").Get("src"), Url("/p.png"));
     EXPECT_EQ(Find("v").value(), "new");
     EXPECT_EQ(Find("d").Get("checked"), "");

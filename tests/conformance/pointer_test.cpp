@@ -30,7 +30,7 @@ TEST_F(ElementScreenPoint, LeadsTheMouseToTheElement) {
     }
 }
 
-TEST_F(ElementScreenPoint, CountsFramesIn) {
+TEST_F(ElementScreenPoint, CountsFramesAndTheirScaleIn) {
     const std::string leaf =
         Serve(Page("<button id=leaf>葉</button><div style='height:900px'></div>"
                    "<button id=low>下</button>"));
@@ -42,30 +42,22 @@ TEST_F(ElementScreenPoint, CountsFramesIn) {
         const Document document = Open(
             Page("<div style='height:1500px'></div><iframe src=" + leaf_url +
                  " style='border:9px solid;padding:15px 21px'></iframe><iframe src=" + Url(middle) +
-                 "></iframe><div style='height:1500px'></div>"));
+                 "></iframe><div style='zoom:1.5'><iframe src=" + leaf_url +
+                 "></iframe></div><div style='transform:scale(1.5);transform-origin:0 0'>"
+                 "<iframe src=" +
+                 leaf_url + "></iframe></div><div style='height:1500px'></div>"));
         const auto frames = document.frames();
-        ASSERT_EQ(frames.size(), 2U);
+        ASSERT_EQ(frames.size(), 4U);
         const auto inner = frames[1].document.frames();
         ASSERT_EQ(inner.size(), 1U);
         std::string expected;
-        for (const Document& page : {frames[0].document, inner[0].document}) {
+        for (const Document& page :
+             {frames[0].document, inner[0].document, frames[2].document, frames[3].document}) {
             for (const char* id : {"leaf", "low"}) {
                 MouseClick(page.Named(id).by_id);
                 AddWord(expected, id);
                 ASSERT_EQ(Said(expected), expected) << (other ? "other origin" : "same origin");
             }
-        }
-    }
-}
-
-TEST_F(ElementScreenPoint, CountsTheScaleOfFramesIn) {
-    const std::string leaf = Serve(Page("<div style='height:90px'></div><button id=k>葉</button>"));
-    for (const std::string& url : {Url(leaf), OtherUrl(leaf)}) {
-        for (const char* style : {"zoom:1.5", "transform:scale(1.5);transform-origin:0 0"}) {
-            const Document document = Open(Page("<div style='" + std::string(style) +
-                                                "'><iframe src=" + url + "></iframe></div>"));
-            MouseClick(document.frames().at(0).document.Named("k").by_id);
-            EXPECT_EQ(Said("k"), "k") << url << " " << style;
         }
     }
 }
