@@ -269,6 +269,8 @@ TEST_F(DialogTest, DisplayOptionsTakeEffectAndAreKept) {
     form().Click("optDisp", 0);
     EXPECT_EQ(list().GetPlace().top, 34);
     form().Click("optDisp", 2);
+    EXPECT_TRUE(Find("lstCsv").Visible());
+    EXPECT_FALSE(Find("lstDetail").Visible());
     EXPECT_EQ(list().GetPlace().top, top);
     Place splitter = Find("splTop").GetPlace();
     splitter.top = 5000;

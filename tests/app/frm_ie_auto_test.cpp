@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "app/main_window_rig.h"
-#include "app/options_file.h"
 
 namespace tamrin::test {
 namespace {
@@ -43,33 +42,24 @@ TEST_F(MainWindowTest, LoadsAndPlaysTheScenarioOfTheCommandLine) {
     }
 }
 
-TEST_F(MainWindowTest, ShowsTheLoadedFile) {
-    window.Form_Load("-a C:\\tamrin\\order.csv");
-    EXPECT_EQ(form().Caption(), "Tamrin 0.10 < order.csv >");
-    EXPECT_EQ(Find("txtUrl").Text(), "C:\\tamrin\\order.csv");
-    EXPECT_EQ(globals.current_file, "C:\\tamrin\\order.csv");
-    EXPECT_TRUE(Enabled("cmdPlay"));
-    EXPECT_FALSE(globals.unsaved);
-}
-
-TEST_F(MainWindowTest, SaysWhichParameterIsMissing) {
-    dialogs.answers = {Answer::kOk};
-    form().List("lstDtList").SetLines({"x"});
-    Find("cmdPlay").SetEnabled(false);
-    EXPECT_EQ(window.Form_Load("-a -close"), StartUp::kParameterError);
-    EXPECT_EQ(dialogs.shown,
-              Lines{"パラメータエラー|aの第二パラメータ（ファイル名）がありません！"});
-    EXPECT_FALSE(Enabled("cmdPlay")) << "start-up ended before the mode switch";
-    EXPECT_FALSE(globals.close_after_play);
-}
-
-TEST_F(MainWindowTest, SaysWhichFileIsMissingAndIgnoresTheRest) {
-    dialogs.answers = {Answer::kOk};
-    EXPECT_EQ(window.Form_Load("-auto 無い ファイル.csv -close"), StartUp::kNoScenario);
-    EXPECT_EQ(dialogs.shown,
-              Lines{"Tamrin|auto\r\n無い ファイル.csv\r\nのファイルが存在しません。"});
-    EXPECT_FALSE(globals.close_after_play);
-    EXPECT_FALSE(globals.auto_play);
+TEST_F(MainWindowTest, SaysWhatACommandLineLacksAndIgnoresTheRest) {
+    const struct {
+        const char* command_line;
+        StartUp end;
+        const char* shown;
+    } rows[] = {
+        {"-a -close", StartUp::kParameterError,
+         "パラメータエラー|aの第二パラメータ（ファイル名）がありません！"},
+        {"-auto 無い ファイル.csv -close", StartUp::kNoScenario,
+         "Tamrin|auto\r\n無い ファイル.csv\r\nのファイルが存在しません。"},
+    };
+    for (const auto& row : rows) {
+        dialogs.answers = {Answer::kOk};
+        EXPECT_EQ(window.Form_Load(row.command_line), row.end);
+        EXPECT_EQ(dialogs.shown.back(), row.shown);
+        EXPECT_FALSE(globals.close_after_play);
+        EXPECT_FALSE(globals.auto_play);
+    }
 }
 
 TEST_F(MainWindowTest, PlaysAScenarioTextAndCloses) {
@@ -82,21 +72,9 @@ TEST_F(MainWindowTest, PlaysAScenarioTextAndCloses) {
 }
 
 TEST_F(MainWindowTest, ReadsTheOtherSwitches) {
-    window.Form_Load("-tasktray -c -browser C:\\Program Files\\b.exe");
-    EXPECT_TRUE(Find("mnuTaskTray").Checked());
+    window.Form_Load("-c -browser C:\\Program Files\\b.exe");
     EXPECT_TRUE(globals.close_after_play);
     EXPECT_EQ(globals.options.browser_path, "C:\\Program Files\\b.exe");
-}
-
-TEST_F(MainWindowTest, TakesTheBrowserFromOptionsUnlessTheCommandLineNamesOne) {
-    files.contents["C:\\tamrin\\Options.txt"] =
-        "junk\r\na=b=c\r\n Browser =  C:\\x.exe\ndebug address = 127.0.0.1:9222";
-    window.Form_Load("");
-    EXPECT_EQ(globals.options.browser_path, "C:\\x.exe");
-    EXPECT_EQ(globals.options.debug_address, "127.0.0.1:9222");
-    ASSERT_TRUE(OptionsSave(globals.options, files, codec));
-    EXPECT_EQ(files.contents["C:\\tamrin\\Options.txt"],
-              "browser = C:\\x.exe\r\ndebug address = 127.0.0.1:9222\r\n");
 }
 
 TEST_F(MainWindowTest, SwitchesTheButtonsByMode) {
@@ -130,23 +108,17 @@ TEST_F(MainWindowTest, SwitchesTheButtonsByMode) {
     EXPECT_FALSE(Enabled("cmdPlay"));
 }
 
-TEST_F(MainWindowTest, StopsARunByTheButton) {
+TEST_F(MainWindowTest, PlaysOneRunUntilTheButtonStopsIt) {
     files.contents["C:\\tamrin\\order.csv"] =
         "url\t,size_bar=1.2.3.4.1,indt=page\nwait\t,indt=60000\n";
+    clock.At(300, [&] { Find("mnuPlay").onClick(); });
     clock.At(3000, [&] { Find("cmdStop").onClick(); });
     window.Form_Load("-a C:\\tamrin\\order.csv");
+    EXPECT_EQ(std::count(web.calls.begin(), web.calls.end(), "create"), 1);
     EXPECT_EQ(window.last_run(), RunEnd::kStopped);
     EXPECT_EQ(clock.Elapsed(), 3000U);
     EXPECT_TRUE(Enabled("cmdPlay"));
     EXPECT_FALSE(Enabled("cmdStop"));
-}
-
-TEST_F(MainWindowTest, PlaysOnlyOneRunAtATime) {
-    files.contents["C:\\tamrin\\order.csv"] =
-        "url\t,size_bar=1.2.3.4.1,indt=page\nwait\t,indt=500\n";
-    clock.At(300, [&] { Find("mnuPlay").onClick(); });
-    window.Form_Load("-a C:\\tamrin\\order.csv");
-    EXPECT_EQ(std::count(web.calls.begin(), web.calls.end(), "create"), 1);
 }
 
 TEST_F(MainWindowTest, TheWatchdogEndsAnAutoStartedRunWithoutPages) {
@@ -162,7 +134,7 @@ TEST_F(MainWindowTest, TheWatchdogEndsAnAutoStartedRunWithoutPages) {
               "ページの読み込みが完了しなかったため、終了しました。\r\n");
 }
 
-TEST_F(MainWindowTest, TellsInItsTitleHowFarTheRunHasCome) {
+TEST_F(MainWindowTest, ShowsTheFileAndHowFarTheRunHasCome) {
     files.contents["C:\\tamrin\\order.csv"] =
         "url\t,size_bar=1.2.3.4.1,indt=page\n//\twait\nwait\t,indt=500\n";
     std::string caption;
@@ -170,6 +142,9 @@ TEST_F(MainWindowTest, TellsInItsTitleHowFarTheRunHasCome) {
     window.Form_Load("-a C:\\tamrin\\order.csv");
     EXPECT_EQ(caption, "(3/3) Tamrin 0.10 < order.csv >");
     EXPECT_EQ(form().Caption(), "Tamrin 0.10 < order.csv >");
+    EXPECT_EQ(Find("txtUrl").Text(), "C:\\tamrin\\order.csv");
+    EXPECT_EQ(globals.current_file, "C:\\tamrin\\order.csv");
+    EXPECT_FALSE(globals.unsaved);
 }
 
 TEST_F(MainWindowTest, AHandStartedRunHasNoWatchdog) {
@@ -196,14 +171,6 @@ TEST_F(MainWindowTest, OpensTheFileListsMenuOnlyWhenIdle) {
     EXPECT_EQ(dialogs.shown, Lines{"実行中は不可|「停止」して下さい！"});
 }
 
-TEST_F(MainWindowTest, StoresTheChosenUpperPane) {
-    window.Form_Load("");
-    form().Find("optDisp", 2).SetChecked(true);
-    EXPECT_EQ(globals.settings.disp, 2);
-    EXPECT_TRUE(Find("lstCsv").Visible());
-    EXPECT_FALSE(Find("lstDetail").Visible());
-}
-
 class CloseTest : public MainWindowTest {
 protected:
     // Closes with an unsaved line in the list; whether it closed.
@@ -222,14 +189,20 @@ TEST_F(CloseTest, AsksOnlyAboutUnsavedRecords) {
     EXPECT_TRUE(window.Close());
 }
 
-TEST_F(CloseTest, CancelKeepsEverything) {
+TEST_F(CloseTest, ClosesOnlyWhenTheRecordsAreSavedOrGivenUp) {
     dialogs.answers = {Answer::kCancel};
     EXPECT_FALSE(CloseUnsaved());
     EXPECT_TRUE(globals.unsaved);
     EXPECT_EQ(dialogs.shown, Lines{kQuestion});
-}
-
-TEST_F(CloseTest, NoGivesTheChangesUp) {
+    files.full_disk = true;
+    dialogs.answers = {Answer::kYes, Answer::kOk};
+    dialogs.paths = {"C:\\new.csv"};
+    EXPECT_FALSE(CloseUnsaved());
+    EXPECT_TRUE(globals.unsaved);
+    EXPECT_EQ(dialogs.shown.back(),
+              "保存エラー|C:\\new.csv\r\nに保存できません。元のファイルはそのままです。\r\n"
+              "ディスクの空き、書き込みの禁止、ほかのプログラムの使用をお確かめください。");
+    files.full_disk = false;
     dialogs.answers = {Answer::kNo};
     EXPECT_TRUE(CloseUnsaved());
     EXPECT_FALSE(globals.unsaved);
@@ -254,33 +227,6 @@ TEST_F(CloseTest, YesAndADismissedDialogClosesAllTheSame) {
     dialogs.answers = {Answer::kYes};
     dialogs.paths = {""};
     EXPECT_TRUE(CloseUnsaved());
-}
-
-TEST_F(CloseTest, AFailedSaveKeepsTheWindowAndTheFlag) {
-    files.full_disk = true;
-    dialogs.answers = {Answer::kYes, Answer::kOk};
-    dialogs.paths = {"C:\\new.csv"};
-    EXPECT_FALSE(CloseUnsaved());
-    EXPECT_TRUE(globals.unsaved);
-    EXPECT_EQ(dialogs.shown.back(),
-              "保存エラー|C:\\new.csv\r\nに保存できません。元のファイルはそのままです。\r\n"
-              "ディスクの空き、書き込みの禁止、ほかのプログラムの使用をお確かめください。");
-}
-
-TEST_F(CloseTest, SaveProposesAnUntitledNameInTheSaveFolder) {
-    window.Form_Load("");
-    form().List("lstDtList").SetLines({"x"});
-    globals.settings.save_folder_path = "scenarios";
-    dialogs.paths = {"C:\\n.csv"};
-    form().Click("mnuSave");
-    EXPECT_EQ(dialogs.shown, Lines{"名前を付けて保存|CSVファイル(*.csv)|"
-                                   "C:\\tamrin\\scenarios\\無題.csv"});
-    EXPECT_EQ(globals.current_file, "C:\\n.csv");
-    EXPECT_EQ(form().Caption(), "Tamrin 0.10 < n.csv >");
-    EXPECT_EQ(Find("txtStatus").Text(), "保存完了");
-    form().List("lstDtList").SetLines({"y"});
-    form().Click("mnuSave");
-    EXPECT_EQ(files.contents["C:\\n.csv"], "y\r\n");
 }
 
 }  // namespace

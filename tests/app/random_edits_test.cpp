@@ -46,11 +46,11 @@ protected:
             case 0:
                 form().Click("mnuAddUpper");
                 next.insert(next.begin() + std::max(current, 0), "");
-                return model.Edit(next);
+                return Edited(next, std::max(current, 0), 1);
             case 1:
                 form().Click("mnuAddUnder");
                 next.insert(next.begin() + (current + 1), "");
-                return model.Edit(next);
+                return Edited(next, current + 1, 1);
             case 2:
                 return Delete(current);
             case 3:
@@ -82,31 +82,47 @@ private:
         list().SetListIndex(current);
         return current;
     }
+    // Notes an edit, which chooses some lines: the first of them is the current one.
+    void Edited(Lines next, int first, int count) {
+        EXPECT_TRUE(globals.unsaved);
+        EXPECT_EQ(list().ListIndex(), first);
+        for (int i = 0; i < list().Count(); ++i) {
+            EXPECT_EQ(list().Selected(i), i >= first && i < first + count) << i;
+        }
+        model.Edit(std::move(next));
+    }
     void Delete(int current) {
-        if (current < 0) return form().Press("Del");
+        if (current < 0) {
+            const bool unsaved = globals.unsaved;
+            form().Press("Del");
+            EXPECT_EQ(globals.unsaved, unsaved) << "nothing was selected";
+            return;
+        }
         Lines next = model.lines();
         const int other = Random(list().Count());
         list().Select(other, true);
         form().Press("Del");
         next.erase(next.begin() + std::max(current, other));
         if (other != current) next.erase(next.begin() + std::min(current, other));
-        model.Edit(next);
+        Edited(next, std::min(current, other) - 1, 1);
     }
     void Paste(int current) {
         Lines pieces;
         for (int i = Random(4); i >= 0; --i) {
             pieces.push_back("wait\t,indt=" + std::to_string(Random(1000)) + "、表");
         }
+        if (pieces.size() > 1 && Random(4) == 0) pieces.back().clear();
         std::string text = TextOf(pieces);
         text.resize(text.size() - 2);
         windows.SetClipboardText(text);
         dialogs.answers = {Answer::kOk};
         form().Press("Ctrl+V");
         Lines next = model.lines();
-        std::size_t at = static_cast<std::size_t>(std::max(current, 0));
+        const int first = std::max(current, 0);
+        auto at = static_cast<std::size_t>(first);
         if (next.size() < at + pieces.size()) next.resize(at + pieces.size());
         for (const std::string& piece : pieces) next[at++] = piece;
-        model.Edit(next);
+        Edited(next, first, static_cast<int>(pieces.size()));
     }
     void Reopen() {
         if (globals.unsaved && list().Count() > 0) dialogs.answers = {Answer::kNo};
@@ -129,6 +145,7 @@ TEST_F(RandomEdits, EndInTheFileThatAModelSays) {
             Step();
             ASSERT_EQ(Records(), model.lines());
             ASSERT_TRUE(globals.unsaved || Records() == model.saved);
+            ASSERT_EQ(Enabled("cmdPlay"), !model.lines().empty());
         }
         form().Press("Ctrl+S");
         const bool enciphered = globals.settings.cipher;
