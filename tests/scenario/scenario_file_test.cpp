@@ -26,19 +26,6 @@ TEST(WriteScenarioFile, IsReadBackByReadScenarioFile) {
     EXPECT_EQ(ReadScenarioFile(files, codec, folder.At("b.csv")), std::nullopt);
 }
 
-TEST(ListScenarioFiles, PutsCsvBeforeTamrin) {
-    const TemporaryFolder folder;
-    for (const char* name : {"b.tamrin", "a.csv", "c.txt", "無題.CSV", "z.csv~"}) {
-        folder.Write(name, "");
-    }
-    std::filesystem::create_directory(folder.At("folder.csv"));
-    Lines names = ListScenarioFiles(PosixFiles(), folder.path());
-    ASSERT_EQ(names.size(), 3U);
-    std::sort(names.begin(), names.begin() + 2);
-    EXPECT_EQ(names, (Lines{"a.csv", "無題.CSV", "b.tamrin"}));
-    EXPECT_EQ(ListScenarioFiles(PosixFiles(), folder.At("none")), Lines());
-}
-
 // A file that can be deleted only after some pauses; the pauses are counted.
 class HeldFile : public PosixFiles, public Clock {
 public:
