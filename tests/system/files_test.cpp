@@ -93,6 +93,7 @@ TEST_F(FilesTest, ListsTheFilesOfAnExtension) {
     for (const char* name : {"b.csv", "A.CSV", "c.csvx", "d.tamrin", "csv", "あ.Csv"}) {
         ASSERT_TRUE(files->Replace(At(name), ""));
     }
+    ASSERT_TRUE(files->MakeFolder(At("folder.csv")));
     Names names = files->List(folder, ".csv");
     std::ranges::sort(names);
     EXPECT_EQ(names, (Names{"A.CSV", "b.csv", "あ.Csv"}));
