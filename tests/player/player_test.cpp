@@ -7,7 +7,7 @@
 namespace tamrin::test {
 namespace {
 
-using Calls = std::vector<std::string>;
+using Lines = std::vector<std::string>;
 
 class PlayTest : public testing::Test, protected PlayerRig {};
 
@@ -16,9 +16,9 @@ TEST_F(PlayTest, OpensTheFirstUrlRecordAndPlaysWhatFollows) {
     lines = {Line("input", ",id=a,type=text,indt=never"), Url("page"),
              Line("input", ",id=a,type=text,indt=x")};
     EXPECT_EQ(player.Play(), RunEnd::kCompleted);
-    EXPECT_EQ(web.calls, (Calls{"create", "navigate page", "visible", "place 1,2,300,400",
+    EXPECT_EQ(web.calls, (Lines{"create", "navigate page", "visible", "place 1,2,300,400",
                                 "bars 1011", "put a value=x", "fire a onchange"}));
-    EXPECT_EQ(modes, (Calls{"play on", "play off"}));
+    EXPECT_EQ(modes, (Lines{"play on", "play off"}));
     EXPECT_EQ(globals.activity, "");
     EXPECT_EQ(selected, 2);
     ASSERT_EQ(reports.size(), 2U);
@@ -52,7 +52,7 @@ TEST_F(PlayTest, ReadsSizeAndBars) {
             EXPECT_EQ(rig.web.calls[4], row.bars) << row.size_bar;
         } else {
             EXPECT_EQ(rig.messages,
-                      Calls{"フォーマットエラー|位置・サイズまたはツールバーの指定が不正です。"});
+                      Lines{"フォーマットエラー|位置・サイズまたはツールバーの指定が不正です。"});
             EXPECT_EQ(rig.globals.activity, "play") << "left by the stop command";
             EXPECT_TRUE(rig.held) << "the new window stays open";
         }
@@ -61,8 +61,8 @@ TEST_F(PlayTest, ReadsSizeAndBars) {
 
 TEST_F(PlayTest, SaysWhenThereIsNothingToPlay) {
     EXPECT_EQ(player.Play(), RunEnd::kNothingToPlay);
-    EXPECT_EQ(messages, Calls{"|再生するデータがありません。"});
-    EXPECT_EQ(web.calls, Calls{});
+    EXPECT_EQ(messages, Lines{"|再生するデータがありません。"});
+    EXPECT_EQ(web.calls, Lines{});
 }
 
 TEST_F(PlayTest, EndsSilentlyWithoutAUrlRecordOrAddress) {
@@ -70,7 +70,7 @@ TEST_F(PlayTest, EndsSilentlyWithoutAUrlRecordOrAddress) {
         PlayerRig rig;
         rig.lines = {line};
         EXPECT_EQ(rig.player.Play(), RunEnd::kNothingToPlay);
-        EXPECT_EQ(rig.messages, Calls{});
+        EXPECT_EQ(rig.messages, Lines{});
         EXPECT_EQ(rig.globals.activity, "play");
         EXPECT_FALSE(rig.held);
     }
@@ -81,15 +81,15 @@ TEST_F(PlayTest, PlaysAsOftenAsThePlayCountSaysInOneWindow) {
     EXPECT_EQ(PlayOn("<input id=a type=text>", {Line("input", ",id=a,type=text,indt=x")}),
               RunEnd::kCompleted);
     EXPECT_EQ(CallsOnPage(),
-              (Calls{"put a value=x", "fire a onchange", "navigate page", "put a value=x",
-                     "fire a onchange", "navigate page", "put a value=x", "fire a onchange"}));
+              "put a value=x; fire a onchange; navigate page; put a value=x; fire a onchange; "
+              "navigate page; put a value=x; fire a onchange");
     EXPECT_EQ(reports.size(), 6U);
 }
 
 TEST_F(PlayTest, QuitEndsTheRunWhateverThePlayCount) {
     repeat = 2;
     EXPECT_EQ(PlayOn("<p>", {Line("quit", ",id="), Line("wait", ",indt=10")}), RunEnd::kCompleted);
-    EXPECT_EQ(CallsOnPage(), Calls{"quit"});
+    EXPECT_EQ(CallsOnPage(), "quit");
     EXPECT_EQ(globals.browser_status, BrowserStatus::kEnd);
 }
 
@@ -98,7 +98,7 @@ TEST_F(PlayTest, WaitsForThePageBeforeARecordOfAnElement) {
     web.load_ms = 4000;
     EXPECT_EQ(PlayOn("<p>", {Line("navigate", ",indt=next"), Line("input", ",id=b,indt=y")}),
               RunEnd::kCompleted);
-    EXPECT_EQ(CallsOnPage(), (Calls{"navigate next", "put b value=y", "fire b onchange"}));
+    EXPECT_EQ(CallsOnPage(), "navigate next; put b value=y; fire b onchange");
     EXPECT_GE(reports.back().milliseconds, 4000U);
 }
 
@@ -108,7 +108,7 @@ TEST_F(PlayTest, TheFirstRecordDoesNotWaitForAPageThatNeverCompletes) {
     EXPECT_EQ(PlayOn("<input id=a type=text>",
                      {Line("input", ",id=a,indt=x"), Line("input", ",id=a,indt=y")}),
               RunEnd::kStopped);
-    EXPECT_EQ(CallsOnPage(), (Calls{"put a value=x", "fire a onchange"}));
+    EXPECT_EQ(CallsOnPage(), "put a value=x; fire a onchange");
     EXPECT_EQ(clock.Elapsed(), 60000U) << "the second record is retried until Stop";
 }
 
@@ -119,7 +119,7 @@ TEST_F(PlayTest, StopsInTheMiddleOfAnyWait) {
         rig.clock.At(5000, [&] { rig.globals.activity.clear(); });
         EXPECT_EQ(rig.PlayOn("<a id=a href=u>x</a><input id=b type=button>", {record, "quit\t"}),
                   RunEnd::kStopped);
-        EXPECT_EQ(rig.CallsOnPage(), Calls{}) << record;
+        EXPECT_EQ(rig.CallsOnPage(), "") << record;
         EXPECT_LT(rig.clock.Elapsed(), 5200U) << record;
         EXPECT_EQ(rig.reports.back().outcome, RecordOutcome::kStopped);
     }
@@ -128,7 +128,7 @@ TEST_F(PlayTest, StopsInTheMiddleOfAnyWait) {
 TEST_F(PlayTest, SaysWhenTheBrowserCannotBeStarted) {
     web.refusal = "ブラウザがありません。";
     EXPECT_EQ(PlayOn("<p>", {}), RunEnd::kNoBrowser);
-    EXPECT_EQ(messages, Calls{"ブラウザを起動できません|ブラウザがありません。"});
+    EXPECT_EQ(messages, Lines{"ブラウザを起動できません|ブラウザがありません。"});
     EXPECT_EQ(globals.activity, "");
     EXPECT_EQ(modes.back(), "all on");
 }
@@ -137,7 +137,7 @@ TEST_F(PlayTest, EndsWithAMessageWhenTheBrowserDies) {
     clock.At(100, [&] { web.browser->Die(); });
     EXPECT_EQ(PlayOn("<p>", {Line("wait", ",indt=300"), Line("input", ",id=a,indt=x")}),
               RunEnd::kBrowserDied);
-    EXPECT_EQ(messages, Calls{"再生エラー|ブラウザが終了したか、ページが異常終了したため、"
+    EXPECT_EQ(messages, Lines{"再生エラー|ブラウザが終了したか、ページが異常終了したため、"
                               "再生を中止しました。"});
     EXPECT_EQ(globals.activity, "");
 }
@@ -149,7 +149,7 @@ TEST_F(PlayTest, ClosesTheProgramAfterwardsWhereToldTo) {
         rig.globals.close_after_play = !by_setting;
         rig.PlayOn("<p>", {});
         EXPECT_TRUE(rig.closed);
-        EXPECT_EQ(rig.modes, Calls{"play on"});
+        EXPECT_EQ(rig.modes, Lines{"play on"});
     }
 }
 

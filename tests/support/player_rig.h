@@ -35,9 +35,13 @@ public:
         return player.Play();
     }
 
-    // The calls behind those that every run begins with.
-    std::vector<std::string> CallsOnPage() const {
-        return {web.calls.begin() + 5, web.calls.end()};
+    // The calls behind those that every run begins with, a "; " between them.
+    std::string CallsOnPage() const {
+        std::string calls;
+        for (std::size_t i = 5; i < web.calls.size(); ++i) {
+            calls += (calls.empty() ? "" : "; ") + web.calls[i];
+        }
+        return calls;
     }
 
     int RecordCount() override { return static_cast<int>(lines.size()); }
