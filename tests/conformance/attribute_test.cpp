@@ -153,10 +153,10 @@ TEST_F(GetProperty, AnswersOddCharacters) {
 }
 
 TEST_F(GetProperty, AnswersAndTakesMegabytes) {
-    Open("<input type=hidden id=v><script>v.value = 'aaaaaaaaa日'.repeat(3e5)</script>");
+    Open("<input type=hidden id=v><script>v.value = 'aaaaaaaaa日'.repeat(1e5)</script>");
     const Element v = Find("v");
     const std::string big = v.value();
-    EXPECT_EQ(big.size(), 3600000U);
+    EXPECT_EQ(big.size(), 1200000U);
     EXPECT_TRUE(big.ends_with("a日"));
     EXPECT_TRUE(v.Put("value", big + "!"));
     EXPECT_TRUE(v.value() == big + "!");
