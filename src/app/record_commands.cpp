@@ -127,9 +127,9 @@ bool RecordCommands::Stop() {
     globals_.activity.clear();
     globals_.activity_detail.clear();
     if (onMode) onMode("all");
+    TellOfPassword();
     if (browser) browser->SetForeground();
     stopping_ = false;
-    TellOfPassword();
     if (onStopped) onStopped();
     return true;
 }
