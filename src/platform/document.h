@@ -71,8 +71,8 @@ public:
 
     virtual void scrollIntoView() = 0;
 
-    // Shows the user where it stands: scrolls to it and, where the browser can, draws a line round
-    // it for a moment without the page's knowing.
+    // Shows the user where it stands: scrolls to it and, where the browser can, colours it for about
+    // two seconds without the page's knowing. Does not wait for them to pass.
     virtual void Outline() { scrollIntoView(); }
 
     // Its place in CSS pixels of the viewport of its own document; nothing when it is gone or not

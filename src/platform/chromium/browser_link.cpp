@@ -50,7 +50,10 @@ std::vector<std::shared_ptr<Tab>> BrowserLink::Tabs() {
 
 void BrowserLink::DeliverEvents() {
     devtools_->Poll();
-    for (const auto& tab : Tabs()) tab->NextMoment();
+    for (const auto& tab : Tabs()) {
+        tab->NextMoment();
+        tab->EndOutline();
+    }
     std::erase_if(browsers_, [](const auto& weak) { return weak.expired(); });
     const auto browsers = browsers_;  // a handler may make another one
     for (const auto& weak : browsers) {

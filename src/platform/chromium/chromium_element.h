@@ -29,6 +29,7 @@ public:
     bool fireEvent(std::string_view event) override;
     bool click() override;
     void scrollIntoView() override;
+    void Outline() override;
     std::optional<Rect> getBoundingClientRect() override;
     bool Same(const ElementObject& other) const override;
 
@@ -52,6 +53,9 @@ private:
     // element is gone or did not take it. A dialog box that it opens holds the word back; then it
     // has acted all the same.
     std::string Act(std::string_view function, Arguments arguments);
+    // Calls a function of the page agent that answers this element itself, and answers the
+    // protocol's id of it, which is to be released. "" when the element is gone.
+    std::string ObjectId(std::string_view function) const;
     bool PutFile(std::string_view property, std::string_view path);
 
     // Whether firing an event inside a handler is all done without the page: those who subscribed

@@ -262,6 +262,13 @@ bool Tab::Enter(const std::vector<std::pair<std::string, json>>& calls) {
     });
 }
 
+void Tab::ShowOutline(const std::string& agent, const std::string& object) {
+    const FrameInfo* frame = alive_ ? frames_.WithAgent(agent) : nullptr;
+    if (!frame) return;
+    outline_.Draw(*devtools_, frame->session, agent, object, clock_.TickCount());
+    devtools_->Post(frame->session, "Runtime.releaseObject", {{"objectId", object}});
+}
+
 std::vector<DevToolsReply> Tab::Await(const std::vector<int>& calls) {
     auto replies = devtools_->Await(calls);
     for (const DevToolsReply& reply : replies) {

@@ -16,6 +16,7 @@
 #include "platform/chromium/frame_tracker.h"
 #include "platform/chromium/load_tracker.h"
 #include "platform/chromium/notice_queue.h"
+#include "platform/chromium/outline.h"
 #include "platform/chromium/page_dialog.h"
 #include "platform/chromium/subscribers.h"
 #include "platform/clock.h"
@@ -107,6 +108,11 @@ public:
     // them. False when one of them could not be sent.
     bool Enter(const std::vector<std::pair<std::string, nlohmann::json>>& calls);
 
+    // Outlines an element of the page with that agent for about two seconds, by its id of the
+    // protocol; EndOutline takes it away in time. Neither waits.
+    void ShowOutline(const std::string& agent, const std::string& object);
+    void EndOutline() { outline_.EndWhenOver(*devtools_, frames_, clock_.TickCount()); }
+
     // A number that grows whenever something may have changed in the pages: after every write,
     // every input, and whenever events were handled. What was read before is then out of date.
     std::uint64_t moment() const { return moment_; }
@@ -196,6 +202,7 @@ private:
     std::optional<Notice> current_;
     std::map<std::string, Subscribers<DocumentEvents>> subscribers_;  // by agent
     bool watched_ = false;
+    Outline outline_;
     Viewport viewport_;
     int window_ = 0;
     std::uint64_t moment_ = 0;

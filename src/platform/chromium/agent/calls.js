@@ -152,6 +152,13 @@ tamrin.of = (number, name, ...args) => {
 // The element itself, for a file to be put into it; the browser tells the page of the change.
 tamrin.fileInput = (number) => (told = elementOf(number));
 
+// The element itself, for the browser to draw round it where it is seen.
+tamrin.outlined = (number) => {
+    const e = elementOf(number);
+    if (e) tamrin.scroll(e);
+    return e;
+};
+
 // Some keys the browser itself acts on, unless a handler of the page has prevented it.
 let key_event = null;
 const seeKey = (event) => {
