@@ -55,6 +55,12 @@ public:
     // The form to which the element belongs, null when there is none.
     virtual Element form() = 0;
 
+    // The button that Enter in a field of this element's form presses: the form's first submit
+    // button in the order of the page, an <input> or <button>, also one that stands outside the
+    // form and names it. A disabled one is that button as well; then Enter does nothing. Null when
+    // there is none.
+    virtual Element DefaultButton() = 0;
+
     // The texts of the options of a select, in order.
     virtual std::vector<std::string> OptionTexts() = 0;
 
@@ -116,6 +122,7 @@ public:
     }
     Element parentElement() const { return object_ ? object_->parentElement() : Element(); }
     Element form() const { return object_ ? object_->form() : Element(); }
+    Element DefaultButton() const { return object_ ? object_->DefaultButton() : Element(); }
     std::vector<std::string> OptionTexts() const {
         return object_ ? object_->OptionTexts() : std::vector<std::string>();
     }
@@ -149,8 +156,8 @@ public:
 //
 // An event brings the moment with it: until its handler returns, the document answers as
 // activeElement what was active when it happened (for onbeforedeactivate the element that is being
-// left), and that element, its parent and its form answer as they were then, through whichever
-// handle, without a call: the keys, checked, selectedIndex, src, and a link's or button's
+// left), and that element, its parent, its form and the form's default button answer as they were
+// then, through whichever handle, without a call: the keys, checked, selectedIndex, src, and a link's or button's
 // innerText. So nothing is lost when the page is gone before the handler runs.
 class DocumentEvents {
 public:

@@ -147,7 +147,7 @@ void Recorder::onbeforedeactivate(PageLink& page) {
     const Element left = page.document().activeElement();
     if (left && !IsFrameElement(left) && !(left == watch_elm_)) {
         // Nobody was told that it got the focus, so nobody knows whether it was changed.
-        Watch(page, left);
+        Watch(left);
         watch_value_ = kNoData;
     }
     RecordEvent("input", &page);
@@ -158,10 +158,7 @@ void Recorder::onkeypress(PageLink& page, int key_code) {
     const Handler handler(*this);
     default_button_.reset();
     if (key_code != kEnter) return;
-    // The button may be another one since the field got the focus, and the page may be gone
-    // already.
     default_button_ = FindDefaultButton(page);
-    if (!default_button_) default_button_ = form_button_;
     page.document().activeElement().fireEvent("onchange");
 }
 

@@ -76,7 +76,7 @@ private:
     PageLink* FrameWith(const Element& frame);
     void WatchActiveElement(PageLink& page);
     void WatchFrame(const Element& frame);
-    void Watch(const PageLink& page, Element element);
+    void Watch(Element element);
     static std::string InputText(const Element& field);
     void CheckClickedFrame(PageLink& page);
     static std::optional<DefaultButton> FindDefaultButton(const PageLink& page);
@@ -110,7 +110,6 @@ private:
     bool watch_left_ = true;  // the focus has left the watched element since
     // What was recorded of the watched element when Enter sent its form.
     std::optional<std::string> sent_text_;
-    std::optional<DefaultButton> form_button_;     // of the watched field's form
     std::optional<DefaultButton> default_button_;  // that Enter has just pressed
 
     int handling_ = 0;

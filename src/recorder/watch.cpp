@@ -61,7 +61,7 @@ void Recorder::WatchActiveElement(PageLink& page) {
         WatchFrame(active);
         return;
     }
-    Watch(page, active);
+    Watch(active);
     const bool secret = EqualsIgnoreCase(GetElementType(active), "password");
     host_.SetStatus(secret ? std::string() : watch_value_);
 }
@@ -77,7 +77,7 @@ void Recorder::WatchFrame(const Element& frame) {
 
 // A field that is watched already keeps the value that it had when it got the focus, whether the
 // user clicks into it again or comes back from another window: what was typed before counts.
-void Recorder::Watch(const PageLink& page, Element element) {
+void Recorder::Watch(Element element) {
     const bool again = !watch_left_ && element == watch_elm_;
     watch_elm_ = std::move(element);
     if (again) return;
@@ -85,7 +85,6 @@ void Recorder::Watch(const PageLink& page, Element element) {
     sent_text_.reset();
     watch_value_ = GetCurrentValue(watch_elm_);
     watch_text_ = InputText(watch_elm_);
-    form_button_ = FindDefaultButton(page);
 }
 
 // What leaving the field now would record as its value.
@@ -111,18 +110,10 @@ std::optional<Recorder::DefaultButton> Recorder::FindDefaultButton(const PageLin
     if (!EqualsIgnoreCase(field.tagName(), "INPUT")) return std::nullopt;
     // Enter on a button presses that button, which has the focus: its click is recorded as such.
     if (FieldKindOf(GetElementType(field)) == FieldKind::kButton) return std::nullopt;
-    const Element form = field.form();
-    if (!form) return std::nullopt;
-    for (const char* tag : {"INPUT", "BUTTON"}) {
-        for (const Element& element : page.document().getElementsByTagName(tag)) {
-            const std::string type = GetElementType(element);
-            if (!EqualsIgnoreCase(type, "submit") && !EqualsIgnoreCase(type, "image")) continue;
-            if (!(element.form() == form)) continue;
-            const auto click = ReadEvent("click", element, type, element);
-            if (click) return DefaultButton{GetElementId(element), *click};
-        }
-    }
-    return std::nullopt;
+    const Element button = field.DefaultButton();
+    const auto click = ReadEvent("click", button, GetElementType(button), button);
+    if (!click) return std::nullopt;
+    return DefaultButton{GetElementId(button), *click};
 }
 
 }  // namespace tamrin

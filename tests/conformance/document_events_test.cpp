@@ -141,6 +141,56 @@ TEST_F(DocumentEvent, TellsOfAFormThatEnterSends) {
                          "DocumentComplete top"});
 }
 
+TEST_F(DocumentEvent, BringsTheButtonThatEnterPresses) {
+    struct Row {
+        const char* html;
+        const char* button;
+        const char* clicked;
+    };
+    const Row rows[] = {
+        {"<form id=f><input id=a><button id=x type=button></button><button id=y type=reset>"
+         "</button><button id=b value=v></button><input id=c type=submit></form>",
+         "b=v", "a b"},
+        {"<input type=image id=b form=f><form id=f><input id=a><input type=submit></form>", "b",
+         "a b"},
+        {"<form id=f><input id=a></form><button id=b form=f></button>", "b", "a b"},
+        {"<form id=f><input id=a><input type=submit id=b disabled><button></button></form>", "b",
+         "a"},
+        {"<form id=f><input name=form><input name=elements><input id=a name=id><input type=image"
+         " id=b></form>",
+         "b", "a b"},
+        {"<form id=f><input id=a><input type=checkbox checked></form><button></button>", "", "a"},
+        {"<form><button></button></form><input id=a>", "", "a"},
+    };
+    class Pressing : public Witness {
+    public:
+        Pressing(Document document, BackEnd& back_end)
+            : Witness(document), page_(std::move(document)), back_end_(back_end) {}
+        void onclick() override {}
+        void onfocusin() override {}
+        void onsubmit() override {}
+        void onkeypress(int /*key_code*/) override {
+            const auto before = back_end_.RoundTrips();
+            lines.push_back("button " + Told(page_.activeElement().DefaultButton()));
+            EXPECT_EQ(back_end_.RoundTrips(), before);
+        }
+        Document page_;
+        BackEnd& back_end_;
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.html);
+        const Document page = Open(std::string(row.html) +
+                                   "<script>onclick = (e) => say(e.target.id);"
+                                   "onsubmit = (e) => e.preventDefault()</script>");
+        EXPECT_EQ(Witness::Told(Find("a").DefaultButton()), row.button);
+        Pressing witness(page, back_end());
+        Click("a");
+        Press("ENTER");
+        ExpectTold(witness, {std::string("button ") + row.button});
+        EXPECT_EQ(Said(row.clicked), row.clicked);
+    }
+}
+
 TEST_F(DocumentEvent, TellsOfPagesThatTakeThePrecautions) {
     const std::string forbidding =
         "<meta http-equiv=Content-Security-Policy content=\"script-src 'none'\"><input id=a>";

@@ -46,7 +46,8 @@ TEST_F(RecorderTest, RecordsEnterAsTheClickThatItMakes) {
     lines.clear();
     Record(
         "<form><input id=q type=text><input id=i type=image src=s></form>"
-        "<form><input id=r type=text></form>");
+        "<form><input id=r type=text></form>"
+        "<form><input id=t type=text><button id=b type=submit>x</button><input type=submit></form>");
     user.Type("q", "1");
     user.Enter();
     Pass(300);
@@ -54,11 +55,15 @@ TEST_F(RecorderTest, RecordsEnterAsTheClickThatItMakes) {
     user.Enter();
     user.Type("r", "3");
     user.Enter();
+    user.Type("t", "4");
+    user.Enter();
     user.Focus("");
     EXPECT_EQ(Records(), (Lines{"input→,id=q,type=text,indt=1", "click→,id=i,type=image,indt=s",
                                 "input→,id=q,type=text,indt=2", "click→,id=i,type=image,indt=s",
-                                "input→,id=r,type=text,indt=3"}));
-    EXPECT_EQ(web.calls.back(), "fire r onchange");
+                                "input→,id=r,type=text,indt=3", "input→,id=t,type=text,indt=4",
+                                "click→,id=b,type=submit,indt="}));
+    EXPECT_EQ(web.calls.back(), "fire t onchange");
+    EXPECT_EQ(web.lookups, 0) << "the events bring all of it";
 }
 
 TEST_F(RecorderTest, FollowsTheFocusIntoFrames) {

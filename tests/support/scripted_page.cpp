@@ -16,6 +16,12 @@ std::string Label(const Node& node) {
     return node.tag;
 }
 
+bool IsSubmit(const Node& node) {
+    const std::string type = node.Attribute("type");
+    if (node.tag == "BUTTON" && type.empty()) return true;
+    return (node.tag == "INPUT" || node.tag == "BUTTON") && (type == "submit" || type == "image");
+}
+
 bool IsFrame(const Node& node) { return node.tag == "IFRAME" || node.tag == "FRAME"; }
 
 class ScriptedElement : public ElementObject {
@@ -53,12 +59,8 @@ public:
     Element parentElement() override {
         return node_.parent ? page_->MakeElement(*node_.parent) : Element();
     }
-    Element form() override {
-        for (Node* node = &node_; node; node = node->parent) {
-            if (node->tag == "FORM") return page_->MakeElement(*node);
-        }
-        return Element();
-    }
+    Element form() override { return ElementOf(ScriptedPage::FormOf(&node_)); }
+    Element DefaultButton() override { return ElementOf(ScriptedPage::DefaultButton(node_)); }
     std::vector<std::string> OptionTexts() override {
         std::vector<std::string> texts;
         for (const Node* option : node_.Below("OPTION")) texts.push_back(option->InnerText());
@@ -84,6 +86,7 @@ public:
     }
 
 private:
+    Element ElementOf(Node* node) const { return node ? page_->MakeElement(*node) : Element(); }
     void Note(const std::string& what, const std::string& detail) {
         page_->web().Note(what + " " + Label(node_) + (detail.empty() ? "" : " " + detail));
     }
@@ -185,6 +188,20 @@ Node& ScriptedPage::Body() {
     return bodies.empty() ? *root_ : *bodies.front();
 }
 
+Node* ScriptedPage::FormOf(Node* node) {
+    while (node && node->tag != "FORM") node = node->parent;
+    return node;
+}
+
+Node* ScriptedPage::DefaultButton(Node& node) {
+    Node* const form = FormOf(&node);
+    if (!form) return nullptr;
+    for (Node* button : form->Below("*")) {
+        if (IsSubmit(*button)) return button;
+    }
+    return nullptr;
+}
+
 Page ScriptedPage::Load(ScriptedWeb& web, const std::string& address) {
     const auto html = web.pages.find(address);
     if (html == web.pages.end()) return nullptr;
@@ -206,7 +223,9 @@ Page ScriptedPage::FramePage(Node& frame) {
 
 ScriptedPage::Moment ScriptedPage::Now() const {
     Moment moment{active_, {}};
-    if (active_) moment.states[active_] = {active_->value, active_->checked, active_->selected};
+    for (Node* node : {active_, active_ ? DefaultButton(*active_) : nullptr}) {
+        if (node) moment.states[node] = {node->value, node->checked, node->selected};
+    }
     return moment;
 }
 

@@ -30,7 +30,7 @@ public:
     // What an event keeps of the page.
     struct Moment {
         Node* active = nullptr;
-        std::map<Node*, State> states;  // of the active element
+        std::map<Node*, State> states;  // of the active element and its form's default button
     };
 
     // A page that there is not: null.
@@ -43,6 +43,11 @@ public:
     Node* Find(const std::string& name);
     // What is active when nothing has the focus.
     Node& Body();
+    // The form of an element; null when it is in none.
+    static Node* FormOf(Node* node);
+    // The first submit button of the form of an element, which Enter presses; null when there is
+    // none.
+    static Node* DefaultButton(Node& node);
     // The page in a frame, the same one at each call.
     std::shared_ptr<ScriptedPage> FramePage(Node& frame);
 

@@ -17,11 +17,6 @@ bool IsSubmit(const Node& node) {
     return type == "submit" || type == "image" || (node.tag == "BUTTON" && type.empty());
 }
 
-Node* FormOf(Node* node) {
-    while (node && node->tag != "FORM") node = node->parent;
-    return node;
-}
-
 }  // namespace
 
 ScriptedUser::Spot ScriptedUser::Find(const std::string& name) const {
@@ -91,7 +86,7 @@ void ScriptedUser::Click(const std::string& name) {
     if (target->Attribute("type") == "checkbox") target->checked = !target->checked;
     if (target->Attribute("type") == "radio") target->checked = true;
     Tell(Active(), [](DocumentEvents& e) { e.onclick(); });
-    const Node* const form = FormOf(target);
+    const Node* const form = ScriptedPage::FormOf(target);
     const std::string href = target->Attribute("href");
     if (!href.empty() && href[0] != '#' && !href.starts_with("javascript:")) GoTo(href);
     if (IsSubmit(*target) && form && form->Has("action")) {
@@ -103,7 +98,7 @@ void ScriptedUser::Click(const std::string& name) {
 void ScriptedUser::Enter() {
     const Spot field = Active();
     Tell(field, [](DocumentEvents& e) { e.onkeypress(13); });
-    Node* const form = FormOf(field.node);
+    Node* const form = ScriptedPage::FormOf(field.node);
     if (!form) return;
     // The browser itself clicks the submit button; the focus stays in the field.
     Tell(field, [](DocumentEvents& e) { e.onclick(); });

@@ -15,8 +15,8 @@ std::string CallOf(std::string_view function, std::string_view argument) {
            json(argument).dump(-1, ' ', false, json::error_handler_t::replace) + ")";
 }
 
-// The rows of a moment: the active element, its parent and its form.
-constexpr std::size_t kMomentRows = 3;
+// The rows of a moment: the active element, its parent, its form and the form's default button.
+constexpr std::size_t kMomentRows = 4;
 
 }  // namespace
 

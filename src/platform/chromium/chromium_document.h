@@ -51,7 +51,8 @@ public:
     const PageMoment* Moment() const { return tab_->MomentOf(agent_); }
     // The row of its element of that number, nothing when it has none.
     std::optional<std::size_t> MomentRow(int number) const;
-    // The element of a row: 0 the active one, 1 its parent, 2 its form.
+    // The element of a row: 0 the active one, 1 its parent, 2 its form, 3 the form's default
+    // button.
     Element InMoment(std::size_t row);
 
     // Notes a write to an element, and tells whether there was one since a moment of the tab.

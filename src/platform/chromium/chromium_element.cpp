@@ -136,15 +136,14 @@ std::optional<std::string> ChromiumElement::getAttribute(std::string_view name) 
     return Run("attribute", {name}).fields.Optional(0);
 }
 
-Element ChromiumElement::parentElement() {
+Element ChromiumElement::Related(std::size_t row, std::string_view function) {
     const bool told = document().MomentRow(number()) == 0U;
-    return told ? document().InMoment(1) : document().One(Expression("parent"));
+    return told ? document().InMoment(row) : document().One(Expression(function));
 }
 
-Element ChromiumElement::form() {
-    const bool told = document().MomentRow(number()) == 0U;
-    return told ? document().InMoment(2) : document().One(Expression("form"));
-}
+Element ChromiumElement::parentElement() { return Related(1, "parent"); }
+Element ChromiumElement::form() { return Related(2, "form"); }
+Element ChromiumElement::DefaultButton() { return Related(3, "defaultButton"); }
 
 std::vector<std::string> ChromiumElement::OptionTexts() {
     const FieldBlock fields = Run("options").fields;

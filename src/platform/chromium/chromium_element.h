@@ -25,6 +25,7 @@ public:
     std::optional<std::string> getAttribute(std::string_view name) override;
     Element parentElement() override;
     Element form() override;
+    Element DefaultButton() override;
     std::vector<std::string> OptionTexts() override;
     bool fireEvent(std::string_view event) override;
     bool click() override;
@@ -61,6 +62,10 @@ private:
     // Whether firing an event inside a handler is all done without the page: those who subscribed
     // are told, or the browser tells the page itself.
     bool FiredInMoment(std::string_view type) const;
+
+    // Another element of the page: that of a row of the moment, when this one is the active element
+    // of it, or else what a function of the page agent answers.
+    Element Related(std::size_t row, std::string_view function);
 
     // Whether what the lookup told still holds: the keys, and what may change at any moment.
     bool KeysHold() const;

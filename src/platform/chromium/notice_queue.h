@@ -11,9 +11,10 @@
 
 namespace tamrin {
 
-// A page as it was at an event: what its agent told of the active element, its parent and its form.
+// A page as it was at an event: what its agent told of the active element, its parent, its form and
+// the form's default button.
 struct PageMoment {
-    // What precedes the three rows (ElementList::Kind::kMoment): the kind of the event, a key's
+    // What precedes the rows of these (ElementList::Kind::kMoment): the kind of the event, a key's
     // code, the page's address, and whether the page had the focus.
     static constexpr std::size_t kHeader = 4;
 

@@ -105,6 +105,7 @@ const tamrin = {
     },
     parent: (e) => packElement(parentElement(e)),
     form: (e) => packElement(formOf(e)),
+    defaultButton: (e) => packElement(defaultButtonOf(e)),
     options: (e) =>
         (e instanceof HTMLSelectElement ? pack('', ...Array.from(e.options, (o) => o.text))
                                         : pack('')),

@@ -1,10 +1,23 @@
 // Tells the program what the user does, while it has bound `tamrinTell` in this world; the page
-// sees neither. Each message brings the moment: the active element, its parent and its form.
+// sees neither. Each message brings the moment: the active element, its parent, its form and the
+// form's default button.
 
 const kFrames = new Set(['IFRAME', 'FRAME']);
 const isFrame = (e) => e !== null && kFrames.has(capitalTag(e));
+const kSubmitting = new Set(['submit', 'image']);
 const formOf = (e) =>
     (!(e instanceof HTMLFormElement) && e.form instanceof HTMLFormElement ? e.form : null);
+
+// The first submit button of the form of an element. The form's own list of its elements leaves
+// images out.
+const defaultButtonOf = (e) => {
+    const form = formOf(e);
+    if (!form) return null;
+    for (const button of select(document, 'input:default, button:default')) {
+        if (kSubmitting.has(button.type) && formOf(button) === form) return button;
+    }
+    return null;
+};
 
 // The text of links and buttons; that of other elements may be the whole page.
 const momentText = (e, tag) => {
@@ -40,6 +53,7 @@ const tell = (kind, e = active(document), key = 0) => {
     addMoment(packer, e);
     addMoment(packer, e && parentElement(e));
     addMoment(packer, e && formOf(e));
+    addMoment(packer, e && defaultButtonOf(e));
     globalThis.tamrinTell(packer.toString());
 };
 
@@ -80,7 +94,7 @@ const windowFocus = (event) => {
 
 // Enter in a field has the browser click the form's button. The user's act is the key.
 const isEnter = (event) => event.detail === 0 && event.target !== active(document) &&
-    (event.target.type === 'submit' || event.target.type === 'image');
+    kSubmitting.has(event.target.type);
 
 const kWatched = {
     focusin: tellFocus,
