@@ -161,4 +161,12 @@ void ChromiumWindows::DeliverEvents() {
     }
 }
 
+std::uint64_t ChromiumWindows::RoundTrips() const {
+    std::uint64_t trips = 0;
+    for (const Source& source : sources_) {
+        if (source.browser) trips += source.browser->RoundTrips();
+    }
+    return trips;
+}
+
 }  // namespace tamrin

@@ -50,6 +50,9 @@ public:
     // Clock::DoEvents; never waits.
     void DeliverEvents();
 
+    // How often the program has waited for these browsers so far.
+    std::uint64_t RoundTrips() const;
+
 private:
     // A place where a browser may be found.
     struct Source {

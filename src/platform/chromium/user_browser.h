@@ -26,6 +26,8 @@ public:
     bool Connected() const { return link_.devtools().IsOpen(); }
     bool Alive() const { return Connected() || link_.devtools().IsOpening(); }
 
+    std::uint64_t RoundTrips() const { return link_.devtools().RoundTrips(); }
+
     // Handles what has arrived and calls the subscribers; never waits.
     void DeliverEvents();
 
