@@ -1,11 +1,18 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace tamrin {
+
+// Keeps a lock; dropping it, or the end of the program however it comes, gives the lock up.
+class FileLock {
+public:
+    virtual ~FileLock() = default;
+};
 
 // Files and folders by UTF-8 path. Both "/" and "\" separate folders where the system allows it.
 // Nothing throws; what fails says so in its answer.
@@ -35,6 +42,10 @@ public:
 
     // Deletes a file; false when it is still there afterwards.
     virtual bool Delete(const std::string& path) = 0;
+
+    // Locks a path for this program. Null while it is locked, by another program or by this one,
+    // and where no file can be made: an empty one stands there as long as the lock is held.
+    virtual std::unique_ptr<FileLock> Lock(const std::string& path) = 0;
 
     // Names (without folder) of the files in `folder` whose names end in `extension` (with its full
     // stop, letter case ignored), in the order in which the system lists them.

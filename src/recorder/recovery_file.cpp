@@ -4,15 +4,46 @@
 #include "scenario/scenario_text.h"
 
 namespace tamrin {
+namespace {
+
+// As many programs record side by side, at most.
+constexpr int kMostFiles = 9;
+
+// The path itself, then "Recovery 2.csv" and so on.
+std::string Numbered(const std::string& path, int number) {
+    if (number == 1) return path;
+    return std::string(path).insert(path.rfind('.'), " " + std::to_string(number));
+}
+
+}  // namespace
 
 std::string RecoveryFile::DefaultPath() const {
     return files_.ProgramFolder() + files_.Separator() + "Recovery.csv";
 }
 
+bool RecoveryFile::Own(const std::string& path) {
+    auto lock = files_.Lock(path + ".lock");
+    if (!lock) return false;
+    path_ = path;
+    lock_ = std::move(lock);
+    return true;
+}
+
+void RecoveryFile::LetGo() {
+    wanted_.clear();
+    path_.clear();
+    lock_.reset();
+}
+
 void RecoveryFile::Begin(const std::string& path, const std::vector<std::string>& lines,
                          bool cipher) {
-    path_ = path;
     cipher_ = cipher;
+    if (wanted_ != path || !lock_) {
+        LetGo();
+        wanted_ = path;
+        for (int i = 1; i <= kMostFiles && !lock_; ++i) Own(Numbered(path, i));
+    }
+    if (!lock_) return;
     // Only what the user has worked on is worth a file: an empty one is begun with its first line.
     if (lines.empty()) {
         files_.Delete(path_);
@@ -22,29 +53,32 @@ void RecoveryFile::Begin(const std::string& path, const std::vector<std::string>
 }
 
 bool RecoveryFile::Append(const std::string& line) {
-    if (path_.empty()) return true;
+    if (path_.empty()) return wanted_.empty();
     std::string bytes = WriteScenarioText({line}, codec_, cipher_);
     if (cipher_ && files_.IsFile(path_)) bytes.erase(0, bytes.find('\n') + 1);  // "CIPHER"
     return files_.Append(path_, bytes);
 }
 
 void RecoveryFile::Remove() {
-    if (!path_.empty()) files_.Delete(path_);
-    path_.clear();
+    if (lock_) files_.Delete(path_);
+    LetGo();
 }
 
 std::optional<std::vector<std::string>> RecoveryFile::TakeOver() {
-    const std::string path = DefaultPath();
-    auto lines = ReadScenarioFile(files_, codec_, path);
-    if (!lines) return std::nullopt;
-    // Lines that were enciphered one by one leave an empty one between them.
-    std::erase(*lines, "");
-    path_ = path;
-    if (lines->empty()) {
+    LetGo();
+    for (int i = 1; i <= kMostFiles; ++i) {
+        const std::string path = Numbered(DefaultPath(), i);
+        if (!files_.IsFile(path) || !Own(path)) continue;
+        auto lines = ReadScenarioFile(files_, codec_, path);
+        if (!lines) continue;
+        wanted_ = DefaultPath();
+        // Lines that were enciphered one by one leave an empty one between them.
+        std::erase(*lines, "");
+        if (!lines->empty()) return lines;
         Remove();
-        return std::nullopt;
     }
-    return lines;
+    LetGo();
+    return std::nullopt;
 }
 
 }  // namespace tamrin

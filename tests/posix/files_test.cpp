@@ -3,7 +3,10 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+#include <array>
 #include <csignal>
 
 #include "support/temporary_folder.h"
@@ -78,6 +81,30 @@ TEST(List, TakesABackslashAsALetter) {
 TEST(ProgramFolder, HoldsThisProgram) {
     EXPECT_TRUE(PosixFiles().IsFile(PosixFiles().ProgramFolder() + "/test_posix"));
     EXPECT_EQ(PosixFiles().CurrentFolder(), fs::current_path());
+}
+
+TEST(Lock, EndsWithItsProgramHoweverThatComes) {
+    const TemporaryFolder folder;
+    PosixFiles files;
+    const std::string path = folder.At("a.lock");
+    std::array<int, 2> locked{};
+    ASSERT_EQ(pipe(locked.data()), 0);
+    const pid_t other = fork();
+    if (other == 0) {
+        const auto lock = files.Lock(path);
+        const char answer = lock ? '1' : '0';
+        if (write(locked[1], &answer, 1) == 1) pause();
+        _exit(0);
+    }
+    char answer = 0;
+    EXPECT_EQ(read(locked[0], &answer, 1), 1);
+    EXPECT_EQ(answer, '1');
+    EXPECT_FALSE(files.Lock(path));
+    kill(other, SIGKILL);
+    waitpid(other, nullptr, 0);
+    EXPECT_TRUE(files.Lock(path));
+    EXPECT_EQ(folder.Names(), Names{});
+    for (const int end : locked) close(end);
 }
 
 }  // namespace

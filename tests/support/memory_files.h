@@ -15,6 +15,7 @@ public:
     std::map<std::string, std::string> contents;
     std::set<std::string> locked;  // can be read, and neither written nor deleted
     bool full_disk = false;
+    std::set<std::string> held;  // by Lock
 
     bool IsFile(const std::string& path) const override { return contents.contains(path); }
     bool IsFolder(const std::string& path) const override {
@@ -41,6 +42,22 @@ public:
     bool Delete(const std::string& path) override {
         if (!locked.contains(path)) contents.erase(path);
         return !contents.contains(path);
+    }
+    std::unique_ptr<FileLock> Lock(const std::string& path) override {
+        class Held : public FileLock {
+        public:
+            Held(std::set<std::string>& all, std::string path) : all_(all), path_(std::move(path)) {
+                all_.insert(path_);
+            }
+            ~Held() override { all_.erase(path_); }
+            Held(const Held&) = delete;
+            Held& operator=(const Held&) = delete;
+
+        private:
+            std::set<std::string>& all_;
+            std::string path_;
+        };
+        return held.contains(path) ? nullptr : std::make_unique<Held>(held, path);
     }
     std::vector<std::string> List(const std::string& folder,
                                   std::string_view extension) const override {

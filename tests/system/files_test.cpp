@@ -89,6 +89,19 @@ TEST_F(FilesTest, DeletesOnlyFiles) {
     EXPECT_TRUE(files->IsFolder(folder));
 }
 
+TEST_F(FilesTest, LocksAPathOnceAtATime) {
+    for (int i = 0; i < 2; ++i) {
+        const auto lock = files->Lock(At("a.lock"));
+        EXPECT_TRUE(lock);
+        EXPECT_FALSE(files->Lock(At("a.lock")));
+        EXPECT_TRUE(files->Lock(At("b.lock")));
+        EXPECT_EQ(AllNames(), Names{"a.lock"});
+    }
+    EXPECT_EQ(AllNames(), Names{});
+    EXPECT_FALSE(files->Lock(At("none") + files->Separator() + "a.lock"));
+    EXPECT_FALSE(files->Lock(folder));
+}
+
 TEST_F(FilesTest, ListsTheFilesOfAnExtension) {
     for (const char* name : {"b.csv", "A.CSV", "c.csvx", "d.tamrin", "csv", "あ.Csv"}) {
         ASSERT_TRUE(files->Replace(At(name), ""));

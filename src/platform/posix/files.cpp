@@ -2,6 +2,7 @@
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -22,6 +23,30 @@ bool HasExtension(std::string_view name, std::string_view extension) {
     return name.size() >= extension.size() &&
            EqualsIgnoreCase(name.substr(name.size() - extension.size()), extension);
 }
+
+// Holds the lock of an open file, and deletes the file before it lets go of it.
+class PosixFileLock : public FileLock {
+public:
+    PosixFileLock(std::string path, int file) : path_(std::move(path)), file_(file) {}
+    PosixFileLock(const PosixFileLock&) = delete;
+    PosixFileLock& operator=(const PosixFileLock&) = delete;
+    ~PosixFileLock() override {
+        if (Held()) unlink(path_.c_str());
+    }
+
+    // Whether the lock was to be had, on the file that stands at the path: he who held it before
+    // may have deleted the one that was opened.
+    bool Held() const {
+        struct stat own, standing;
+        return file_ && flock(file_.get(), LOCK_EX | LOCK_NB) == 0 &&
+               fstat(file_.get(), &own) == 0 && stat(path_.c_str(), &standing) == 0 &&
+               own.st_ino == standing.st_ino && own.st_dev == standing.st_dev;
+    }
+
+private:
+    const std::string path_;
+    const Descriptor file_;
+};
 
 }  // namespace
 
@@ -71,6 +96,12 @@ bool PosixFiles::MakeFolder(const std::string& path) {
 bool PosixFiles::Delete(const std::string& path) {
     struct stat status;
     return unlink(path.c_str()) == 0 || lstat(path.c_str(), &status) != 0;
+}
+
+std::unique_ptr<FileLock> PosixFiles::Lock(const std::string& path) {
+    auto lock = std::make_unique<PosixFileLock>(
+        path, open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+    return lock->Held() ? std::move(lock) : nullptr;
 }
 
 std::vector<std::string> PosixFiles::List(const std::string& folder,

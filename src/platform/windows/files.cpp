@@ -19,6 +19,15 @@ bool HasExtension(std::string_view name, std::string_view extension) {
            EqualsIgnoreCase(name.substr(name.size() - extension.size()), extension);
 }
 
+// The system deletes the file, and with it the lock, when the last handle is closed.
+class WindowsFileLock : public FileLock {
+public:
+    explicit WindowsFileLock(OwnedHandle file) : file_(std::move(file)) {}
+
+private:
+    const OwnedHandle file_;
+};
+
 // A root folder keeps its final separator, for "C:" means something else.
 std::string FolderPath(std::wstring_view path) {
     while (path.size() > 3 && path.ends_with(L'\\')) path.remove_suffix(1);
@@ -73,6 +82,13 @@ bool WindowsFiles::MakeFolder(const std::string& path) {
 
 bool WindowsFiles::Delete(const std::string& path) {
     return DeleteFileW(Wide(path).c_str()) != 0 || Attributes(path) == INVALID_FILE_ATTRIBUTES;
+}
+
+std::unique_ptr<FileLock> WindowsFiles::Lock(const std::string& path) {
+    OwnedHandle file =
+        OwnFile(CreateFileW(Wide(path).c_str(), GENERIC_WRITE | DELETE, 0, nullptr, OPEN_ALWAYS,
+                            FILE_ATTRIBUTE_NORMAL | FILE_FLAG_DELETE_ON_CLOSE, nullptr));
+    return file ? std::make_unique<WindowsFileLock>(std::move(file)) : nullptr;
 }
 
 std::vector<std::string> WindowsFiles::List(const std::string& folder,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -19,6 +20,7 @@ public:
     bool Append(const std::string& path, std::string_view bytes) override;
     bool MakeFolder(const std::string& path) override;
     bool Delete(const std::string& path) override;
+    std::unique_ptr<FileLock> Lock(const std::string& path) override;
     std::vector<std::string> List(const std::string& folder,
                                   std::string_view extension) const override;
     std::string ProgramFolder() const override;
