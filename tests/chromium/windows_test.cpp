@@ -6,6 +6,8 @@
 
 #include <array>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "conformance/quiet_processes.h"
 #include "conformance/suite.h"
@@ -105,6 +107,135 @@ TEST_F(Windows, AreOpenedFoundAgainAndOutliveTheProgram) {
     ChromiumWindows by_address(processes_, files_, clock_, elsewhere);
     EXPECT_TRUE(Wait(by_address, [&] { return by_address.Visible().size() == 1; }));
     EXPECT_EQ(by_address.Visible().front()->document().url(), server_.Url("/"));
+}
+
+// A user whose browsers keep their profiles in a folder.
+class WithProfiles : public conformance::QuietProcesses {
+public:
+    explicit WithProfiles(std::string folder) : folder_(std::move(folder)) {}
+    std::string Environment(const std::string& name) const override {
+        if (name == "XDG_CONFIG_HOME") return folder_;
+        return name == "PATH" ? QuietProcesses::Environment(name) : std::string();
+    }
+
+private:
+    std::string folder_;
+};
+
+TEST_F(Windows, AreFoundByWhatTheirBrowserHasWrittenIntoItsProfile) {
+    WithProfiles user(folder_.path());
+    // A browser that was killed leaves its file behind; the port is nobody's, or another program's.
+    const std::string port = server_.Url("").substr(server_.Url("").rfind(':') + 1);
+    const struct {
+        const char* folder;
+        std::string text;
+    } stale[] = {
+        {"google-chrome", "1\n/devtools/browser/x"},
+        {"microsoft-edge", port + "\n/devtools/browser/x"},
+    };
+    for (const auto& row : stale) {
+        files_.MakeFolder(folder_.At(row.folder));
+        ASSERT_TRUE(files_.Replace(folder_.At(row.folder) + "/DevToolsActivePort", row.text));
+    }
+    ChromiumWindowsSettings elsewhere = Settings();
+    elsewhere.profile_folder = folder_.At("none");
+    ChromiumWindows found(user, files_, clock_, elsewhere);
+    const std::uint32_t start = clock_.TickCount();
+    Wait(found, [&] {
+        EXPECT_TRUE(found.Visible().empty());
+        EXPECT_FALSE(found.Focused());
+        return clock_.TickCount() - start > 2500;
+    });
+    EXPECT_EQ(found.RoundTrips(), 0U) << "nothing waits for them";
+
+    profile_ = folder_.At("chromium");
+    std::string why;
+    ChromiumWindows own(processes_, files_, clock_, Settings());
+    const auto window = own.Open(server_.Url("/"), why);
+    ASSERT_TRUE(window) << why;
+    EXPECT_TRUE(Wait(found, [&] {
+        own.DeliverEvents();
+        return found.Visible().size() == 1;
+    }));
+    const auto same = found.Visible().front();
+    EXPECT_TRUE(Wait(found, [&] { return found.Focused() == same; }));
+    EXPECT_TRUE(Wait(found, [&] { return same->document().url() == server_.Url("/"); }));
+}
+
+// Follows a window from page to page, and writes down where the focus goes.
+class FocusLog : public BrowserEvents, public DocumentEvents {
+public:
+    explicit FocusLog(Browser& browser) : browser_(browser), window_(browser.Connect(*this)) {
+        FocusLog::NavigateComplete2();
+    }
+    void NavigateComplete2() override {
+        document_ = browser_.document();
+        page_ = document_.Connect(*this);
+    }
+    void onfocusin() override { Note("focus "); }
+    void onbeforedeactivate() override { Note("leave "); }
+    void onclick() override {}
+    void onkeypress(int /*key_code*/) override {}
+    void onsubmit() override {}
+    void DocumentComplete(bool /*top*/) override {}
+    void BeforeNavigate2(const std::string& /*url*/) override {}
+    void NavigateError(const std::string& /*url*/, const std::string& /*reason*/) override {}
+    void OnQuit() override {}
+
+    std::vector<std::string> told;
+
+private:
+    void Note(const std::string& what) { told.push_back(what + document_.activeElement().id()); }
+
+    Browser& browser_;
+    Document document_;
+    std::unique_ptr<Connection> window_;
+    std::unique_ptr<Connection> page_;
+};
+
+// A page that the browser has kept comes back as it was, with what listens in it.
+TEST_F(Windows, TellOfPagesThatTheBrowserHasKept) {
+    const WebServer server([](const WebRequest& request) {
+        const std::string fields =
+            request.path == "/" ? "<input id=a><input id=b>" : "<input id=c>";
+        return WebReply{.body = fields +
+                                "<p id=log><script>onpageshow = (e) => {"
+                                " log.textContent = e.persisted ? 'kept' : 'new'; }"
+                                "</script>",
+                        .cache_control = "max-age=60"};
+    });
+    std::string why;
+    ChromiumWindows windows(processes_, files_, clock_, Settings());
+    const auto window = windows.Open(server.Url("/"), why);
+    ASSERT_TRUE(window) << why;
+    ASSERT_TRUE(
+        Wait(windows, [&] { return !window->Busy() && window->document().Named("a").by_id; }));
+    FocusLog log(*window);
+    const struct {
+        const char* script;
+        const char* shows;  // the page that is shown then, by an element's id, and what it says
+        const char* says;
+        std::vector<std::string> told;
+    } steps[] = {
+        {"a.focus()", "a", "new", {"focus a"}}, {"b.focus()", "a", "new", {"leave a", "focus b"}},
+        {"location = '/next'", "c", "new", {}}, {"c.focus()", "c", "new", {"focus c"}},
+        {"history.back()", "a", "kept", {}},    {"a.focus()", "a", "kept", {"leave b", "focus a"}},
+        {"history.forward()", "c", "kept", {}}, {"c.blur()", "c", "kept", {"leave c"}},
+        {"history.back()", "a", "kept", {}},    {"b.focus()", "a", "kept", {"leave a", "focus b"}},
+    };
+    for (const auto& step : steps) {
+        SCOPED_TRACE(step.script);
+        window->Navigate(std::string("javascript:") + step.script);
+        EXPECT_TRUE(Wait(windows, [&] {
+            const Document page = window->document();
+            return page.Named(step.shows).by_id &&
+                   page.Named("log").by_id.innerText() == step.says &&
+                   log.told.size() >= step.told.size();
+        }));
+        const std::uint32_t start = clock_.TickCount();
+        Wait(windows, [&] { return clock_.TickCount() - start > 100; });  // for what must not come
+        EXPECT_EQ(std::exchange(log.told, {}), step.told);
+    }
 }
 
 }  // namespace

@@ -15,7 +15,8 @@ namespace tamrin {
 // the form's default button.
 struct PageMoment {
     // What precedes the rows of these (ElementList::Kind::kMoment): the kind of the event, a key's
-    // code, the page's address, and whether the page had the focus.
+    // code or what else is told of it by a number, the page's address, and whether the page had the
+    // focus.
     static constexpr std::size_t kHeader = 4;
 
     std::string agent;
@@ -59,11 +60,12 @@ struct Notice {
 // behind them too. Every tick is a Clock::TickCount.
 class NoticeQueue {
 public:
-    void Add(Notice notice) { waiting_.push_back({std::move(notice), {}, 0, false}); }
+    void Add(Notice notice);
 
     // The focus has come to an element, or when `onto_frame` into a frame, as that session tells.
     void AddFocus(Notice notice, const std::string& session, bool onto_frame, std::uint32_t tick);
-    void AddLeave(Notice notice, const std::string& session);
+    // An element is left, for another one of its page when `stays`.
+    void AddLeave(Notice notice, const std::string& session, bool stays);
 
     // A page is about to be left; this is its last moment, unless the user stays.
     void AddLastMoment(std::shared_ptr<const PageMoment> moment);
@@ -82,18 +84,19 @@ public:
 private:
     struct Entry {
         Notice notice;
-        std::string session;
-        std::uint32_t tick;
-        bool waits;
-    };
+        std::string session = {};
+        std::uint32_t tick = 0;
+        std::string awaited_leave = {};  // the session whose element is to be left before
+        bool awaits_frame = false;       // the focus is to go into the frame before
+        bool awaits_moment = false;      // the last moment of the page is to come with it
 
-    // A focus that waits for what another session has to say, or null.
-    std::deque<Entry>::iterator WaitingFocus(const std::string& session);
+        bool Waits() const { return !awaited_leave.empty() || awaits_frame || awaits_moment; }
+    };
 
     std::deque<Entry> waiting_;
     std::vector<std::shared_ptr<const PageMoment>> last_moments_;
-    std::string focus_session_;  // that in which the focus was told last
-    bool in_frame_ = false;      // it went into a frame there
+    std::string focus_session_;  // that of the focused element, "" while there is none
+    bool in_frame_ = false;      // the focus went into a frame, whose element has not told of it
 };
 
 }  // namespace tamrin

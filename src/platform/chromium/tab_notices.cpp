@@ -64,7 +64,8 @@ void Tab::OnTold(const std::string& session, int context, const std::string& pay
     if (word == "leaving") return notices_.AddLastMoment(moment);
     if (word == "entered") {
         const FrameInfo* parent = frames_.WithId(frame->parent);
-        if (parent) RunLater(parent->agent, "tamrin.frameFocus()");
+        const std::string index = std::to_string(moment->fields.Int(1));
+        if (parent) RunLater(parent->agent, "tamrin.enterFrame(" + index + ")");
         return;
     }
     const auto kind = kKinds.find(word);
@@ -80,7 +81,8 @@ void Tab::OnTold(const std::string& session, int context, const std::string& pay
         const bool onto_frame = tag == "IFRAME" || tag == "FRAME";
         notices_.AddFocus(std::move(notice), session, onto_frame, clock_.TickCount());
     } else if (notice.kind == Kind::kLeave) {
-        notices_.AddLeave(std::move(notice), session);
+        const bool stays = notice.key != 0;  // it is left for another element of its page
+        notices_.AddLeave(std::move(notice), session, stays);
     } else {
         notices_.Add(std::move(notice));
     }

@@ -63,9 +63,7 @@ const tamrin = {
     position: () => {
         let position = '';
         for (let w = window; w !== w.parent; w = w.parent) {
-            let i = 0;
-            while (i < w.parent.length && w.parent[i] !== w) ++i;
-            position = '.' + i + position;
+            position = '.' + frameIndex(w) + position;
         }
         return pack(position);
     },
@@ -92,6 +90,10 @@ const tamrin = {
     },
     frameFocus: () => {
         tellFrameFocus();
+        return truth(true);
+    },
+    enterFrame: (index) => {
+        enterFrame(index);
         return truth(true);
     },
 

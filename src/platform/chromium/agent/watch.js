@@ -74,11 +74,32 @@ const tellFrameFocus = () => {
     if (isFrame(active(document))) tellFocus();
 };
 
+// A frame of another site says so by its number; here it becomes the active element a little later,
+// and what was active is left before.
+const kFrameTries = 20;
+const kFrameTryMs = 5;
+const enterFrame = (index, tries = kFrameTries) => {
+    const e = active(document);
+    if (isFrame(e) && e.contentWindow === window[index]) {
+        tellFocus();
+    } else if (tries > 0) {
+        setTimeout(enterFrame, kFrameTryMs, index, tries - 1);
+    }
+};
+
+// The number of this page among the frames of the page around it.
+const frameIndex = (w = window) => {
+    let i = 0;
+    while (i < w.parent.length && w.parent[i] !== w) ++i;
+    return i;
+};
+
 const leaveTo = (event) => {
     // Where another window takes the focus the element stays the active one.
     if (active(document) === event.target) return;
     focus_told = null;
-    tell('leave', event.target instanceof Element ? event.target : null);
+    const left = event.target instanceof Element ? event.target : null;
+    tell('leave', left, event.relatedTarget ? 1 : 0);
 };
 
 const windowFocus = (event) => {
@@ -88,7 +109,7 @@ const windowFocus = (event) => {
     try {
         window.parent.tamrin?.frameFocus();
     } catch {
-        tell('entered');  // a page of another site, which only the program can reach
+        tell('entered', active(document), frameIndex());  // a page of another site, which only the program can reach
     }
 };
 
