@@ -109,7 +109,8 @@ const windowFocus = (event) => {
     try {
         window.parent.tamrin?.frameFocus();
     } catch {
-        tell('entered', active(document), frameIndex());  // a page of another site, which only the program can reach
+        // A page of another site, which only the program can reach.
+        tell('entered', active(document), frameIndex());
     }
 };
 
