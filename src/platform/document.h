@@ -77,8 +77,8 @@ public:
 
     virtual void scrollIntoView() = 0;
 
-    // Shows the user where it stands: scrolls to it and, where the browser can, colours it for about
-    // two seconds without the page's knowing. Does not wait for them to pass.
+    // Shows the user where it stands: scrolls to it and, where the browser can, colours it for
+    // about two seconds without the page's knowing. Does not wait for them to pass.
     virtual void Outline() { scrollIntoView(); }
 
     // Its place in CSS pixels of the viewport of its own document; nothing when it is gone or not
@@ -157,8 +157,8 @@ public:
 // An event brings the moment with it: until its handler returns, the document answers as
 // activeElement what was active when it happened (for onbeforedeactivate the element that is being
 // left), and that element, its parent, its form and the form's default button answer as they were
-// then, through whichever handle, without a call: the keys, checked, selectedIndex, src, and a link's or button's
-// innerText. So nothing is lost when the page is gone before the handler runs.
+// then, through whichever handle, without a call: the keys, checked, selectedIndex, src, and a
+// link's or button's innerText. So nothing is lost when the page is gone before the handler runs.
 class DocumentEvents {
 public:
     virtual ~DocumentEvents() = default;

@@ -29,6 +29,16 @@ bool RecoveryFile::Own(const std::string& path) {
     return true;
 }
 
+// What a crash has left, and nobody was offered yet, is overwritten only where all else is in use.
+void RecoveryFile::OwnOneOf(const std::string& path) {
+    for (const bool overwrites : {false, true}) {
+        for (int i = 1; i <= kMostFiles && !lock_; ++i) {
+            const std::string numbered = Numbered(path, i);
+            if (overwrites || !files_.IsFile(numbered)) Own(numbered);
+        }
+    }
+}
+
 void RecoveryFile::LetGo() {
     wanted_.clear();
     path_.clear();
@@ -41,7 +51,7 @@ void RecoveryFile::Begin(const std::string& path, const std::vector<std::string>
     if (wanted_ != path || !lock_) {
         LetGo();
         wanted_ = path;
-        for (int i = 1; i <= kMostFiles && !lock_; ++i) Own(Numbered(path, i));
+        OwnOneOf(path);
     }
     if (!lock_) return;
     // Only what the user has worked on is worth a file: an empty one is begun with its first line.

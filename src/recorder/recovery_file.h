@@ -22,9 +22,9 @@ public:
     // "Recovery.csv" in the program's folder.
     std::string DefaultPath() const;
 
-    // Begins the file anew with the lines that the list holds, under another number where a running
-    // program has one at `path`. Enciphered when `cipher` is set, as the scenario will be when it
-    // is saved.
+    // Begins the file anew with the lines that the list holds, under another number where a program
+    // has one at `path` that runs still, or whose lines wait for their user. Enciphered when
+    // `cipher` is set, as the scenario will be when it is saved.
     void Begin(const std::string& path, const std::vector<std::string>& lines, bool cipher);
 
     // Adds a line and flushes it to the disk. False when it could not be kept.
@@ -40,6 +40,8 @@ public:
 private:
     // Makes a file this run's; false when it is another's.
     bool Own(const std::string& path);
+    // Makes a file of that name, or of the name with a number, this run's.
+    void OwnOneOf(const std::string& path);
     // Lets go of the file, which stays.
     void LetGo();
 

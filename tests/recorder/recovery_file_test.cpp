@@ -59,6 +59,19 @@ TEST(RecoveryFile, LeavesThatOfARunningProgramAlone) {
     EXPECT_EQ(files.contents.size(), 1U);
 }
 
+TEST(RecoveryFile, LeavesWhatWaitsForItsUserAlone) {
+    PosixTextCodec codec;
+    MemoryFiles files;
+    const std::string path = RecoveryFile(files, codec).DefaultPath();
+    files.contents[path] = "crashed\r\n";
+    {
+        RecoveryFile file(files, codec);
+        file.Begin(path, {"new"}, false);
+    }
+    EXPECT_EQ(RecoveryFile(files, codec).TakeOver(), Lines{"crashed"});
+    EXPECT_EQ(files.contents["C:\\tamrin\\Recovery 2.csv"], "new\r\n");
+}
+
 TEST(RecoveryFile, SaysWhatItCannotKeep) {
     PosixTextCodec codec;
     MemoryFiles files;

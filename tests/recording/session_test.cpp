@@ -37,6 +37,12 @@ TEST_F(RecordingTest, KeepsEachOfFiveHundredActionsInItsPlace) {
     PlayBack();
 }
 
+const Lines kTwoFields{
+    "url\t,id=,indt=/",
+    "input\t,id=a,type=text,indt=x",
+    "input\t,id=b,type=text,indt=y",
+};
+
 TEST_F(RecordingTest, KeepsWhatWasRecordedWhenTheBrowserDies) {
     ServePage("/", "<input id=a><input id=b>");
     Record("/");
@@ -45,11 +51,7 @@ TEST_F(RecordingTest, KeepsWhatWasRecordedWhenTheBrowserDies) {
     AwaitLines(3);
     KillBrowser();
     EXPECT_EQ(Wait(), 0) << output();
-    EXPECT_EQ(SavedLines(), (Lines{
-                                "url\t,id=,indt=/",
-                                "input\t,id=a,type=text,indt=x",
-                                "input\t,id=b,type=text,indt=y",
-                            }));
+    EXPECT_EQ(SavedLines(), kTwoFields);
 }
 
 // The field in which the user still stands is recorded as well.
@@ -60,11 +62,7 @@ TEST_F(RecordingTest, SavesWhatIsUnderWayAtCtrlC) {
     desk().Press({"x", "Tab", "y"});
     Interrupt();
     EXPECT_EQ(Wait(), 0) << output();
-    EXPECT_EQ(SavedLines(), (Lines{
-                                "url\t,id=,indt=/",
-                                "input\t,id=a,type=text,indt=x",
-                                "input\t,id=b,type=text,indt=y",
-                            }));
+    EXPECT_EQ(SavedLines(), kTwoFields);
 }
 
 }  // namespace
