@@ -90,7 +90,7 @@ void WindowControl::SetPlace(const Place& place) {
     anchor_ = {Rescaled(place, kTableDpi, form_.dpi()), form_.ClientSize()};
     const Place& pixels = anchor_.place;
     SetWindowPos(window_, nullptr, pixels.left, pixels.top, pixels.width, WindowHeight(pixels),
-                 SWP_NOZORDER | SWP_NOACTIVATE);
+                 kMoveFlags);
 }
 
 bool WindowControl::Focused() const {

@@ -20,6 +20,10 @@ void Raise(const std::function<void()>& handler);
 // The text of a window, in UTF-8.
 std::string WindowText(HWND window);
 
+// How a control is moved and sized. It is drawn anew, for a border that is copied along would stay
+// inside a list that has grown.
+inline constexpr UINT kMoveFlags = SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOCOPYBITS;
+
 // A control that is a child window of its form.
 class WindowControl : public virtual Control {
 public:

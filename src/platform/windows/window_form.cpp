@@ -143,9 +143,8 @@ void WindowForm::Arrange() {
     HDWP moves = BeginDeferWindowPos(static_cast<int>(controls_.size()));
     for (const auto& control : controls_) {
         const Place place = Stretched(control->anchor(), control->spec().stretch, client);
-        moves =
-            DeferWindowPos(moves, control->window(), nullptr, place.left, place.top, place.width,
-                           control->WindowHeight(place), SWP_NOZORDER | SWP_NOACTIVATE);
+        moves = DeferWindowPos(moves, control->window(), nullptr, place.left, place.top,
+                               place.width, control->WindowHeight(place), kMoveFlags);
     }
     EndDeferWindowPos(moves);
 }
