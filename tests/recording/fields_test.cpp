@@ -44,8 +44,7 @@ TEST_F(RecordingTest, RecordsEachKindOfField) {
                                   "input\t,id=kana,type=text,indt=東京",
                                   "input\t,id=pass,type=password,indt=p#9",
                                   "input\t,id=mail,type=email,indt=a@b.jp",
-                                  "input\t,id=memo,type=textarea,indt=一行\x02"
-                                  "b",
+                                  "input\t,id=memo,type=textarea,indt=一行\002b",
                                   "input\t,id=city,type=select-one,indt=2",
                                   "input\t,id=pay,type=select-one,indt=1",
                                   "input\t,id=r1,type=radio,indt=True",
