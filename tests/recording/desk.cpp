@@ -16,6 +16,8 @@ std::vector<std::string> OnDisplay(Program& display, std::vector<std::string> co
     if (!display.Prints("\n")) throw std::runtime_error("no display: " + display.output());
     const std::string number = display.output().substr(0, display.output().find('\n'));
     setenv("DISPLAY", (":" + number).c_str(), 1);
+    // The toolkit's own input method, whatever the tester's desktop has.
+    setenv("GTK_IM_MODULE", "gtk-im-context-simple", 1);
     return command;
 }
 
