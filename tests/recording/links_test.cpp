@@ -17,11 +17,12 @@ TEST_F(RecordingTest, RecordsLinksOfEachKind) {
     ServePage("/second", "<a href=/third>" + Image("data-place=picture") + "</a>");
     ServePage("/third", "<a href=\"javascript:location='/fourth'\" data-place=script>開く</a>");
     ServePage("/fourth",
-              "<form action=/done><input type=image data-place=image id=go src=/go.gif "
+              "<form action=/done><input type=image data-place=image id=go src=/go.svg "
               "width=40 height=30 onclick=\"location='/done'; return false\"></form>");
     ServePage("/done", "<button type=button id=stay onclick=\"fetch('/stayed')\">ここ</button>");
     Serve("/stayed", {});
-    Serve("/go.gif", {});
+    Serve("/go.svg", {.content_type = "image/svg+xml",
+                      .body = "<svg xmlns='http://www.w3.org/2000/svg'><circle r='20'/></svg>"});
     Record("/");
     ClickOn("text");
     See("/second");
@@ -37,7 +38,7 @@ TEST_F(RecordingTest, RecordsLinksOfEachKind) {
                                   "click\t,id=,type=href,indt=次の ページ",
                                   "click\t,id=,type=href,indt=/third",
                                   "click\t,id=,type=href,indt=開く",
-                                  "click\t,id=go,type=image,indt=/go.gif",
+                                  "click\t,id=go,type=image,indt=/go.svg",
                                   "click\t,id=stay,type=button,indt=",
                               }));
     PlayBack();

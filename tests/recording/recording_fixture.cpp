@@ -19,7 +19,9 @@ constexpr int kOptionHeight = 27;  // of an open drop-down list
 // Tells the server where the elements are, on the screen, whenever that changes.
 constexpr const char* kTellPlaces = R"html(
 (() => {
-  let told = null;
+  let told = null, drawn = false;
+  // A page takes no clicks before it has been drawn.
+  requestAnimationFrame(() => requestAnimationFrame(() => { drawn = true; }));
   const collect = (view, left, top) => {
     let lines = '';
     for (const e of view.document.querySelectorAll('[id], [name], [data-place]')) {
@@ -34,7 +36,7 @@ constexpr const char* kTellPlaces = R"html(
   setInterval(() => {
     const border = (outerWidth - innerWidth) / 2;
     const now = collect(window, screenX + border, screenY + outerHeight - innerHeight - border);
-    if (document.readyState !== 'complete' || now === told) return;
+    if (!drawn || document.readyState !== 'complete' || now === told) return;
     told = now;
     fetch('/places', {method: 'POST', body: location.pathname + '\n' + now});
   }, 100);
