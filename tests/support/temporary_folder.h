@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <random>
 #include <set>
 #include <string>
 #include <string_view>
@@ -16,8 +17,12 @@ namespace tamrin {
 class TemporaryFolder {
 public:
     TemporaryFolder() {
-        std::string pattern = std::filesystem::temp_directory_path() / "tamrin-test-XXXXXX";
-        path_ = mkdtemp(pattern.data());
+        std::random_device random;
+        do {
+            path_ = (std::filesystem::temp_directory_path() /
+                     ("tamrin-test-" + std::to_string(random())))
+                        .string();
+        } while (!std::filesystem::create_directory(path_));
     }
     // The last processes of a browser that has just ended may still write into it.
     ~TemporaryFolder() {
@@ -42,7 +47,7 @@ public:
     std::set<std::string> Names() const {
         std::set<std::string> names;
         for (const auto& entry : std::filesystem::directory_iterator(path_)) {
-            names.insert(entry.path().filename());
+            names.insert(entry.path().filename().string());
         }
         return names;
     }

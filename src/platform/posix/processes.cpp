@@ -175,7 +175,7 @@ std::string PosixProcesses::FindExecutable(const std::string& name) const {
 std::string PosixProcesses::MakeTemporaryFolder() {
     std::string folder = Environment("TMPDIR");
     if (folder.empty()) folder = "/tmp";
-    folder += "/tamrin-XXXXXX";
+    folder += "/tamrin-" + std::string(6, 'X');  // in whose place mkdtemp puts letters of its own
     return mkdtemp(folder.data()) ? folder : "";
 }
 
