@@ -1,0 +1,38 @@
+#include "platform/explorer/com_calls.h"
+
+#include <cstdio>
+
+namespace tamrin {
+
+bool ComCalls::Note(HRESULT result, std::string_view kind, std::string_view object,
+                    std::string_view member, std::string_view detail) {
+    ++count_;
+    if (SUCCEEDED(result)) return true;
+    if (!write_) return false;
+    char code[16] = "";
+    std::snprintf(code, sizeof code, "0x%08lX", static_cast<unsigned long>(result));
+    std::string line;
+    line.append(kind).append(" ").append(object).append(".").append(member);
+    line.append(": ").append(code);
+    if (!detail.empty()) line.append(" ").append(detail);
+    for (char& c : line) {
+        if (c == '\r' || c == '\n') c = ' ';
+    }
+    write_(line);
+    return false;
+}
+
+bool IsDisconnected(HRESULT result) {
+    switch (result) {
+        case RPC_E_DISCONNECTED:
+        case RPC_E_SERVER_DIED:
+        case RPC_E_SERVER_DIED_DNE:
+        case CO_E_OBJNOTCONNECTED:
+            return true;
+        default:
+            return result == HRESULT_FROM_WIN32(RPC_S_SERVER_UNAVAILABLE) ||
+                   result == HRESULT_FROM_WIN32(RPC_S_CALL_FAILED);
+    }
+}
+
+}  // namespace tamrin

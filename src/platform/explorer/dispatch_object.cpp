@@ -1,0 +1,103 @@
+#include "platform/explorer/dispatch_object.h"
+
+#include <algorithm>
+#include <array>
+
+namespace tamrin {
+namespace {
+
+// No member of the object model takes more.
+constexpr std::size_t kMostArguments = 8;
+
+// What the object says of an exception, with what it holds freed.
+class Exception {
+public:
+    ~Exception() {
+        SysFreeString(info_.bstrSource);
+        SysFreeString(info_.bstrDescription);
+        SysFreeString(info_.bstrHelpFile);
+    }
+    Exception() = default;
+    Exception(const Exception&) = delete;
+    Exception& operator=(const Exception&) = delete;
+
+    EXCEPINFO* Out() { return &info_; }
+
+    // The failure that it stands for.
+    HRESULT Result() {
+        if (info_.pfnDeferredFillIn) info_.pfnDeferredFillIn(&info_);
+        return FAILED(info_.scode) ? info_.scode : DISP_E_EXCEPTION;
+    }
+    std::string Text() const {
+        return TextOf(info_.bstrDescription, SysStringLen(info_.bstrDescription));
+    }
+
+private:
+    EXCEPINFO info_{};
+};
+
+}  // namespace
+
+std::optional<DISPID> ObjectType::MemberOf(IDispatch& object, std::string_view member,
+                                           HRESULT& error, bool ask_again) {
+    const auto known = members_.find(member);
+    if (known != members_.end() && !ask_again) return known->second;
+    const Bstr name(member);
+    OLECHAR* names[] = {name.get()};
+    DISPID number = DISPID_UNKNOWN;
+    error = object.GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, &number);
+    if (FAILED(error)) return std::nullopt;
+    members_.insert_or_assign(std::string(member), number);
+    return number;
+}
+
+Variant DispatchObject::Get(std::string_view property) const {
+    // Not as a method too: some objects would then take a text for something to call.
+    return Invoke("get", property, DISPATCH_PROPERTYGET, {});
+}
+
+bool DispatchObject::Put(std::string_view property, const Variant& value) const {
+    return !Invoke("put", property, DISPATCH_PROPERTYPUT, {&value.get()}).Failed();
+}
+
+Variant DispatchObject::Invoke(std::string_view kind, std::string_view member, WORD flags,
+                               Arguments arguments) const {
+    if (!object_) return Variant::Failure(E_POINTER);
+    Variant answer;
+    std::string detail;
+    HRESULT result = S_OK;
+    // A page may have changed what its objects know, and they then no longer know an old number.
+    for (const bool again : {false, true}) {
+        const auto number = type_->MemberOf(*object_.get(), member, result, again);
+        if (!number) break;
+        result = InvokeNumber(*number, flags, arguments, answer, detail);
+        if (result != DISP_E_MEMBERNOTFOUND) break;
+    }
+    if (type_->calls().Note(result, kind, type_->name(), member, detail)) return answer;
+    return Variant::Failure(result);
+}
+
+HRESULT DispatchObject::InvokeNumber(DISPID number, WORD flags, Arguments arguments,
+                                     Variant& answer, std::string& detail) const {
+    // The last argument comes first. They stay the caller's: the object copies what it keeps.
+    std::array<VARIANT, kMostArguments> reversed{};
+    if (arguments.size() > reversed.size()) return DISP_E_BADPARAMCOUNT;
+    std::transform(std::rbegin(arguments), std::rend(arguments), reversed.begin(),
+                   [](const VARIANT* argument) { return *argument; });
+    DISPPARAMS parameters{reversed.data(), nullptr, static_cast<UINT>(arguments.size()), 0};
+    DISPID new_value = DISPID_PROPERTYPUT;
+    const bool puts = flags == DISPATCH_PROPERTYPUT;
+    if (puts) {
+        parameters.rgdispidNamedArgs = &new_value;
+        parameters.cNamedArgs = 1;
+    }
+    Exception exception;
+    const HRESULT result =
+        object_->Invoke(number, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters,
+                        puts ? nullptr : answer.Out(), exception.Out(), nullptr);
+    if (result != DISP_E_EXCEPTION) return result;
+    detail = exception.Text();
+    return exception.Result();
+}
+
+}  // namespace tamrin

@@ -1,0 +1,100 @@
+#include "platform/explorer/event_sink.h"
+
+#include <algorithm>
+
+namespace tamrin {
+
+Variant EventArguments::At(std::size_t index) const {
+    if (index >= parameters_.cArgs) return Variant();
+    return Variant(parameters_.rgvarg[parameters_.cArgs - 1 - index]);
+}
+
+// What the browser holds. It may keep it for longer than the connection lives.
+class EventConnection::Sink : public IDispatch {
+public:
+    Sink(REFIID interface_id, std::vector<EventHandler> handlers)
+        : interface_id_(interface_id), handlers_(std::move(handlers)) {}
+    virtual ~Sink() = default;
+
+    void Close() { handlers_.clear(); }
+
+    STDMETHODIMP QueryInterface(REFIID id, void** object) override {
+        if (!object) return E_POINTER;
+        const bool known = id == IID_IUnknown || id == IID_IDispatch || id == interface_id_;
+        *object = known ? static_cast<IDispatch*>(this) : nullptr;
+        if (!known) return E_NOINTERFACE;
+        AddRef();
+        return S_OK;
+    }
+    STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
+    STDMETHODIMP_(ULONG) Release() override {
+        const ULONG left = --references_;
+        if (left == 0) delete this;
+        return left;
+    }
+
+    // Events are told by number; nobody asks for their names.
+    STDMETHODIMP GetTypeInfoCount(UINT* count) override {
+        *count = 0;
+        return S_OK;
+    }
+    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override {
+        return DISP_E_UNKNOWNNAME;
+    }
+    STDMETHODIMP Invoke(DISPID event, REFIID, LCID, WORD, DISPPARAMS* parameters, VARIANT* answer,
+                        EXCEPINFO*, UINT*) override {
+        const auto handler = std::find_if(handlers_.begin(), handlers_.end(),
+                                          [event](const auto& h) { return h.event == event; });
+        if (handler == handlers_.end() || !parameters) return DISP_E_MEMBERNOTFOUND;
+        const ComPtr<Sink> alive(this);
+        const auto handle = handler->handle;  // the connection may end meanwhile
+        try {
+            handle(EventArguments(*parameters));
+        } catch (...) {
+            // Nothing of this program's may pass through the browser.
+        }
+        if (answer) *answer = TrueValue();
+        return S_OK;
+    }
+
+private:
+    static VARIANT TrueValue() {
+        VARIANT value{};
+        value.vt = VT_BOOL;
+        value.boolVal = VARIANT_TRUE;
+        return value;
+    }
+
+    const IID interface_id_;
+    std::vector<EventHandler> handlers_;
+    ULONG references_ = 0;
+};
+
+std::unique_ptr<EventConnection> EventConnection::Make(ComCalls& calls, IUnknown* source,
+                                                       REFIID interface_id,
+                                                       std::vector<EventHandler> handlers) {
+    const auto container = ComPtr<IUnknown>(source).As<IConnectionPointContainer>();
+    if (!calls.Note(container ? S_OK : E_NOINTERFACE, "ask", "events", "IConnectionPointContainer"))
+        return nullptr;
+    ComPtr<IConnectionPoint> point;
+    if (!calls.Note(container->FindConnectionPoint(interface_id, point.Out()), "call", "events",
+                    "FindConnectionPoint"))
+        return nullptr;
+    ComPtr<Sink> sink(new Sink(interface_id, std::move(handlers)));
+    DWORD cookie = 0;
+    if (!calls.Note(point->Advise(sink.get(), &cookie), "call", "events", "Advise")) return nullptr;
+    return std::unique_ptr<EventConnection>(
+        new EventConnection(calls, std::move(point), cookie, std::move(sink)));
+}
+
+EventConnection::EventConnection(ComCalls& calls, ComPtr<IConnectionPoint> point, DWORD cookie,
+                                 ComPtr<Sink> sink)
+    : calls_(calls), point_(std::move(point)), cookie_(cookie), sink_(std::move(sink)) {}
+
+EventConnection::~EventConnection() {
+    sink_->Close();
+    calls_.Note(point_->Unadvise(cookie_), "call", "events", "Unadvise");
+}
+
+}  // namespace tamrin
