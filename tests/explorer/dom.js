@@ -1,0 +1,245 @@
+// A page as the browser's objects answer it, small but honest: what is missing in the browser is
+// missing here, what is Null there is null here. Names with two underscores are the double's own.
+// A document of mode 11 answers as the standards say, an older one as the browser did of old.
+
+var VOID = '|AREA|BASE|BR|COL|EMBED|FRAME|HR|IMG|INPUT|LINK|META|PARAM|';
+var CONTROL = '|INPUT|SELECT|TEXTAREA|BUTTON|FIELDSET|';
+var NAMED = '|INPUT|SELECT|TEXTAREA|BUTTON|FORM|A|IMG|IFRAME|FRAME|MAP|';
+
+function has(list, tag) { return list.indexOf('|' + tag + '|') >= 0; }
+
+function decode(text) {
+    return text.replace(/&quot;/g, '"').replace(/&#39;/g, "'").replace(/&lt;/g, '<')
+        .replace(/&gt;/g, '>').replace(/&amp;/g, '&');
+}
+
+// Collections know item and length; an item may be asked for by its place or by a name.
+function Collection(items) {
+    this.length = items.length;
+    this.item = function (key) {
+        if (typeof key == 'number') return key in items ? items[key] : null;
+        var hits = [];
+        for (var i = 0; i < items.length; ++i) {
+            if (items[i].__attributes.id == key || items[i].__attributes.name == key)
+                hits.push(items[i]);
+        }
+        return hits.length > 1 ? new Collection(hits) : hits.length ? hits[0] : null;
+    };
+}
+
+function isBelow(e, root) {
+    for (; e; e = e.parentElement) if (e == root) return true;
+    return false;
+}
+
+function walk(root, visit) {
+    for (var i = 0; i < root.__children.length; ++i) {
+        var child = root.__children[i];
+        if (child.__text !== undefined) continue;
+        visit(child);
+        walk(child, visit);
+    }
+}
+
+function below(root, accept) {
+    var hits = [];
+    walk(root, function (e) { if (accept(e)) hits.push(e); });
+    return hits;
+}
+
+function byTag(root, tag) {
+    tag = tag.toUpperCase();
+    return below(root, function (e) { return tag == '*' || e.tagName == tag; });
+}
+
+function textOf(e) {
+    var text = '';
+    for (var i = 0; i < e.__children.length; ++i) {
+        var child = e.__children[i];
+        text += child.__text !== undefined ? child.__text : textOf(child);
+    }
+    return text;
+}
+
+function typeOf(e) {
+    var written = e.__attributes.type;
+    if (e.tagName == 'SELECT') return 'multiple' in e.__attributes ? 'select-multiple' : 'select-one';
+    if (e.tagName == 'TEXTAREA') return 'textarea';
+    if (e.tagName == 'BUTTON') return written ? written.toLowerCase() : 'submit';
+    var known = '|text|password|email|number|hidden|file|checkbox|radio|submit|reset|button|image|';
+    return written && has(known, written.toLowerCase()) ? written.toLowerCase() : 'text';
+}
+
+function absolute(document, href) {
+    if (/^[a-z]+:/i.test(href)) return href;
+    if (href.charAt(0) == '/') return document.URL.replace(/^([a-z]+:\/\/[^\/]*).*/, '$1') + href;
+    return document.URL.replace(/[^\/]*$/, '') + href;
+}
+
+function addControlMembers(e) {
+    e.disabled = 'disabled' in e.__attributes;
+    e.get_form = function () {
+        for (var p = e.parentElement; p; p = p.parentElement) if (p.tagName == 'FORM') return p;
+        return null;
+    };
+    if (e.tagName == 'SELECT') {
+        e.selectedIndex = -1;
+        e.get_options = function () { return new Collection(byTag(e, 'OPTION')); };
+        e.get_length = function () { return e.get_options().length; };
+        e.get_value = function () {
+            var options = byTag(e, 'OPTION');
+            return e.selectedIndex < 0 ? '' : options[e.selectedIndex].value;
+        };
+        e.put_value = function (value) {
+            var options = byTag(e, 'OPTION');
+            e.selectedIndex = -1;
+            for (var i = options.length; i-- > 0;) if (options[i].value == value) e.selectedIndex = i;
+        };
+    } else {
+        var initial = e.__attributes.value;
+        var toggles = e.tagName == 'INPUT' && /^(checkbox|radio)$/.test(typeOf(e));
+        e.value = initial !== undefined ? decode(initial) : toggles ? 'on' : '';
+        if (e.tagName == 'TEXTAREA') e.value = textOf(e).replace(/\r?\n/g, '\n');
+    }
+    if (e.tagName == 'INPUT') {
+        e.checked = 'checked' in e.__attributes;
+        e.put_checked = function (value) {
+            e.checked = !!value;
+            if (!value || typeOf(e) != 'radio') return;
+            walk(e.document.documentElement, function (other) {
+                if (other != e && other.tagName == 'INPUT' && typeOf(other) == 'radio' &&
+                    other.__attributes.name == e.__attributes.name) other.checked = false;
+            });
+        };
+    }
+    e.get_type = function () { return typeOf(e); };
+}
+
+function addFormMembers(e) {
+    e.__kind = 'form';
+    e.get_elements = function () {
+        return new Collection(below(e, function (c) {
+            return has(CONTROL, c.tagName) && !(c.tagName == 'INPUT' && typeOf(c) == 'image');
+        }));
+    };
+    e.get_length = function () { return e.get_elements().length; };
+}
+
+// What an attribute is in a document of old: its value as the property has it.
+function oldAttribute(e, name) {
+    if (name.substr(0, 2) == 'on' && name in e.__attributes) return new Function(e.__attributes[name]);
+    if (name in e.__attributes) return e.__attributes[name];
+    return name == 'alt' || name == 'title' ? '' : name == 'disabled' ? false : null;
+}
+
+function addAttributeMembers(e, mode) {
+    e.getAttribute = function (name, flags) {
+        name = name.toLowerCase();
+        if (mode < 8 && flags != 2) return oldAttribute(e, name);
+        if (name in e.__attributes) return decode(e.__attributes[name]);
+        return mode < 8 && (name == 'alt' || name == 'title') ? '' : null;
+    };
+    e.getAttributeNode = function (name) {
+        name = name.toLowerCase();
+        if (!(name in e.__attributes)) return mode < 8 ? {specified: false, nodeValue: ''} : null;
+        return {specified: true, nodeValue: decode(e.__attributes[name])};
+    };
+}
+
+function addEventMembers(e, mode) {
+    if (mode < 11) {
+        e.fireEvent = function (name) { return runHandlers(e, name, null); };
+    }
+    if (mode >= 9) {
+        e.dispatchEvent = function (event) { return runHandlers(e, 'on' + event.type, event); };
+    }
+    e.click = function () {
+        if (e.disabled) return;
+        if (e.tagName == 'INPUT' && typeOf(e) == 'checkbox') e.checked = !e.checked;
+        if (e.tagName == 'INPUT' && typeOf(e) == 'radio') e.put_checked(true);
+        runHandlers(e, 'onclick', null);
+    };
+}
+
+function Element(document, tag, attributes) {
+    var e = this;
+    e.tagName = tag;
+    e.__attributes = attributes;
+    e.__children = [];
+    e.document = document;
+    e.parentElement = null;
+    e.get_id = function () { return decode(attributes.id || ''); };
+    if (has(NAMED, tag)) e.get_name = function () { return decode(attributes.name || ''); };
+    e.get_innerText = function () { return textOf(e).replace(/\s+/g, ' ').replace(/^ | $/g, ''); };
+    e.get_sourceIndex = function () {
+        var all = byTag(document.__root, '*');
+        for (var i = 0; i < all.length; ++i) if (all[i] == e) return i;
+        return -1;
+    };
+    e.getElementsByTagName = function (name) { return new Collection(byTag(e, name)); };
+    e.contains = function (other) { return isBelow(other, e); };
+    e.scrollIntoView = function () { e.__scrolled = true; };
+    e.getBoundingClientRect = function () {
+        var box = (attributes['data-box'] || '0 0 0 0').split(' ');
+        return {left: +box[0], top: +box[1], right: +box[2], bottom: +box[3]};
+    };
+    addAttributeMembers(e, document.documentMode);
+    addEventMembers(e, document.documentMode);
+    if (has(CONTROL, tag)) addControlMembers(e);
+    if (tag == 'FORM') addFormMembers(e);
+    if (tag == 'OPTION') {
+        e.get_text = e.get_innerText;
+        e.get_value = function () { return 'value' in attributes ? attributes.value : e.get_text(); };
+        e.value = attributes.value;
+    }
+    if (tag == 'LI') e.value = +(attributes.value || 0);
+    if ((tag == 'A' || tag == 'AREA') && 'href' in attributes)
+        e.get_href = function () { return absolute(document, decode(attributes.href)); };
+    if ((tag == 'IMG' || tag == 'IFRAME' || tag == 'FRAME' || tag == 'INPUT'))
+        e.get_src = function () { return attributes.src ? absolute(document, attributes.src) : ''; };
+}
+
+// Runs a handler of the page at the element and above it, then tells those who listen from outside.
+// Answers false for a veto.
+function runHandlers(e, name, event) {
+    var document = e.document;
+    event = event || {type: name.substr(2), srcElement: e, keyCode: 0};
+    event.srcElement = e;
+    var goes_on = true;
+    for (var at = e; at; at = at.parentElement) {
+        var code = at.__attributes[name];
+        if (code === undefined) continue;
+        var answer = new Function('event', 'document', 'say', decode(code))
+            .call(at, event, document, document.__say);
+        if (answer === false) goes_on = false;
+    }
+    if (!host.fire(document, name, event)) goes_on = false;
+    return goes_on;
+}
+
+function shadowMembers(document) {
+    // A form's controls hide its members by their names, a page's forms and pictures the page's.
+    walk(document.__root, function (e) {
+        var name = e.__attributes.name;
+        if (!name) return;
+        var form = e.get_form && e.get_form();
+        if (form && form != e) {
+            form[name] = e;
+            delete form['get_' + name];
+        }
+        if (has('|FORM|IMG|', e.tagName)) {
+            document[name] = e;
+            delete document['get_' + name];
+        }
+    });
+}
+
+function selectFirst(document) {
+    walk(document.__root, function (e) {
+        if (e.tagName != 'SELECT') return;
+        var options = byTag(e, 'OPTION');
+        if (options.length && typeOf(e) == 'select-one') e.selectedIndex = 0;
+        for (var i = 0; i < options.length; ++i)
+            if ('selected' in options[i].__attributes) e.selectedIndex = i;
+    });
+}

@@ -1,0 +1,152 @@
+// Documents and windows made of the elements, and what a user does in them.
+
+function parse(document, html) {
+    var root = {__children: []};
+    var stack = [root];
+    var token = /<!--[^]*?-->|<!doctype[^>]*>|<\/([a-z0-9]+)>|<([a-z0-9]+)((?:"[^"]*"|'[^']*'|[^>"'])*)>|[^<]+/gi;
+    var match;
+    while ((match = token.exec(html)) !== null) {
+        var top = stack[stack.length - 1];
+        if (match[2]) {
+            var tag = match[2].toUpperCase();
+            if (tag == 'OPTION' && top.tagName == 'OPTION') top = (stack.pop(), stack[stack.length - 1]);
+            var e = new Element(document, tag, attributesOf(match[3]));
+            e.parentElement = top == root ? null : top;
+            top.__children.push(e);
+            if (!has(VOID, tag)) stack.push(e);
+        } else if (match[1]) {
+            closeTag(stack, match[1].toUpperCase());
+        } else if (match[0].charAt(0) != '<') {
+            top.__children.push({__text: decode(match[0])});
+        }
+    }
+    return root;
+}
+
+function closeTag(stack, tag) {
+    for (var i = stack.length; i-- > 1;) {
+        if (stack[i].tagName != tag) continue;
+        stack.length = i;
+        return;
+    }
+}
+
+function attributesOf(text) {
+    var attributes = {};
+    var pattern = /([^\s=]+)(?:\s*=\s*("[^"]*"|'[^']*'|[^\s]+))?/g;
+    var match;
+    while ((match = pattern.exec(text)) !== null) {
+        var value = match[2] || '';
+        if (/^["']/.test(value)) value = value.substr(1, value.length - 2);
+        attributes[match[1].toLowerCase()] = value;
+    }
+    return attributes;
+}
+
+// The pages in frames are given by their address; one of another origin refuses itself.
+function Window(document, holder) {
+    this.__kind = 'window';
+    this.document = document;
+    this.get_name = function () { return holder ? holder.__attributes.name || '' : ''; };
+    this.get_frameElement = function () { return holder; };
+    this.screen = {deviceXDPI: 96, logicalXDPI: 96};
+    this.get_length = function () { return document.__frames.length; };
+    this.item = function (key) {
+        if (typeof key == 'number') {
+            if (!(key in document.__frames)) throw new Error('引数が無効です。');
+            return document.__frames[key];
+        }
+        for (var i = 0; i < document.__frames.length; ++i) {
+            if (document.__frames[i].get_name() == key) return document.__frames[i];
+        }
+        return null;
+    };
+    this.get_frames = function () { return this; };
+}
+
+function makePage(url, html, mode, site) {
+    return makeDocument(url, html, mode, site, null);
+}
+
+function makeDocument(url, html, mode, site, holder) {
+    var document = {__kind: 'document', URL: url, documentMode: mode, __said: []};
+    document.__say = function (word) { document.__said.push(word); };
+    document.__root = parse(document, /<body/i.test(html) ? html : '<html><body>' + html + '</body></html>');
+    document.documentElement = byTag(document.__root, 'HTML')[0] || document.__root.__children[0];
+    document.body = byTag(document.__root, 'BODY')[0] || byTag(document.__root, 'FRAMESET')[0];
+    document.activeElement = document.body;
+    document.__focused = false;
+    document.hasFocus = function () { return document.__focused; };
+    addLookups(document);
+    addFrames(document, mode, site);
+    document.__window = new Window(document, holder);
+    if (mode < 11) {
+        document.parentWindow = document.__window;
+        document.frames = document.__window;
+    }
+    if (mode >= 9) {
+        document.defaultView = document.__window;
+        document.createEvent = function () {
+            return {initEvent: function (type) { this.type = type; }, type: ''};
+        };
+    }
+    selectFirst(document);
+    shadowMembers(document);
+    return document;
+}
+
+function addLookups(document) {
+    var all = function (accept) { return new Collection(below(document.__root, accept)); };
+    document.getElementsByTagName = function (tag) {
+        return new Collection(byTag(document.__root, tag));
+    };
+    document.getElementsByName = function (name) {
+        return all(function (e) { return has(NAMED, e.tagName) && decode(e.__attributes.name || '') == name; });
+    };
+    document.getElementById = function (id) {
+        return below(document.__root, function (e) { return id && decode(e.__attributes.id || '') == id; })[0] || null;
+    };
+    document.get_forms = function () { return all(function (e) { return e.tagName == 'FORM'; }); };
+    document.get_links = function () {
+        return all(function (e) { return has('|A|AREA|', e.tagName) && 'href' in e.__attributes; });
+    };
+}
+
+function addFrames(document, mode, site) {
+    document.__frames = [];
+    walk(document.__root, function (e) {
+        if (!has('|IFRAME|FRAME|', e.tagName)) return;
+        var src = e.__attributes.src || 'about:blank';
+        var inner = makeDocument(absolute(document, src), (site && site[src]) || '', mode, site, e);
+        var view = inner.__window;
+        e.contentWindow = view;
+        if (/^https?:\/\/other/.test(src)) view.__denied = '|DOCUMENT|FRAMEELEMENT|NAME|';
+        document.__frames.push(view);
+    });
+}
+
+// The user. Each act answers nothing; it tells what the browser would tell.
+var user = {
+    focus: function (e) {
+        var document = e.document;
+        var left = document.activeElement;
+        if (left == e) return;
+        if (left && left != document.body) runHandlers(left, 'onbeforedeactivate', null);
+        document.activeElement = e;
+        runHandlers(e, 'onfocusin', null);
+    },
+    click: function (e) {
+        user.focus(e);
+        e.click();
+    },
+    type: function (e, text) {
+        for (var i = 0; i < text.length; ++i) {
+            runHandlers(e, 'onkeypress', {type: 'keypress', keyCode: text.charCodeAt(i)});
+            e.value += text.charAt(i);
+        }
+    },
+    enter: function (e) { runHandlers(e, 'onkeypress', {type: 'keypress', keyCode: 13}); },
+    submit: function (form) {
+        host.fire(form, 'onsubmit', {type: 'submit', srcElement: form, keyCode: 0});
+    }
+};

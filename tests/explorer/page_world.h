@@ -1,0 +1,43 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "explorer/page_object.h"
+#include "explorer/script_engine.h"
+
+namespace tamrin::test {
+
+// Pages that answer as the browser's objects, and their user.
+class PageWorld {
+public:
+    PageWorld();
+    ~PageWorld();
+    PageWorld(const PageWorld&) = delete;
+    PageWorld& operator=(const PageWorld&) = delete;
+
+    PageObjects objects;
+
+    // A page that a frame shows, by its address.
+    void Serve(std::string_view address, std::string_view html);
+    // Makes a page: its document, as a program is given it. `mode` is the document mode: 11 the
+    // newest, 5 to 7 those of old.
+    ComPtr<IDispatch> Open(std::string_view html, int mode = 11,
+                           std::string_view url = "http://site/dir/page");
+
+    // Runs a script that knows the last page as `page`, its elements by el("id"), and `user`.
+    void Run(std::string_view script);
+    // What an expression of such a script answers, as text.
+    std::string Ask(std::string_view expression);
+
+private:
+    class Host;
+    ComPtr<Host> host_;
+    ScriptEngine engine_;
+};
+
+// Text as a literal of a script.
+std::string Quoted(std::string_view text);
+
+}  // namespace tamrin::test
