@@ -88,18 +88,18 @@ function addControlMembers(e) {
         e.get_length = function () { return e.get_options().length; };
         e.get_value = function () {
             var options = byTag(e, 'OPTION');
-            return e.selectedIndex < 0 ? '' : options[e.selectedIndex].value;
+            return e.selectedIndex < 0 ? '' : options[e.selectedIndex].get_value();
         };
         e.put_value = function (value) {
             var options = byTag(e, 'OPTION');
             e.selectedIndex = -1;
-            for (var i = options.length; i-- > 0;) if (options[i].value == value) e.selectedIndex = i;
+            for (var i = options.length; i-- > 0;)
+                if (options[i].get_value() == value) e.selectedIndex = i;
         };
     } else {
         var initial = e.__attributes.value;
         var toggles = e.tagName == 'INPUT' && /^(checkbox|radio)$/.test(typeOf(e));
         e.value = initial !== undefined ? decode(initial) : toggles ? 'on' : '';
-        if (e.tagName == 'TEXTAREA') e.value = textOf(e).replace(/\r?\n/g, '\n');
     }
     if (e.tagName == 'INPUT') {
         e.checked = 'checked' in e.__attributes;
@@ -189,8 +189,9 @@ function Element(document, tag, attributes) {
     if (tag == 'FORM') addFormMembers(e);
     if (tag == 'OPTION') {
         e.get_text = e.get_innerText;
-        e.get_value = function () { return 'value' in attributes ? attributes.value : e.get_text(); };
-        e.value = attributes.value;
+        e.get_value = function () {
+            return 'value' in attributes ? decode(attributes.value) : e.get_text();
+        };
     }
     if (tag == 'LI') e.value = +(attributes.value || 0);
     if ((tag == 'A' || tag == 'AREA') && 'href' in attributes)
@@ -234,8 +235,10 @@ function shadowMembers(document) {
     });
 }
 
-function selectFirst(document) {
+// What a field holds that says so in its content.
+function fillFields(document) {
     walk(document.__root, function (e) {
+        if (e.tagName == 'TEXTAREA') e.value = textOf(e).replace(/\r?\n/g, '\n');
         if (e.tagName != 'SELECT') return;
         var options = byTag(e, 'OPTION');
         if (options.length && typeOf(e) == 'select-one') e.selectedIndex = 0;

@@ -90,7 +90,7 @@ function makeDocument(url, html, mode, site, holder) {
             return {initEvent: function (type) { this.type = type; }, type: ''};
         };
     }
-    selectFirst(document);
+    fillFields(document);
     shadowMembers(document);
     return document;
 }

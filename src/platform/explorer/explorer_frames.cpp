@@ -1,0 +1,67 @@
+#include "platform/explorer/explorer_frames.h"
+
+#include <windows.h>
+
+#include <exdisp.h>
+#include <servprov.h>
+
+#include <algorithm>
+
+#include "platform/text.h"
+
+namespace tamrin {
+namespace {
+
+// The document of a window by way of the browser that shows it, which refuses nobody.
+ComPtr<IDispatch> DocumentOfBrowser(const DispatchObject& window) {
+    ComCalls& calls = window.type()->calls();
+    ComPtr<IDispatch> document;
+    const auto provider = window.object().As<IServiceProvider>();
+    if (!calls.Note(provider ? S_OK : E_NOINTERFACE, "ask", "window", "IServiceProvider"))
+        return nullptr;
+    ComPtr<IWebBrowser2> browser;
+    const HRESULT served = provider->QueryService(IID_IWebBrowserApp, IID_IWebBrowser2,
+                                                  reinterpret_cast<void**>(browser.Out()));
+    if (!calls.Note(served, "call", "window", "QueryService") || !browser) return nullptr;
+    calls.Note(browser->get_Document(document.Out()), "get", "frame", "Document");
+    return document;
+}
+
+// The elements that hold frames, in the order of the page.
+std::vector<Element> Holders(ExplorerDocument& page) {
+    std::vector<Element> holders;
+    for (const char* tag : {"IFRAME", "FRAME"}) {
+        auto found = page.getElementsByTagName(tag);
+        // A page has one kind or the other: frames stand in no body.
+        if (holders.empty()) holders = std::move(found);
+    }
+    return holders;
+}
+
+}  // namespace
+
+std::vector<Frame> FramesOf(ExplorerDocument& page) {
+    std::vector<Frame> frames;
+    const DispatchObject window = page.Window();
+    const double length = window ? window.Get("length").Number().value_or(0) : 0;
+    if (length < 1) return frames;
+    const std::vector<Element> holders = Holders(page);
+    for (int i = 0; i < length; ++i) {
+        const DispatchObject inner = page.ObjectOf(window.Call("item", Variant(i)), "window");
+        Frame frame;
+        const auto index = static_cast<std::size_t>(i);
+        if (index < holders.size()) frame.element = holders[index];
+        if (inner) {
+            auto document = inner.Get("document").Object();
+            if (!document) document = DocumentOfBrowser(inner);
+            if (auto inside = page.pool().Page(std::move(document)))
+                frame.document = Document(std::move(inside));
+        }
+        frame.name = frame.element.name();
+        if (frame.name.empty()) frame.name = frame.element.id();
+        frames.push_back(std::move(frame));
+    }
+    return frames;
+}
+
+}  // namespace tamrin
