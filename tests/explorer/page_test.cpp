@@ -2,6 +2,7 @@
 
 #include <iterator>
 
+#include "explorer/browser_double.h"
 #include "explorer/page_world.h"
 #include "platform/explorer/explorer_document.h"
 #include "platform/explorer/page_pool.h"
@@ -107,6 +108,15 @@ TEST_F(PageTest, ReachesFramesThatRefuseThemselves) {
         EXPECT_EQ(frames[0].element.tagName(), "IFRAME");
         EXPECT_EQ(frames[0].document.Named("a").by_id.value(), "in");
         EXPECT_FALSE(frames[1].document);  // its browser cannot be had either
+        world.objects.browser_of = [this](IDispatch* window) {
+            const ComPtr<BrowserDouble> browser(new BrowserDouble);
+            const DispatchObject script(ComPtr<IDispatch>(window),
+                                        std::make_shared<ObjectType>(calls, "window"));
+            browser->page = world.objects.Wrap(script.Get("document").Object().get());
+            return ComPtr<IWebBrowser2>(browser.get());
+        };
+        EXPECT_EQ(page.frames()[1].document.Named("b").by_id.value(), "other");
+        world.objects.browser_of = nullptr;
     }
 }
 
@@ -207,7 +217,9 @@ TEST_F(PageTest, IsTotalWhereMembersFail) {
                 element.click();
                 element.getBoundingClientRect();
             }
-            EXPECT_LE(page.links().size() + page.frames().size() + page.url().size(), 21U);
+            EXPECT_LE(page.links().size(), 1U);
+            EXPECT_LE(page.frames().size(), 1U);
+            page.url();
             EXPECT_GT(lines, 0) << TextOf(member, wcslen(member));
         }
     }

@@ -8,7 +8,7 @@
 
 #include "platform/browser.h"
 #include "platform/chromium/chromium_document.h"
-#include "platform/chromium/subscribers.h"
+#include "platform/subscribers.h"
 #include "platform/chromium/tab.h"
 
 namespace tamrin {

@@ -17,16 +17,27 @@ public:
     // waits for the handler.
     void Deliver() {
         if (telling_) return;
-        telling_ = true;
+        const Telling telling(telling_);
         while (!waiting_.empty()) {
             const auto tell = std::move(waiting_.front());
             waiting_.pop_front();
             tell();
         }
-        telling_ = false;
     }
 
 private:
+    // Ends the telling also where a handler throws.
+    class Telling {
+    public:
+        explicit Telling(bool& flag) : flag_(flag) { flag_ = true; }
+        ~Telling() { flag_ = false; }
+        Telling(const Telling&) = delete;
+        Telling& operator=(const Telling&) = delete;
+
+    private:
+        bool& flag_;
+    };
+
     std::deque<std::function<void()>> waiting_;
     bool telling_ = false;
 };

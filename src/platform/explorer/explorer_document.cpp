@@ -50,6 +50,7 @@ void ExplorerDocument::SetGone() {
     for (PageConnection* connection : connections_) connection->Close();
     document_ = DispatchObject();
     root_ = DispatchObject();
+    holder_ = Element();
 }
 
 DispatchObject ExplorerDocument::Object(ComPtr<IDispatch> object, std::string_view kind) {

@@ -58,6 +58,12 @@ public:
     // Whether an element is still in the page.
     bool Holds(const DispatchObject& element);
 
+    // The element that holds the page where it is a frame's, null for the top page.
+    const Element& holder() const { return holder_; }
+    void SetHolder(Element holder) { holder_ = std::move(holder); }
+    // Whether this is a page; a browser also shows folders and other programs' documents.
+    bool IsHtml() { return !document_.Get("documentElement").Failed(); }
+
     // What the event that is being told says of this page; null when none is.
     PageMoment* moment() const { return moment_; }
     // Notes the active element, what belongs to it, and on demand the button that Enter presses.
@@ -74,6 +80,7 @@ private:
     DispatchObject document_;
     std::optional<int> mode_;
     DispatchObject root_;
+    Element holder_;
     PageMoment* moment_ = nullptr;
     std::vector<PageConnection*> connections_;
 };

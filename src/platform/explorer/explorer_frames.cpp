@@ -54,8 +54,10 @@ std::vector<Frame> FramesOf(ExplorerDocument& page) {
         if (inner) {
             auto document = inner.Get("document").Object();
             if (!document) document = DocumentOfBrowser(inner);
-            if (auto inside = page.pool().Page(std::move(document)))
+            if (auto inside = page.pool().Page(std::move(document))) {
+                inside->SetHolder(frame.element);
                 frame.document = Document(std::move(inside));
+            }
         }
         frame.name = frame.element.name();
         if (frame.name.empty()) frame.name = frame.element.id();

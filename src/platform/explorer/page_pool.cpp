@@ -11,6 +11,7 @@ std::shared_ptr<ExplorerDocument> PagePool::Page(ComPtr<IDispatch> document) {
     auto& known = pages_[identity.get()];
     if (auto page = known.lock(); page && page->object()) return page;
     auto page = std::make_shared<ExplorerDocument>(shared_from_this(), std::move(document));
+    if (!page->IsHtml()) return nullptr;
     known = page;
     std::erase_if(pages_, [](const auto& entry) { return entry.second.expired(); });
     return page;

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <windows.h>
+
+#include <exdisp.h>
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "platform/browser.h"
+#include "platform/explorer/com_calls.h"
+#include "platform/explorer/event_sink.h"
+#include "platform/explorer/page_pool.h"
+#include "platform/subscribers.h"
+
+namespace tamrin {
+
+// One window of Internet Explorer, or one tab of it. It keeps the browser only for as long as that
+// is there: when it quits or its process ends, everything is given back and all reads are empty.
+class ExplorerBrowser : public Browser {
+public:
+    ExplorerBrowser(ComCalls& calls, ComPtr<IWebBrowser2> browser);
+    ~ExplorerBrowser() override;
+    ExplorerBrowser(const ExplorerBrowser&) = delete;
+    ExplorerBrowser& operator=(const ExplorerBrowser&) = delete;
+
+    bool Navigate(const std::string& address) override;
+    void Quit() override;
+    bool Busy() override;
+    int ReadyState() override;
+    bool Alive() override;
+    Document document() override;
+    void SetVisible(bool visible) override;
+    void SetPlace(const WindowPlace& place) override;
+    void SetBars(const WindowBars& bars) override;
+    WindowState State() override;
+    std::uint64_t Handle() override;
+    void SetForeground() override;
+    std::optional<ScreenPoint> ElementScreenPoint(const Element& element) override;
+    std::unique_ptr<Connection> Connect(BrowserEvents& events) override;
+
+    // Tells the subscribers of the browser and its pages what has happened since the last time.
+    void DeliverEvents() { pages_->events().Deliver(); }
+
+    // Whether this is the browser of an object.
+    bool Is(IUnknown* object) const { return browser_ && SameObject(browser_.get(), object); }
+
+private:
+    // Notes how a call of the browser went; one that shows that the browser is gone lets go of it.
+    bool Did(HRESULT result, const char* kind, const char* member);
+    // Listens from the first use on; a window that is only looked at is left alone.
+    void Listen();
+    void NoteNavigation(const EventArguments& arguments);
+    void NoteShown(const EventArguments& arguments);
+    void NoteComplete(const EventArguments& arguments);
+    void NoteError(const EventArguments& arguments);
+    // The browser is gone.
+    void Lose();
+    void Tell(std::function<void(BrowserEvents&)> call);
+    HWND Window();
+
+    ComCalls& calls_;
+    ComPtr<IWebBrowser2> browser_;
+    std::shared_ptr<PagePool> pages_;
+    std::shared_ptr<Subscribers<BrowserEvents>> subscribers_;
+    std::unique_ptr<EventConnection> events_;
+    HWND window_ = nullptr;  // at the last time that it was asked for
+    // Until when a navigation that was asked for counts as begun although nothing tells of it.
+    std::uint64_t begins_until_ = 0;
+};
+
+}  // namespace tamrin
