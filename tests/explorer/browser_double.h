@@ -31,7 +31,7 @@ public:
     std::vector<std::string> lines;
     LONG left = 0, top = 0, width = 0, height = 0;
     int tool = 0;
-    VARIANT_BOOL menu = 0, address = 0, status = 0, full = 0, visible = 0;
+    VARIANT_BOOL menu = 0, address_bar = 0, status_bar = 0, full = 0, visible = 0;
 
     // `frame` is the browser of the frame, null for the window itself.
     void FireBeforeNavigate2(std::string_view url, IDispatch* frame = nullptr);
@@ -65,10 +65,12 @@ public:
     STDMETHODIMP put_ToolBar(int v) override { return Take("ToolBar", tool, v); }
     STDMETHODIMP get_MenuBar(VARIANT_BOOL* v) override { return Give(v, menu); }
     STDMETHODIMP put_MenuBar(VARIANT_BOOL v) override { return Take("MenuBar", menu, v); }
-    STDMETHODIMP get_AddressBar(VARIANT_BOOL* v) override { return Give(v, address); }
-    STDMETHODIMP put_AddressBar(VARIANT_BOOL v) override { return Take("AddressBar", address, v); }
-    STDMETHODIMP get_StatusBar(VARIANT_BOOL* v) override { return Give(v, status); }
-    STDMETHODIMP put_StatusBar(VARIANT_BOOL v) override { return Take("StatusBar", status, v); }
+    STDMETHODIMP get_AddressBar(VARIANT_BOOL* v) override { return Give(v, address_bar); }
+    STDMETHODIMP put_AddressBar(VARIANT_BOOL v) override {
+        return Take("AddressBar", address_bar, v);
+    }
+    STDMETHODIMP get_StatusBar(VARIANT_BOOL* v) override { return Give(v, status_bar); }
+    STDMETHODIMP put_StatusBar(VARIANT_BOOL v) override { return Take("StatusBar", status_bar, v); }
     STDMETHODIMP get_FullScreen(VARIANT_BOOL* v) override { return Give(v, full); }
     STDMETHODIMP put_FullScreen(VARIANT_BOOL v) override { return Take("FullScreen", full, v); }
 

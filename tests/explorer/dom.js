@@ -20,7 +20,8 @@ function Collection(items) {
         if (typeof key == 'number') return key in items ? items[key] : null;
         var hits = [];
         for (var i = 0; i < items.length; ++i) {
-            if (items[i].__attributes.id == key || items[i].__attributes.name == key)
+            var attributes = items[i].__attributes;
+            if (decode(attributes.id || '') == key || decode(attributes.name || '') == key)
                 hits.push(items[i]);
         }
         return hits.length > 1 ? new Collection(hits) : hits.length ? hits[0] : null;
@@ -66,14 +67,19 @@ function typeOf(e) {
     if (e.tagName == 'SELECT') return 'multiple' in e.__attributes ? 'select-multiple' : 'select-one';
     if (e.tagName == 'TEXTAREA') return 'textarea';
     if (e.tagName == 'BUTTON') return written ? written.toLowerCase() : 'submit';
-    var known = '|text|password|email|number|hidden|file|checkbox|radio|submit|reset|button|image|';
+    var known = '|text|password|email|number|date|color|range|hidden|file|checkbox|radio|submit|reset|button|image|';
     return written && has(known, written.toLowerCase()) ? written.toLowerCase() : 'text';
 }
 
 function absolute(document, href) {
+    var base = document.__base || document.URL;
+    if (/^javascript:/i.test(href)) return href;
+    href = encodeURI(decodeURI(href));
     if (/^[a-z]+:/i.test(href)) return href;
-    if (href.charAt(0) == '/') return document.URL.replace(/^([a-z]+:\/\/[^\/]*).*/, '$1') + href;
-    return document.URL.replace(/[^\/]*$/, '') + href;
+    if (href.charAt(0) == '/') return base.replace(/^([a-z]+:\/\/[^\/]*).*/, '$1') + href;
+    if (href.charAt(0) == '#') return base.replace(/#.*/, '') + href;
+    if (href.charAt(0) == '?') return base.replace(/[?#].*/, '') + href;
+    return base.replace(/[^\/]*$/, '') + href;
 }
 
 function addControlMembers(e) {
@@ -157,8 +163,38 @@ function addEventMembers(e, mode) {
         if (e.disabled) return;
         if (e.tagName == 'INPUT' && typeOf(e) == 'checkbox') e.checked = !e.checked;
         if (e.tagName == 'INPUT' && typeOf(e) == 'radio') e.put_checked(true);
-        runHandlers(e, 'onclick', null);
+        if (runHandlers(e, 'onclick', null)) followClick(e);
     };
+}
+
+// What the browser does for a click that no handler has vetoed.
+function followClick(e) {
+    for (var link = e; link; link = link.parentElement) {
+        if (!has('|A|AREA|', link.tagName) || !('href' in link.__attributes)) continue;
+        var href = absolute(e.document, decode(link.__attributes.href));
+        if (/^javascript:/.test(href)) {
+            new Function('document', 'say', href.substr(11))(e.document, e.document.__say);
+        } else {
+            host.navigate(e.document, href);
+        }
+        return;
+    }
+    var type = has('|INPUT|BUTTON|', e.tagName) && typeOf(e);
+    var form = (type == 'submit' || type == 'image') && e.get_form();
+    if (form && runHandlers(form, 'onsubmit', null)) submit(form, e);
+}
+
+function submit(form, button) {
+    var parts = [];
+    walk(form, function (e) {
+        var name = e.__attributes.name;
+        if (!name || !has(CONTROL, e.tagName)) return;
+        if (/^(submit|image|button)$/.test(typeOf(e)) && e != button) return;
+        parts.push(name + '=' + encodeURIComponent(e.get_value ? e.get_value() : e.value)
+            .replace(/%20/g, '+').replace(/%0A/g, '%0D%0A'));
+    });
+    host.navigate(form.document,
+        absolute(form.document, form.__attributes.action || '') + '?' + parts.join('&'));
 }
 
 function Element(document, tag, attributes) {
@@ -178,6 +214,8 @@ function Element(document, tag, attributes) {
     };
     e.getElementsByTagName = function (name) { return new Collection(byTag(e, name)); };
     e.contains = function (other) { return isBelow(other, e); };
+    e.isContentEditable = 'contenteditable' in attributes;
+    e.put_innerText = function (text) { e.__children = [{__text: String(text)}]; };
     e.scrollIntoView = function () { e.__scrolled = true; };
     e.getBoundingClientRect = function () {
         var box = (attributes['data-box'] || '0 0 0 0').split(' ');
@@ -195,7 +233,11 @@ function Element(document, tag, attributes) {
     }
     if (tag == 'LI') e.value = +(attributes.value || 0);
     if ((tag == 'A' || tag == 'AREA') && 'href' in attributes)
-        e.get_href = function () { return absolute(document, decode(attributes.href)); };
+        e.get_href = function () {
+            for (var p = e.parentElement; p; p = p.parentElement)
+                if (p.tagName == 'SVG') return {baseVal: attributes.href};
+            return absolute(document, decode(attributes.href));
+        };
     if ((tag == 'IMG' || tag == 'IFRAME' || tag == 'FRAME' || tag == 'INPUT'))
         e.get_src = function () { return attributes.src ? absolute(document, attributes.src) : ''; };
 }
@@ -210,7 +252,9 @@ function runHandlers(e, name, event) {
     for (var at = e; at; at = at.parentElement) {
         var code = at.__attributes[name];
         if (code === undefined) continue;
-        var answer = new Function('event', 'document', 'say', decode(code))
+        // A handler finds the members of its element and of the document by their bare names.
+        code = 'with (document) with (this) {' + decode(code) + '}';
+        var answer = new Function('event', 'document', 'say', code)
             .call(at, event, document, document.__say);
         if (answer === false) goes_on = false;
     }

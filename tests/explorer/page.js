@@ -1,5 +1,7 @@
 // Documents and windows made of the elements, and what a user does in them.
 
+var ENDED_BY = {OPTION: '|OPTION|', OPTGROUP: '|OPTION|OPTGROUP|', LI: '|LI|'};
+
 function parse(document, html) {
     var root = {__children: []};
     var stack = [root];
@@ -9,11 +11,22 @@ function parse(document, html) {
         var top = stack[stack.length - 1];
         if (match[2]) {
             var tag = match[2].toUpperCase();
-            if (tag == 'OPTION' && top.tagName == 'OPTION') top = (stack.pop(), stack[stack.length - 1]);
+            // Options and what groups them end where the next one begins.
+            while (ENDED_BY[tag] && has(ENDED_BY[tag], top.tagName)) {
+                stack.pop();
+                top = stack[stack.length - 1];
+            }
             var e = new Element(document, tag, attributesOf(match[3]));
             e.parentElement = top == root ? null : top;
             top.__children.push(e);
-            if (!has(VOID, tag)) stack.push(e);
+            if (tag == 'SCRIPT') {
+                // What stands in a script is no page, whatever it looks like.
+                var end = html.indexOf('</script>', token.lastIndex);
+                e.__children.push({__text: html.substring(token.lastIndex, end)});
+                token.lastIndex = end + '</script>'.length;
+            } else if (!has(VOID, tag)) {
+                stack.push(e);
+            }
         } else if (match[1]) {
             closeTag(stack, match[1].toUpperCase());
         } else if (match[0].charAt(0) != '<') {
@@ -70,7 +83,11 @@ function makePage(url, html, mode, site) {
 
 function makeDocument(url, html, mode, site, holder) {
     var document = {__kind: 'document', URL: url, documentMode: mode, __said: []};
-    document.__say = function (word) { document.__said.push(word); };
+    document.__say = function (word) {
+        document.__said.push(word);
+        var log = document.getElementById('log');
+        if (log) log.__children = [{__text: document.__said.join(' ')}];
+    };
     document.__root = parse(document, /<body/i.test(html) ? html : '<html><body>' + html + '</body></html>');
     document.documentElement = byTag(document.__root, 'HTML')[0] || document.__root.__children[0];
     document.body = byTag(document.__root, 'BODY')[0] || byTag(document.__root, 'FRAMESET')[0];
@@ -90,9 +107,26 @@ function makeDocument(url, html, mode, site, holder) {
             return {initEvent: function (type) { this.type = type; }, type: ''};
         };
     }
+    var bases = byTag(document.__root, 'BASE');
+    if (bases.length) document.__base = bases[0].__attributes.href;
     fillFields(document);
+    walk(document.__root, function (e) {
+        if ('autofocus' in e.__attributes) document.activeElement = e;
+    });
     shadowMembers(document);
+    runScripts(document);
     return document;
+}
+
+// Runs what this engine understands of a page's scripts.
+function runScripts(document) {
+    walk(document.__root, function (e) {
+        if (e.tagName != 'SCRIPT') return;
+        try {
+            new Function('document', 'say', e.__children[0].__text)(document, document.__say);
+        } catch (error) {
+        }
+    });
 }
 
 function addLookups(document) {
@@ -112,15 +146,20 @@ function addLookups(document) {
     };
 }
 
+function originOf(url) { return url.replace(/^([a-z]+:\/\/[^\/]*).*/, '$1'); }
+
 function addFrames(document, mode, site) {
     document.__frames = [];
     walk(document.__root, function (e) {
         if (!has('|IFRAME|FRAME|', e.tagName)) return;
         var src = e.__attributes.src || 'about:blank';
-        var inner = makeDocument(absolute(document, src), (site && site[src]) || '', mode, site, e);
+        var url = absolute(document, src);
+        var html = site && src in site ? site[src] : host.fetch(url);
+        if (e.__attributes.srcdoc) html = decode(e.__attributes.srcdoc);
+        var inner = makeDocument(url, html || '', mode, site, e);
         var view = inner.__window;
         e.contentWindow = view;
-        if (/^https?:\/\/other/.test(src)) view.__denied = '|DOCUMENT|FRAMEELEMENT|NAME|';
+        if (/^http/.test(url) && originOf(url) != originOf(document.URL)) view.__denied = '|DOCUMENT|FRAMEELEMENT|NAME|';
         document.__frames.push(view);
     });
 }

@@ -33,10 +33,11 @@ DispatchObject Named(const ComPtr<IDispatch>& object) {
 
 }  // namespace
 
-// What the scripts reach of the tests: host.fire(object, name, event).
+// What the scripts reach of the tests: host.fire(object, name, event), host.fetch(url) and
+// host.navigate(document, url).
 class PageWorld::Host : public DispatchDouble<IDispatch> {
 public:
-    explicit Host(PageObjects& objects) : objects_(objects) {}
+    explicit Host(PageWorld& world) : world_(world) {}
 
     STDMETHODIMP QueryInterface(REFIID id, void** object) override {
         if (id == IID_IUnknown || id == IID_IDispatch) return Give<IDispatch>(this, object);
@@ -44,19 +45,33 @@ public:
         return E_NOINTERFACE;
     }
     STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* number) override {
-        *number = 1;
-        return std::wstring_view(names[0]) == L"fire" ? S_OK : DISP_E_UNKNOWNNAME;
+        const std::wstring_view name(names[0]);
+        *number = name == L"fire" ? kFire : name == L"fetch" ? kFetch : kNavigate;
+        return S_OK;
     }
-    STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS* parameters, VARIANT* answer,
+    STDMETHODIMP Invoke(DISPID member, REFIID, LCID, WORD, DISPPARAMS* parameters, VARIANT* answer,
                         EXCEPINFO*, UINT*) override {
         const EventArguments arguments(*parameters);
+        if (member == kFetch) {
+            const auto page =
+                world_.fetch ? world_.fetch(arguments.At(0).Text().value_or("")) : std::nullopt;
+            Variant text = page ? Variant(std::string_view(*page)) : Variant();
+            if (answer) VariantCopy(answer, const_cast<VARIANT*>(&text.get()));
+            return S_OK;
+        }
+        if (member == kNavigate) {
+            if (world_.navigate)
+                world_.navigate(arguments.At(0).Object().get(),
+                                arguments.At(1).Text().value_or(""));
+            return S_OK;
+        }
         const auto object = arguments.At(0).Object();
         const auto name = arguments.At(1).Text();
         const auto event = arguments.At(2).Object();
         bool goes_on = true;
         for (const EventNumber& known : kEvents) {
             if (known.name == name)
-                goes_on = objects_.Fire(object.get(), known.number, event.get());
+                goes_on = world_.objects.Fire(object.get(), known.number, event.get());
         }
         if (answer) {
             answer->vt = VT_BOOL;
@@ -66,10 +81,11 @@ public:
     }
 
 private:
-    PageObjects& objects_;
+    enum Member : DISPID { kFire = 1, kFetch, kNavigate };
+    PageWorld& world_;
 };
 
-PageWorld::PageWorld() : host_(new Host(objects)) {
+PageWorld::PageWorld() : host_(new Host(*this)) {
     engine_.Add(L"host", host_.get());
     engine_.Run(ReadScript("dom.js"));
     engine_.Run(ReadScript("page.js"));
@@ -102,6 +118,8 @@ std::string Quoted(std::string_view text) {
         if (c == '"' || c == '\\') quoted += '\\';
         if (c == '\n') {
             quoted += "\\n";
+        } else if (c == '\r') {
+            quoted += "\\r";
         } else {
             quoted += c;
         }

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -18,6 +20,10 @@ public:
     PageWorld& operator=(const PageWorld&) = delete;
 
     PageObjects objects;
+    // Answers the page of an address that nobody served, nothing for none.
+    std::function<std::optional<std::string>(const std::string& url)> fetch;
+    // Told when a page's script object is to be left for an address.
+    std::function<void(IDispatch* script_document, const std::string& url)> navigate;
 
     // A page that a frame shows, by its address.
     void Serve(std::string_view address, std::string_view html);

@@ -15,6 +15,7 @@ BOOL CALLBACK Collect(HWND window, LPARAM into) {
     wchar_t name[64] = L"";
     GetClassNameW(window, name, 64);
     if (std::wcscmp(name, kContentClass) == 0)
+        // NOLINTNEXTLINE(performance-no-int-to-ptr): what EnumChildWindows was given
         reinterpret_cast<std::vector<HWND>*>(into)->push_back(window);
     return TRUE;
 }

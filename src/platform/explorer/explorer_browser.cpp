@@ -128,6 +128,7 @@ WindowState ExplorerBrowser::State() {
 HWND ExplorerBrowser::Window() {
     SHANDLE_PTR window = 0;
     if (!browser_ || !Did(browser_->get_HWND(&window), "get", "HWND")) return nullptr;
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): how the browser gives its handle
     window_ = reinterpret_cast<HWND>(window);
     return window_;
 }

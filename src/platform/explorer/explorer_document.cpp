@@ -30,12 +30,26 @@ NamedElements ExplorerDocument::Named(std::string_view name) {
     named.by_name = Elements(document_.Call("getElementsByName", key));
     named.by_id = ElementOf(document_.Call("getElementById", key));
     for (const Element& form : Elements(document_.Get("forms"))) {
-        const auto elements =
-            ObjectOf(ExplorerElement::Of(form)->object().Get("elements"), "collection");
-        if (Element element = ElementOf(elements.Call("item", key)))
-            named.in_forms.push_back(std::move(element));
+        if (Element element = InForm(form, key)) named.in_forms.push_back(std::move(element));
     }
     return named;
+}
+
+Element ExplorerDocument::InForm(const Element& form, const Variant& name) {
+    const DispatchObject& object = ExplorerElement::Of(form)->object();
+    const DispatchObject elements = ObjectOf(object.Get("elements"), "collection");
+    // A collection that has a tag is none: it is the control of that name, which hides it.
+    if (elements && !elements.Get("tagName").HasValue())
+        return ElementOf(elements.Call("item", name));
+    const auto wanted = name.Text();
+    for (Element& element : Elements(object.Call("getElementsByTagName", Variant("*")))) {
+        const std::string tag = element.tagName();
+        const bool control =
+            tag == "INPUT" || tag == "SELECT" || tag == "TEXTAREA" || tag == "BUTTON";
+        if (!control || element.getAttribute("type") == "image") continue;
+        if (element.id() == wanted || element.name() == wanted) return std::move(element);
+    }
+    return {};
 }
 
 std::vector<Element> ExplorerDocument::links() { return Elements(document_.Get("links")); }

@@ -73,6 +73,8 @@ public:
     std::vector<PageConnection*>& connections() { return connections_; }
 
 private:
+    // The control of a form that answers to a name, null for none.
+    Element InForm(const Element& form, const Variant& name);
     int DocumentMode();
 
     std::shared_ptr<PagePool> pool_;

@@ -51,17 +51,16 @@ constexpr std::array<std::string_view, 4> kMomentAttributes = {"type", "alt", "h
 
 }  // namespace
 
-ExplorerElement::ExplorerElement(std::shared_ptr<ExplorerDocument> page, ComPtr<IDispatch> object,
-                                 std::string tag)
+ExplorerElement::ExplorerElement(std::shared_ptr<ExplorerDocument> page,
+                                 const ComPtr<IDispatch>& object, std::string tag)
     : page_(std::move(page)),
       tag_(std::move(tag)),
       object_(page_->Object(object, tag_)),
       identity_(object.As<IUnknown>()) {}
 
-Element ExplorerElement::Make(std::shared_ptr<ExplorerDocument> page, ComPtr<IDispatch> object,
-                              std::string_view tag) {
-    return Element(
-        std::make_shared<ExplorerElement>(std::move(page), std::move(object), Capitals(tag)));
+Element ExplorerElement::Make(std::shared_ptr<ExplorerDocument> page,
+                              const ComPtr<IDispatch>& object, std::string_view tag) {
+    return Element(std::make_shared<ExplorerElement>(std::move(page), object, Capitals(tag)));
 }
 
 const DispatchObject& ExplorerElement::object() const {

@@ -15,10 +15,10 @@ namespace tamrin {
 // One element of a page. Its tag is read once, everything else when it is asked for.
 class ExplorerElement : public ElementObject {
 public:
-    ExplorerElement(std::shared_ptr<ExplorerDocument> page, ComPtr<IDispatch> object,
+    ExplorerElement(std::shared_ptr<ExplorerDocument> page, const ComPtr<IDispatch>& object,
                     std::string tag);
 
-    static Element Make(std::shared_ptr<ExplorerDocument> page, ComPtr<IDispatch> object,
+    static Element Make(std::shared_ptr<ExplorerDocument> page, const ComPtr<IDispatch>& object,
                         std::string_view tag);
     // The object of an element of this back end, null for a null handle.
     static ExplorerElement* Of(const Element& element) {

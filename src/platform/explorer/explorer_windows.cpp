@@ -1,6 +1,7 @@
 #include "platform/explorer/explorer_windows.h"
 
 #include <algorithm>
+#include <map>
 
 #include "platform/explorer/dispatch_object.h"
 #include "platform/explorer/explorer_launcher.h"
@@ -12,6 +13,7 @@ namespace {
 HWND WindowOf(ComCalls& calls, IWebBrowser2& browser) {
     SHANDLE_PTR window = 0;
     calls.Note(browser.get_HWND(&window), "get", "entry", "HWND");
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): how the browser gives its handle
     return reinterpret_cast<HWND>(window);
 }
 
@@ -29,27 +31,24 @@ ExplorerSources SystemSources(ComCalls& calls) {
 }
 
 std::vector<ComPtr<IWebBrowser2>> ExplorerWindows::InOrder() {
-    struct Entry {
-        std::ptrdiff_t place;
-        ComPtr<IWebBrowser2> browser;
-    };
-    std::vector<Entry> entries;
+    // The tabs of one window stand in one place and stay in the order of the list.
+    std::multimap<std::ptrdiff_t, ComPtr<IWebBrowser2>> entries;
     const std::vector<HWND> order = sources_.z_order();
     for (auto& browser : sources_.browsers()) {
         const auto at = std::find(order.begin(), order.end(), WindowOf(calls_, *browser.get()));
-        if (at != order.end()) entries.push_back({at - order.begin(), std::move(browser)});
+        if (at != order.end()) entries.emplace(at - order.begin(), std::move(browser));
     }
-    // The tabs of one window stand in one place and stay in the order of the list.
-    std::stable_sort(entries.begin(), entries.end(),
-                     [](const Entry& a, const Entry& b) { return a.place < b.place; });
     std::vector<ComPtr<IWebBrowser2>> browsers;
-    for (Entry& entry : entries) browsers.push_back(std::move(entry.browser));
+    browsers.reserve(entries.size());
+    for (auto& [place, browser] : entries) browsers.push_back(std::move(browser));
     return browsers;
 }
 
 std::vector<std::shared_ptr<Browser>> ExplorerWindows::Visible() {
     std::vector<std::shared_ptr<Browser>> windows;
-    for (auto& browser : InOrder()) windows.push_back(Known(std::move(browser)));
+    auto browsers = InOrder();
+    windows.reserve(browsers.size());
+    for (auto& browser : browsers) windows.push_back(Known(std::move(browser)));
     return windows;
 }
 

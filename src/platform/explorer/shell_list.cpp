@@ -42,6 +42,7 @@ bool IsIeWindow(ComCalls& calls, IWebBrowser2& entry) {
 std::vector<HWND> VisibleWindows() {
     std::vector<HWND> windows;
     const auto collect = [](HWND window, LPARAM into) -> BOOL {
+        // NOLINTNEXTLINE(performance-no-int-to-ptr): what EnumWindows was given
         if (IsWindowVisible(window)) reinterpret_cast<std::vector<HWND>*>(into)->push_back(window);
         return TRUE;
     };
