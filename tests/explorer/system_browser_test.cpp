@@ -43,6 +43,7 @@ TEST(SystemBrowser, IsMadeShownAndMissed) {
     calls.Trace([&lines](const std::string& line) { lines.push_back(line); });
     const auto connection = browser.Connect(log);
     browser.SetVisible(true);
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): the number is the handle
     const auto window = reinterpret_cast<HWND>(browser.Handle());
     EXPECT_TRUE(IsWindowVisible(window));
     browser.SetForeground();
