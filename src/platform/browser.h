@@ -116,6 +116,11 @@ public:
     // is gone or not displayed.
     virtual std::optional<ScreenPoint> ElementScreenPoint(const Element& element) = 0;
 
+    // Where the user's mouse pointer stands in this window's page: the elements of the frames that
+    // lead there, the outermost first, and last the element itself. Empty when the pointer is
+    // elsewhere.
+    virtual std::vector<Element> UnderPointer() { return {}; }
+
     // Subscribes; `events` must outlive the answer.
     virtual std::unique_ptr<Connection> Connect(BrowserEvents& events) = 0;
 };

@@ -26,7 +26,8 @@ public:
     virtual ~ElementObject() = default;
 
     // A property of the automation model as text: "id", "name", "tagName" (capitals), "value",
-    // "checked" ("True" or "False"), "selectedIndex" (decimal), "innerText", "href", "src".
+    // "checked" ("True" or "False"), "selectedIndex" (decimal), "innerText", "outerHTML", "href",
+    // "src".
     // The lines of a textarea's value are separated by CR LF. Unknown: "".
     virtual std::string Get(std::string_view property) = 0;
 
