@@ -46,7 +46,7 @@ TEST_F(DispatchObjectTest, AnswersValuesAsText) {
         std::string_view literal;
         std::string_view text;
     } rows[] = {{"'日本🚀'", "日本🚀"}, {"true", "True"}, {"false", "False"},
-                {"-7", "-7"},         {"1.5", "1.5"},   {"3e9", "3000000000"}};
+                {"-7", "-7"},           {"1.5", "1.5"},   {"3e9", "3000000000"}};
     for (const auto& row : rows)
         EXPECT_EQ(Made("{v: " + std::string(row.literal) + "}").Text("v"), row.text);
     EXPECT_EQ(Made("{v: '1.5'}").Get("v").Number(), 1.5);
