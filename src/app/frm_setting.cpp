@@ -12,7 +12,9 @@ namespace {
 
 constexpr std::string_view kFolderTip = "保存先フォルダ名　空白時はプログラムと同じフォルダ";
 constexpr std::string_view kWaitTip = "応答が返るまでの最大待ち時間（秒）";
-constexpr std::string_view kBrowserTip = "再生に使うブラウザー　空白時は自動で探します";
+constexpr std::string_view kBrowserTip = "Edge / Chrome の実行ファイル　空白時は自動で探します";
+constexpr std::string_view kKindTip =
+    "自動：Internet Explorer があればそれを、なければ Edge / Chrome を使う";
 
 constexpr auto kControls = std::to_array<ControlSpec>({
     {ControlKind::kFrame, "frSave", -1, "保存の設定", "", {8, 6, 424, 86}},
@@ -58,23 +60,32 @@ constexpr auto kControls = std::to_array<ControlSpec>({
      "データが変更されていない場合は、記録されない。",
      {20, 283, 380, 22}},
 
-    {ControlKind::kFrame, "frBrowser", -1, "ブラウザー", "", {8, 318, 424, 58}},
-    {ControlKind::kLabel, "lblBrowser", -1, "実行ファイル", kBrowserTip, {20, 342, 94, 20}},
-    {ControlKind::kTextBox, "txtBrowser", -1, "", kBrowserTip, {118, 339, 256, 22}},
-    {ControlKind::kButton, "cmdBrowser", -1, "...", "ブラウザーを指定", {380, 337, 40, 26}},
+    {ControlKind::kFrame, "frBrowser", -1, "ブラウザー", "", {8, 318, 424, 90}},
+    {ControlKind::kLabel, "lblKind", -1, "種類", kKindTip, {20, 342, 94, 20}},
+    {ControlKind::kOptionButton, "optBrowser", 0, "自動", kKindTip, {118, 338, 60, 26}},
+    {ControlKind::kOptionButton,
+     "optBrowser",
+     1,
+     "Internet Explorer",
+     kKindTip,
+     {180, 338, 128, 26}},
+    {ControlKind::kOptionButton, "optBrowser", 2, "Edge / Chrome", kKindTip, {310, 338, 110, 26}},
+    {ControlKind::kLabel, "lblBrowser", -1, "実行ファイル", kBrowserTip, {20, 374, 94, 20}},
+    {ControlKind::kTextBox, "txtBrowser", -1, "", kBrowserTip, {118, 371, 256, 22}},
+    {ControlKind::kButton, "cmdBrowser", -1, "...", "ブラウザーを指定", {380, 369, 40, 26}},
 
     {ControlKind::kCheckBox,
      "chkAutoPoint",
      -1,
      "タグ自動ポイント",
      "マウスポインタが自動でタグを指し示します。",
-     {12, 386, 180, 22}},
+     {12, 418, 180, 22}},
     {ControlKind::kButton,
      "cmdClose",
      0,
      "Ok",
      "保存して、このフォームを閉じます。",
-     {240, 384, 92, 26},
+     {240, 416, 92, 26},
      kFixed,
      kDefault},
     {ControlKind::kButton,
@@ -82,12 +93,12 @@ constexpr auto kControls = std::to_array<ControlSpec>({
      1,
      "Cancel",
      "保存せずに、このフォームを閉じます。",
-     {340, 384, 92, 26},
+     {340, 416, 92, 26},
      kFixed,
      kCancel},
 });
 
-const FormSpec kSpec{"frmSetting", "設定", 440, 418, kControls};
+const FormSpec kSpec{"frmSetting", "設定", 440, 450, kControls};
 
 }  // namespace
 
@@ -125,6 +136,7 @@ void frmSetting::ShowModal(Form& owner) {
         {"3", "5", "7", "10", "15", "20", "30", "40", "50", "60", "90", "120", "150"});
     const Options& options = globals_.options;
     txtBrowser.SetText(options.kept_browser_path.value_or(options.browser_path));
+    form_->Find("optBrowser", static_cast<int>(options.browser_kind)).SetChecked(true);
     Form_Load();
     form_->ShowModal(owner);
 }
@@ -189,6 +201,10 @@ void frmSetting::cmdClose_Click(int index) {
         if (browser != options.kept_browser_path.value_or(options.browser_path)) {
             options.browser_path = browser;
             options.kept_browser_path.reset();
+        }
+        for (const int kind : {0, 1, 2}) {
+            if (form_->Find("optBrowser", kind).Checked())
+                options.browser_kind = static_cast<BrowserKind>(kind);
         }
     }
     form_->Close();

@@ -1,6 +1,7 @@
 #include "app/options_file.h"
 
 #include <algorithm>
+#include <array>
 
 #include "app/paths.h"
 #include "app/settings.h"
@@ -11,6 +12,14 @@ namespace {
 
 std::string PathOf(const Files& files) {
     return files.ProgramFolder() + files.Separator() + "Options.txt";
+}
+
+// What "browser kind" may say; in the order of BrowserKind.
+constexpr std::array<std::string_view, 3> kKinds = {"", "explorer", "chromium"};
+
+BrowserKind KindOf(std::string_view word) {
+    const auto at = std::find(kKinds.begin(), kKinds.end(), LowerCase(word));
+    return at == kKinds.end() ? BrowserKind::kAny : static_cast<BrowserKind>(at - kKinds.begin());
 }
 
 }  // namespace
@@ -27,6 +36,10 @@ void OptionsLoad(Options& options, const Files& files, const TextCodec& codec) {
         std::string value = StripQuotes(line.substr(equals + 1));
         if (key == "browser") {
             options.browser_path = std::move(value);
+        } else if (key == "browser kind") {
+            options.browser_kind = KindOf(value);
+        } else if (key == "trace") {
+            options.trace_path = std::move(value);
         } else if (key == "debug address") {
             options.debug_address = std::move(value);
         } else if (key == "recent" && !value.empty() &&
@@ -39,6 +52,10 @@ void OptionsLoad(Options& options, const Files& files, const TextCodec& codec) {
 bool OptionsSave(const Options& options, Files& files, const TextCodec& codec) {
     std::string text =
         "browser = " + options.kept_browser_path.value_or(options.browser_path) + "\r\n";
+    const auto kind = static_cast<std::size_t>(options.browser_kind);
+    if (options.browser_kind != BrowserKind::kAny)
+        text.append("browser kind = ").append(kKinds[kind]) += "\r\n";
+    if (!options.trace_path.empty()) text += "trace = " + options.trace_path + "\r\n";
     if (!options.debug_address.empty()) {
         text += "debug address = " + options.debug_address + "\r\n";
     }

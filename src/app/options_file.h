@@ -9,10 +9,12 @@
 
 namespace tamrin {
 
-// Options.txt in the program's folder, in the form of Conf.txt: "browser = PATH" names the
-// browser's executable, "debug address = HOST:PORT" a browser to be recorded, each "recent = PATH"
-// an open scenario, the latest first. A path may hold "=", so a line is parted at its first one.
-// What the file does not say stays as it is.
+// Options.txt in the program's folder, in the form of Conf.txt: "browser kind = explorer" (or
+// "chromium") keeps to one kind of browser, "browser = PATH" names the executable of Edge or
+// Chrome, "trace = PATH" a file that is told of Internet Explorer's failed calls, "debug address =
+// HOST:PORT" a browser to be recorded, each "recent = PATH" an open scenario, the latest first. A
+// path may hold "=", so a line is parted at its first one. What the file does not say stays as it
+// is.
 
 // The most recent files that are remembered.
 inline constexpr std::size_t kMostRecentFiles = 5;

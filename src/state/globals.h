@@ -35,11 +35,18 @@ struct Settings {
     }
 };
 
+// Which browser is driven: Internet Explorer where there is one that answers and else Edge or
+// Chrome, or always the one or the other.
+enum class BrowserKind { kAny, kExplorer, kChromium };
+
 // What Options.txt holds: what the program was told that Conf.txt does not know.
 struct Options {
-    std::string browser_path;  // the browser's executable; "" to look for one
+    BrowserKind browser_kind = BrowserKind::kAny;
+    std::string browser_path;  // the executable of Edge or Chrome; "" to look for one
     // What the file says about it, while the command line names another one for this run.
     std::optional<std::string> kept_browser_path;
+    // Where the failed calls of Internet Explorer are written to; "" for nowhere.
+    std::string trace_path;
     // Address and port of a browser that lets itself be recorded, such as "127.0.0.1:9222"; "" to
     // look for one.
     std::string debug_address;

@@ -143,6 +143,7 @@ TEST_F(ConfTest, OptionsKeepTheBrowserAndTheRecentFiles) {
     const std::string options = "C:\\tamrin\\Options.txt";
     files.contents[options] =
         "junk\r\na=b=c\r\n Browser =  C:\\a=b.exe\ndebug address = 127.0.0.1:9222\r\n"
+        "browser kind = Explorer\r\ntrace = C:\\calls.txt\r\n"
         "recent = C:\\%%U+1F600%%.csv\r\n";
     for (const char* name : {"1", "2", "3", "4", "5", "2"}) {
         files.contents[std::string("C:\\d\\") + name + ".csv"] = "x\r\n";
@@ -159,7 +160,8 @@ TEST_F(ConfTest, OptionsKeepTheBrowserAndTheRecentFiles) {
     EXPECT_EQ(globals.current_file, "C:\\d\\4.csv");
     window.Close();
     EXPECT_EQ(files.contents[options],
-              "browser = C:\\a=b.exe\r\ndebug address = 127.0.0.1:9222\r\n"
+              "browser = C:\\a=b.exe\r\nbrowser kind = explorer\r\ntrace = C:\\calls.txt\r\n"
+              "debug address = 127.0.0.1:9222\r\n"
               "recent = C:\\d\\4.csv\r\nrecent = C:\\d\\2.csv\r\n"
               "recent = C:\\d\\5.csv\r\nrecent = C:\\d\\3.csv\r\nrecent = C:\\d\\1.csv\r\n");
 }

@@ -44,6 +44,8 @@ TEST_F(frmSettingTest, ShowsAndStoresTheSettings) {
         Type(dialog, "txtSaveFolderPath", "..\\other");
         Type(dialog, "cmbMaxWaitTime", "30");
         Type(dialog, "txtBrowser", "C:\\b.exe");
+        EXPECT_TRUE(dialog.Find("optBrowser", 0).Checked());
+        dialog.Click("optBrowser", 2);
         for (const char* box : {"chkQuitAfterPlay", "chkMouseClick", "chkCipherData"}) {
             dialog.Click(box);
         }
@@ -57,6 +59,7 @@ TEST_F(frmSettingTest, ShowsAndStoresTheSettings) {
     EXPECT_FALSE(settings.mouse_click);
     EXPECT_TRUE(settings.cipher);
     EXPECT_EQ(globals.options.browser_path, "C:\\b.exe");
+    EXPECT_EQ(globals.options.browser_kind, BrowserKind::kChromium);
 }
 
 TEST_F(frmSettingTest, TwoBoxesAndTheDefaultsTakeEffectAtOnce) {
