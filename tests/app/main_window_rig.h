@@ -12,6 +12,7 @@
 #include "platform/headless/virtual_clock.h"
 #include "platform/posix/text_codec.h"
 #include "support/memory_files.h"
+#include "support/no_processes.h"
 #include "support/scripted_browser.h"
 #include "support/scripted_dialogs.h"
 #include "support/scripted_user.h"
@@ -19,19 +20,6 @@
 namespace tamrin::test {
 
 using Lines = std::vector<std::string>;
-
-class QuietProcesses : public Processes {
-public:
-    std::unique_ptr<Process> Start(const std::string&, const Lines&) override { return nullptr; }
-    std::string FindExecutable(const std::string&) const override { return ""; }
-    std::string MakeTemporaryFolder() override { return ""; }
-    void RemoveTemporaryFolder(const std::string&) override {}
-    bool HasDisplay() const override { return false; }
-    bool IsRoot() const override { return false; }
-    std::string Environment(const std::string&) const override { return ""; }
-    void RaisePriority() override { raised = true; }
-    bool raised = false;
-};
 
 class MainWindowTest : public testing::Test {
 protected:
@@ -59,7 +47,7 @@ protected:
     HeadlessWindowSystem windows{dialogs};
     MemoryFiles files;
     PosixTextCodec codec;
-    QuietProcesses processes;
+    NoProcesses processes;
     ScriptedWeb web{clock};
     ScriptedWindows browsers;
     Globals globals;

@@ -106,6 +106,8 @@ function addControlMembers(e) {
         var initial = e.__attributes.value;
         var toggles = e.tagName == 'INPUT' && /^(checkbox|radio)$/.test(typeOf(e));
         e.value = initial !== undefined ? decode(initial) : toggles ? 'on' : '';
+        if (e.tagName == 'TEXTAREA' && e.document.documentMode >= 9)
+            e.put_value = function (value) { e.value = String(value).replace(/\r\n?/g, '\n'); };
     }
     if (e.tagName == 'INPUT') {
         e.checked = 'checked' in e.__attributes;
@@ -190,8 +192,9 @@ function submit(form, button) {
         var name = e.__attributes.name;
         if (!name || !has(CONTROL, e.tagName)) return;
         if (/^(submit|image|button)$/.test(typeOf(e)) && e != button) return;
+        if (/^(radio|checkbox)$/.test(typeOf(e)) && !e.checked) return;
         parts.push(name + '=' + encodeURIComponent(e.get_value ? e.get_value() : e.value)
-            .replace(/%20/g, '+').replace(/%0A/g, '%0D%0A'));
+            .replace(/%20/g, '+').replace(/(%0D)?%0A/g, '%0D%0A'));
     });
     host.navigate(form.document,
         absolute(form.document, form.__attributes.action || '') + '?' + parts.join('&'));

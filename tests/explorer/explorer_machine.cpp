@@ -5,8 +5,6 @@
 namespace tamrin::test {
 namespace {
 
-// The documents know the events of the standards and those of old.
-constexpr int kMode = 9;
 constexpr long kNoServer = static_cast<long>(0x800C0005);
 
 std::string Absolute(const std::string& base, const std::string& address) {
@@ -16,9 +14,9 @@ std::string Absolute(const std::string& base, const std::string& address) {
 
 }  // namespace
 
-LoadingBrowser::LoadingBrowser(PageWorld& world, const Server& server)
-    : world_(world), server_(server) {
-    page = world_.Open("", kMode, "about:blank");
+LoadingBrowser::LoadingBrowser(PageWorld& world, const Server& server, const int& mode)
+    : world_(world), server_(server), mode_(mode) {
+    page = world_.Open("", mode_, "about:blank");
     window = GetDesktopWindow();
 }
 
@@ -64,7 +62,7 @@ void LoadingBrowser::Load(std::string url) {
     ready_state = 4;
     if (reply.status == 204) return;
     if (reply.status == 0 && url != "about:blank") FireNavigateError(url, kNoServer);
-    page = world_.Open(reply.body, kMode, url);
+    page = world_.Open(reply.body, mode_, url);
     world_.Run("page.__focused = true");
     FireNavigateComplete2(url);
     if (world_.Ask("page.__frames.length") != "0") {
@@ -104,13 +102,13 @@ ExplorerSources ExplorerMachine::Sources() {
             [] { return std::vector<HWND>{GetDesktopWindow()}; },
             [this](HRESULT& failure) {
                 failure = S_OK;
-                windows.emplace_back(new LoadingBrowser(world, server_));
+                windows.emplace_back(new LoadingBrowser(world, server_, mode));
                 return ComPtr<IWebBrowser2>(windows.back().get());
             }};
 }
 
 LoadingBrowser& ExplorerMachine::Open(const std::string& address) {
-    windows.emplace_back(new LoadingBrowser(world, server_));
+    windows.emplace_back(new LoadingBrowser(world, server_, mode));
     windows.back()->Go(address);
     return *windows.back().get();
 }

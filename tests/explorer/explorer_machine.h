@@ -24,7 +24,7 @@ using Server = std::function<Reply(const std::string& url)>;
 // A window that loads its pages from a server and tells of it as a browser does.
 class LoadingBrowser : public BrowserDouble {
 public:
-    LoadingBrowser(PageWorld& world, const Server& server);
+    LoadingBrowser(PageWorld& world, const Server& server, const int& mode);
 
     STDMETHODIMP Navigate2(VARIANT* url, VARIANT*, VARIANT*, VARIANT*, VARIANT*) override;
     STDMETHODIMP Quit() override;
@@ -41,6 +41,7 @@ private:
 
     PageWorld& world_;
     const Server& server_;
+    const int& mode_;
     std::deque<std::string> waiting_;
     bool quits_ = false;
 };
@@ -59,6 +60,9 @@ public:
 
     PageWorld world;
     std::vector<ComPtr<LoadingBrowser>> windows;
+    // The document mode of the pages to come. In that of 9 they know the events of the standards
+    // and those of old.
+    int mode = 9;
 
 private:
     ComCalls& calls_;
