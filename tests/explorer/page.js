@@ -1,5 +1,8 @@
 // Documents and windows made of the elements, and what a user does in them.
 
+function alert() { host.box('alert'); }
+function confirm() { return host.box('confirm'); }
+
 var ENDED_BY = {OPTION: '|OPTION|', OPTGROUP: '|OPTION|OPTGROUP|', LI: '|LI|'};
 
 function parse(document, html) {

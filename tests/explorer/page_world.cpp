@@ -33,8 +33,8 @@ DispatchObject Named(const ComPtr<IDispatch>& object) {
 
 }  // namespace
 
-// What the scripts reach of the tests: host.fire(object, name, event), host.fetch(url) and
-// host.navigate(document, url).
+// What the scripts reach of the tests: host.fire(object, name, event), host.fetch(url),
+// host.navigate(document, url) and host.box(kind).
 class PageWorld::Host : public DispatchDouble<IDispatch> {
 public:
     explicit Host(PageWorld& world) : world_(world) {}
@@ -46,7 +46,10 @@ public:
     }
     STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* number) override {
         const std::wstring_view name(names[0]);
-        *number = name == L"fire" ? kFire : name == L"fetch" ? kFetch : kNavigate;
+        *number = name == L"fire"    ? kFire
+                  : name == L"fetch" ? kFetch
+                  : name == L"box"   ? kBox
+                                     : kNavigate;
         return S_OK;
     }
     STDMETHODIMP Invoke(DISPID member, REFIID, LCID, WORD, DISPPARAMS* parameters, VARIANT* answer,
@@ -65,6 +68,14 @@ public:
                                 arguments.At(1).Text().value_or(""));
             return S_OK;
         }
+        if (member == kBox) {
+            const bool yes = !world_.box || world_.box(arguments.At(0).Text().value_or(""));
+            if (answer) {
+                answer->vt = VT_BOOL;
+                answer->boolVal = yes ? VARIANT_TRUE : VARIANT_FALSE;
+            }
+            return S_OK;
+        }
         const auto object = arguments.At(0).Object();
         const auto name = arguments.At(1).Text();
         const auto event = arguments.At(2).Object();
@@ -81,7 +92,7 @@ public:
     }
 
 private:
-    enum Member : DISPID { kFire = 1, kFetch, kNavigate };
+    enum Member : DISPID { kFire = 1, kFetch, kNavigate, kBox };
     PageWorld& world_;
 };
 

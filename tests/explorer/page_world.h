@@ -25,6 +25,9 @@ public:
     // Told when a page's script object is to be left for an address.
     std::function<void(IDispatch* script_document, const std::string& url)> navigate;
 
+    // Shows a box of a page, "alert" or "confirm", and answers how it is answered; none for yes.
+    std::function<bool(const std::string& kind)> box;
+
     // A page that a frame shows, by its address.
     void Serve(std::string_view address, std::string_view html);
     // Makes a page: its document, as a program is given it. `mode` is the document mode: 11 the

@@ -33,6 +33,8 @@ void SetMoments(const std::vector<Moment>& moments, bool told) {
 
 void ExplorerBrowser::Listen() {
     if (events_ || !browser_) return;
+    Window();  // a dialog box is known by the window before which it stands
+    if (!browser_) return;
     const auto to = [this](void (ExplorerBrowser::*note)(const EventArguments&)) {
         return [this, note](const EventArguments& arguments) { (this->*note)(arguments); };
     };

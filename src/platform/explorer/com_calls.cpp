@@ -1,6 +1,9 @@
 #include "platform/explorer/com_calls.h"
 
+#include <algorithm>
 #include <cstdio>
+
+#include "platform/explorer/box_window.h"
 
 namespace tamrin {
 
@@ -21,6 +24,28 @@ bool ComCalls::Note(HRESULT result, std::string_view kind, std::string_view obje
     write_(line);
     return false;
 }
+
+void ComCalls::Drive(HWND window) {
+    if (window) driven_.push_back(window);
+}
+
+void ComCalls::Leave(HWND window) {
+    const auto at = std::find(driven_.begin(), driven_.end(), window);
+    if (at != driven_.end()) driven_.erase(at);
+}
+
+bool ComCalls::BoxShown() const {
+    return std::any_of(driven_.begin(), driven_.end(), [](HWND window) { return BoxOf(window); });
+}
+
+bool ComCalls::MustEnd(DWORD waited_ms) const {
+    if (waited_ms >= limits_.longest_ms || StopWaits(limits_)) return true;
+    if (waited_ms >= limits_.stopped_ms && limits_.stop_requested && limits_.stop_requested())
+        return true;
+    return waited_ms >= limits_.box_ms && BoxShown();
+}
+
+bool WasBegun(HRESULT result) { return SUCCEEDED(result) || result == RPC_E_CALL_CANCELED; }
 
 bool IsDisconnected(HRESULT result) {
     switch (result) {

@@ -6,6 +6,10 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
+
+#include "platform/explorer/call_limits.h"
 
 namespace tamrin {
 
@@ -22,12 +26,29 @@ public:
 
     std::uint64_t count() const { return count_; }
 
+    // The windows of the browsers that are driven.
+    void Drive(HWND window);
+    void Leave(HWND window);
+    // Whether one of them shows a dialog box.
+    bool BoxShown() const;
+
+    // How long a call may take.
+    void SetLimits(CallLimits limits) { limits_ = std::move(limits); }
+    // Whether a call that has waited so long is to be given up.
+    bool MustEnd(DWORD waited_ms) const;
+
 private:
     std::function<void(const std::string&)> write_;
     std::uint64_t count_ = 0;
+    std::vector<HWND> driven_;
+    CallLimits limits_;
 };
 
 // Whether a call failed because the program that holds the object has ended or let go of it.
 bool IsDisconnected(HRESULT result);
+
+// Whether a call that makes the page do something has reached it: it has succeeded, or was given up
+// while the page was still at it (see MustEnd).
+bool WasBegun(HRESULT result);
 
 }  // namespace tamrin

@@ -3,38 +3,14 @@
 #include <algorithm>
 #include <array>
 
+#include "platform/explorer/call_aside.h"
+#include "platform/explorer/exception_info.h"
+
 namespace tamrin {
 namespace {
 
 // No member of the object model takes more.
 constexpr std::size_t kMostArguments = 8;
-
-// What the object says of an exception, with what it holds freed.
-class Exception {
-public:
-    ~Exception() {
-        SysFreeString(info_.bstrSource);
-        SysFreeString(info_.bstrDescription);
-        SysFreeString(info_.bstrHelpFile);
-    }
-    Exception() = default;
-    Exception(const Exception&) = delete;
-    Exception& operator=(const Exception&) = delete;
-
-    EXCEPINFO* Out() { return &info_; }
-
-    // The failure that it stands for.
-    HRESULT Result() {
-        if (info_.pfnDeferredFillIn) info_.pfnDeferredFillIn(&info_);
-        return FAILED(info_.scode) ? info_.scode : DISP_E_EXCEPTION;
-    }
-    std::string Text() const {
-        return TextOf(info_.bstrDescription, SysStringLen(info_.bstrDescription));
-    }
-
-private:
-    EXCEPINFO info_{};
-};
 
 }  // namespace
 
@@ -61,7 +37,7 @@ bool DispatchObject::Put(std::string_view property, const Variant& value) const 
 }
 
 Variant DispatchObject::Invoke(std::string_view kind, std::string_view member, WORD flags,
-                               Arguments arguments) const {
+                               Arguments arguments, bool aside) const {
     if (!object_) return Variant::Failure(E_POINTER);
     Variant answer;
     std::string detail;
@@ -70,14 +46,14 @@ Variant DispatchObject::Invoke(std::string_view kind, std::string_view member, W
     for (const bool again : {false, true}) {
         const auto number = type_->MemberOf(*object_.get(), member, result, again);
         if (!number) break;
-        result = InvokeNumber(*number, flags, arguments, answer, detail);
+        result = InvokeNumber(*number, flags, arguments, aside, answer, detail);
         if (result != DISP_E_MEMBERNOTFOUND) break;
     }
     if (type_->calls().Note(result, kind, type_->name(), member, detail)) return answer;
     return Variant::Failure(result);
 }
 
-HRESULT DispatchObject::InvokeNumber(DISPID number, WORD flags, Arguments arguments,
+HRESULT DispatchObject::InvokeNumber(DISPID number, WORD flags, Arguments arguments, bool aside,
                                      Variant& answer, std::string& detail) const {
     // The last argument comes first. They stay the caller's: the object copies what it keeps.
     std::array<VARIANT, kMostArguments> reversed{};
@@ -91,7 +67,8 @@ HRESULT DispatchObject::InvokeNumber(DISPID number, WORD flags, Arguments argume
         parameters.rgdispidNamedArgs = &new_value;
         parameters.cNamedArgs = 1;
     }
-    Exception exception;
+    if (aside) return CallAside(type_->calls(), *object_.get(), number, parameters);
+    ExceptionInfo exception;
     const HRESULT result =
         object_->Invoke(number, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters,
                         puts ? nullptr : answer.Out(), exception.Out(), nullptr);

@@ -58,12 +58,19 @@ public:
     Variant Call(std::string_view method, const Values&... arguments) const {
         return Invoke("call", method, DISPATCH_METHOD, {&arguments.get()...});
     }
+    // Calls a method that makes the page act, and answers whether the page has begun to; does not
+    // wait for the end where the page shows a dialog box meanwhile (see CallAside).
+    template <typename... Values>
+    bool Act(std::string_view method, const Values&... arguments) const {
+        return WasBegun(
+            Invoke("call", method, DISPATCH_METHOD, {&arguments.get()...}, true).error());
+    }
 
 private:
-    Variant Invoke(std::string_view kind, std::string_view member, WORD flags,
-                   Arguments arguments) const;
-    HRESULT InvokeNumber(DISPID number, WORD flags, Arguments arguments, Variant& answer,
-                         std::string& detail) const;
+    Variant Invoke(std::string_view kind, std::string_view member, WORD flags, Arguments arguments,
+                   bool aside = false) const;
+    HRESULT InvokeNumber(DISPID number, WORD flags, Arguments arguments, bool aside,
+                         Variant& answer, std::string& detail) const;
 
     ComPtr<IDispatch> object_;
     std::shared_ptr<ObjectType> type_;

@@ -9,7 +9,10 @@ namespace tamrin {
 
 bool ExplorerElement::Is(std::string_view type) { return LiveAttribute("type") == type; }
 
-bool ExplorerElement::CanAct() const { return page_->Holds(object()); }
+bool ExplorerElement::CanAct() const {
+    // Nobody acts on a page behind a dialog box.
+    return !page_->pool().calls().BoxShown() && page_->Holds(object());
+}
 
 bool ExplorerElement::Put(std::string_view property, std::string_view value) {
     if (!CanAct()) return false;
@@ -68,7 +71,7 @@ bool ExplorerElement::PutChecked(bool want) {
     if (checked() == want) return true;
     // A user clicks; but nobody can click a disabled one, or take the mark off a radio button.
     if (!object().Get("disabled").Truth() && (want || !radio)) {
-        object().Call("click");
+        object().Act("click");
         return true;
     }
     return object().Put("checked", Variant(want));
@@ -90,17 +93,17 @@ bool ExplorerElement::Fire(std::string_view type) {
     // Old documents have a way that only tells the page's handlers.
     const bool only_handlers = type == "click" || !page_->IsStandard();
     if (only_handlers) {
-        const Variant fired = object().Call("fireEvent", Variant("on" + std::string(type)));
+        const bool fired = object().Act("fireEvent", Variant("on" + std::string(type)));
         // Where there is no such way, the click that follows runs the handlers.
-        return !fired.Failed() || (type == "click" && page_->IsStandard()) || type == "input";
+        return fired || (type == "click" && page_->IsStandard()) || type == "input";
     }
     const DispatchObject event =
         page_->ObjectOf(page_->object().Call("createEvent", Variant("HTMLEvents")), "event");
     if (event.Call("initEvent", Variant(type), Variant(true), Variant(true)).Failed()) return false;
-    return !object().Call("dispatchEvent", Variant(event.object().get())).Failed();
+    return object().Act("dispatchEvent", Variant(event.object().get()));
 }
 
-bool ExplorerElement::click() { return CanAct() && !object().Call("click").Failed(); }
+bool ExplorerElement::click() { return CanAct() && object().Act("click"); }
 
 void ExplorerElement::scrollIntoView() { object().Call("scrollIntoView"); }
 

@@ -2,6 +2,7 @@
 
 #include <exdispid.h>
 
+#include "platform/explorer/box_window.h"
 #include "platform/explorer/content_window.h"
 #include "platform/explorer/explorer_document.h"
 #include "platform/explorer/foreground.h"
@@ -23,7 +24,10 @@ ExplorerBrowser::ExplorerBrowser(ComCalls& calls, ComPtr<IWebBrowser2> browser)
       pages_(std::make_shared<PagePool>(calls)),
       subscribers_(std::make_shared<Subscribers<BrowserEvents>>()) {}
 
-ExplorerBrowser::~ExplorerBrowser() { pages_->KeepOnly(nullptr); }
+ExplorerBrowser::~ExplorerBrowser() {
+    pages_->KeepOnly(nullptr);
+    calls_.Leave(window_);
+}
 
 bool ExplorerBrowser::Did(HRESULT result, const char* kind, const char* member) {
     const bool done = calls_.Note(result, kind, "browser", member);
@@ -52,10 +56,12 @@ void ExplorerBrowser::Quit() {
 
 bool ExplorerBrowser::Busy() {
     if (!browser_) return false;
+    // Asked while a page shows one, the browser itself might not answer.
+    if (BoxOf(window_)) return true;
     VARIANT_BOOL busy = VARIANT_FALSE;
     const HRESULT result = browser_->get_Busy(&busy);
     const bool known = Did(result, "get", "Busy");
-    // A dialog box of the page makes it refuse calls.
+    // It refuses calls while it waits for its user.
     if (result == RPC_E_CALL_REJECTED || result == RPC_E_SERVERCALL_RETRYLATER) return true;
     if (known && busy != VARIANT_FALSE) begins_until_ = 0;
     return (known && busy != VARIANT_FALSE) || GetTickCount64() < begins_until_;
@@ -129,7 +135,12 @@ HWND ExplorerBrowser::Window() {
     SHANDLE_PTR window = 0;
     if (!browser_ || !Did(browser_->get_HWND(&window), "get", "HWND")) return nullptr;
     // NOLINTNEXTLINE(performance-no-int-to-ptr): how the browser gives its handle
-    window_ = reinterpret_cast<HWND>(window);
+    const auto now = reinterpret_cast<HWND>(window);
+    if (now != window_) {
+        calls_.Leave(window_);
+        calls_.Drive(now);
+        window_ = now;
+    }
     return window_;
 }
 

@@ -61,6 +61,8 @@ public:
 
     // The call failed, or there is no such member.
     bool Failed() const { return value_.vt == VT_ERROR; }
+    // By which error; S_OK for none.
+    HRESULT error() const { return Failed() ? value_.scode : S_OK; }
     bool IsNull() const { return value_.vt == VT_NULL; }
     bool IsObject() const { return value_.vt == VT_DISPATCH || value_.vt == VT_UNKNOWN; }
     // Neither failed nor Null nor Empty.
