@@ -19,6 +19,8 @@ const char* Word(RecordOutcome outcome) {
             return "該当フィールド無し";
         case RecordOutcome::kInvalid:
             return "入力データ不正";
+        case RecordOutcome::kNotSent:
+            return "キー送信不可";
         case RecordOutcome::kStopped:
             return "中止";
     }
@@ -65,8 +67,9 @@ void ConsoleReport::Record(const RecordReport& report) {
     line(std::to_string(report.row + 1), report.act, Word(report.outcome),
          std::to_string(report.milliseconds));
     output_.flush();
-    record_failed_ |=
-        report.outcome == RecordOutcome::kNotFound || report.outcome == RecordOutcome::kInvalid;
+    record_failed_ |= report.outcome == RecordOutcome::kNotFound ||
+                      report.outcome == RecordOutcome::kInvalid ||
+                      report.outcome == RecordOutcome::kNotSent;
 }
 
 ExitCode ConsoleReport::Result(StartUp start, const frmIeAuto& window) const {

@@ -16,6 +16,9 @@ struct KeyStroke {
     bool shift = false;
     bool ctrl = false;
     bool alt = false;
+    // Whether those keys stay down for the next stroke, as over a group of keys or a repeated one.
+    // To go from window to window by Alt+Tab takes that.
+    bool holds_on = false;
 
     bool operator==(const KeyStroke&) const = default;
 };
@@ -35,8 +38,8 @@ public:
     virtual void LeftButton(bool down) = 0;
 
     // Sends key strokes in order and returns when they have been processed, or when something stops
-    // that: a dialog box opened by one of them, the end of the browser. False when they could not
-    // be sent.
+    // that: a dialog box opened by one of them, the end of the browser. Events may be handled
+    // between them. False when not all could be sent, or the user has stopped it.
     virtual bool SendKeys(const std::vector<KeyStroke>& keys) = 0;
 };
 

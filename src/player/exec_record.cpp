@@ -71,14 +71,20 @@ StepResult RecordExecutor::SendRecordKeys(int row) {
     const std::string keys = Expand(field, true);
     WaitMs(clock_, globals_, 500);
     if (globals_.activity.empty()) return {kGoOn, RecordOutcome::kStopped};
-    const auto strokes = ParseKeyString(keys);
+    std::string why;
+    const auto strokes = ParseKeyString(keys, why);
+    const std::string number = "行番号" + std::to_string(row + 1);
     if (!strokes) {
-        host_.ShowMessage("キー文字列が不正です。\r\n" + keys, "キー入力エラー");
+        host_.ShowMessage(
+            number + " のキー文字列が不正です。キーは送られません。\r\n" + why + "\r\n\r\n" + keys,
+            "キー入力エラー");
         return {kInvalidData, RecordOutcome::kInvalid};
     }
-    input_.SendKeys(*strokes);
+    const bool sent = input_.SendKeys(*strokes);
     clock_.DoEvents();
-    return {};
+    if (sent || globals_.activity.empty() || !browser_->Alive()) return {};
+    host_.SetStatus(number + " <キー送信不可>前面のウィンドウがキーを受け付けません。");
+    return {kGoOn, RecordOutcome::kNotSent};
 }
 
 RecordExecutor::Fields RecordExecutor::ReadFields(int row) {

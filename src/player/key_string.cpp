@@ -17,6 +17,7 @@ struct KeyName {
 };
 
 constexpr auto kKeyNames = std::to_array<KeyName>({
+    {"ADD", "ADD"},
     {"BACKSPACE", "BACKSPACE"},
     {"BKSP", "BACKSPACE"},
     {"BREAK", "BREAK"},
@@ -25,6 +26,7 @@ constexpr auto kKeyNames = std::to_array<KeyName>({
     {"CLEAR", "CLEAR"},
     {"DEL", "DELETE"},
     {"DELETE", "DELETE"},
+    {"DIVIDE", "DIVIDE"},
     {"DOWN", "DOWN"},
     {"END", "END"},
     {"ENTER", "ENTER"},
@@ -35,6 +37,7 @@ constexpr auto kKeyNames = std::to_array<KeyName>({
     {"INS", "INSERT"},
     {"INSERT", "INSERT"},
     {"LEFT", "LEFT"},
+    {"MULTIPLY", "MULTIPLY"},
     {"NUMLOCK", "NUMLOCK"},
     {"PGDN", "PGDN"},
     {"PGUP", "PGUP"},
@@ -42,6 +45,7 @@ constexpr auto kKeyNames = std::to_array<KeyName>({
     {"RETURN", "ENTER"},
     {"RIGHT", "RIGHT"},
     {"SCROLLLOCK", "SCROLLLOCK"},
+    {"SUBTRACT", "SUBTRACT"},
     {"TAB", "TAB"},
     {"UP", "UP"},
 });
@@ -74,19 +78,35 @@ std::size_t CharacterLength(char lead) {
     return byte < 0xC0 ? 1 : byte < 0xE0 ? 2 : byte < 0xF0 ? 3 : 4;
 }
 
+std::string InMarks(std::string_view text) { return "「" + std::string(text) + "」"; }
+
+std::string NoPartner(std::string_view sign, std::string_view partner) {
+    return InMarks(sign) + "に対する" + InMarks(partner) + "がありません。";
+}
+
 class Parser {
 public:
-    explicit Parser(std::string_view text) : text_(text) {}
+    Parser(std::string_view text, std::string& why) : text_(text), why_(why) {}
 
     std::optional<std::vector<KeyStroke>> Parse() {
         while (at_ < text_.size()) {
             if (!TakeOne()) return std::nullopt;
         }
-        if (in_group_ || modified_) return std::nullopt;
+        if (!groups_.empty()) {
+            Fail(NoPartner("(", ")"));
+            return std::nullopt;
+        }
+        if (LacksKey()) return std::nullopt;
         return std::move(strokes_);
     }
 
 private:
+    // Parentheses, and what is held down between them.
+    struct Group {
+        KeyStroke held;
+        std::size_t first = 0;  // its first stroke
+    };
+
     bool TakeOne() {
         const char c = text_[at_];
         switch (c) {
@@ -97,22 +117,16 @@ private:
             case '%':
                 return TakeModifier(pending_.alt);
             case '(':
-                if (in_group_) return false;
-                group_ = pending_;
-                in_group_ = true;
+                groups_.push_back({Held(), strokes_.size()});
                 Forget();
                 ++at_;
                 return true;
             case ')':
-                if (!in_group_ || modified_) return false;
-                in_group_ = false;
-                group_ = KeyStroke();
-                ++at_;
-                return true;
+                return TakeGroupEnd();
             case '{':
                 return TakeBraces();
             case '}':
-                return false;
+                return Fail(NoPartner("}", "{"));
             case '~':
                 ++at_;
                 return Add("", "ENTER", 1);
@@ -126,7 +140,16 @@ private:
 
     bool TakeModifier(bool& modifier) {
         modifier = true;
-        modified_ = true;
+        modifier_ = text_[at_++];
+        return true;
+    }
+
+    bool TakeGroupEnd() {
+        if (groups_.empty()) return Fail(NoPartner(")", "("));
+        if (LacksKey()) return false;
+        const bool empty = groups_.back().first == strokes_.size();
+        groups_.pop_back();
+        if (!empty) strokes_.back().holds_on = HoldsAny(Held());
         ++at_;
         return true;
     }
@@ -134,56 +157,87 @@ private:
     bool TakeBraces() {
         // The first character behind the brace may itself be a closing one: "{}}".
         const auto close = text_.find('}', at_ + 2);
-        if (close == std::string_view::npos) return false;
-        std::string_view inside = text_.substr(at_ + 1, close - at_ - 1);
+        if (close == std::string_view::npos) {
+            const bool empty = text_.substr(at_) == "{}";
+            return Fail(empty ? "「{}」の中にキーがありません。" : NoPartner("{", "}"));
+        }
+        const std::string_view braces = text_.substr(at_, close + 1 - at_);
+        std::string_view inside = braces.substr(1, braces.size() - 2);
         at_ = close + 1;
         int count = 1;
         const auto blank = inside.find(' ', 1);
         if (blank != std::string_view::npos) {
-            const std::string_view number = inside.substr(blank + 1);
+            const std::string_view rest = inside.substr(blank);
+            const std::string_view number =
+                rest.substr(std::min(rest.find_first_not_of(' '), rest.size()));
             const auto [end, error] =
                 std::from_chars(number.data(), number.data() + number.size(), count);
             if (error != std::errc() || end != number.data() + number.size() || count < 0) {
-                return false;
+                return Fail(InMarks(braces) + "の回数が正しくありません。");
             }
             inside = inside.substr(0, blank);
         }
         if (inside.size() == CharacterLength(inside[0])) return Add(inside, "", count);
         const std::string name = CanonicalName(inside);
-        return !name.empty() && Add("", name, count);
+        if (name.empty()) return Fail(InMarks(braces) + "というキーはありません。");
+        return Add("", name, count);
     }
 
     bool Add(std::string_view character, std::string_view name, int count) {
-        if (strokes_.size() + static_cast<std::size_t>(count) > kMostStrokes) return false;
-        KeyStroke stroke = pending_;
+        if (strokes_.size() + static_cast<std::size_t>(count) > kMostStrokes) {
+            return Fail("キーが多すぎます（" + std::to_string(kMostStrokes) + " 個まで）。");
+        }
+        KeyStroke stroke = Held();
         stroke.text = character;
         stroke.name = name;
-        stroke.shift |= group_.shift;
-        stroke.ctrl |= group_.ctrl;
-        stroke.alt |= group_.alt;
+        stroke.holds_on = HoldsAny(stroke);
         strokes_.insert(strokes_.end(), static_cast<std::size_t>(count), stroke);
         Forget();
+        if (count > 0) strokes_.back().holds_on = HoldsAny(Held());
         return true;
+    }
+
+    // What is held down for the next key: by its modifiers, and by the groups around it.
+    KeyStroke Held() const {
+        KeyStroke held = pending_;
+        if (groups_.empty()) return held;
+        held.shift |= groups_.back().held.shift;
+        held.ctrl |= groups_.back().held.ctrl;
+        held.alt |= groups_.back().held.alt;
+        return held;
+    }
+
+    static bool HoldsAny(const KeyStroke& stroke) {
+        return stroke.shift || stroke.ctrl || stroke.alt;
+    }
+
+    bool LacksKey() {
+        return modifier_ != 0 && !Fail(InMarks({&modifier_, 1}) + "の後にキーがありません。");
+    }
+
+    bool Fail(std::string why) {
+        why_ = std::move(why);
+        return false;
     }
 
     void Forget() {
         pending_ = KeyStroke();
-        modified_ = false;
+        modifier_ = 0;
     }
 
     std::string_view text_;
+    std::string& why_;
     std::size_t at_ = 0;
     std::vector<KeyStroke> strokes_;
     KeyStroke pending_;  // modifiers read for the next key
-    bool modified_ = false;
-    KeyStroke group_;  // modifiers of the group being read
-    bool in_group_ = false;
+    char modifier_ = 0;  // the last of them, 0 for none
+    std::vector<Group> groups_;
 };
 
 }  // namespace
 
-std::optional<std::vector<KeyStroke>> ParseKeyString(std::string_view text) {
-    return Parser(text).Parse();
+std::optional<std::vector<KeyStroke>> ParseKeyString(std::string_view text, std::string& why) {
+    return Parser(text, why).Parse();
 }
 
 std::string KeyStringOf(std::string_view text) {

@@ -13,6 +13,7 @@ enum class RecordOutcome {
     kSkipped,  // the user skipped its wait, and with it the action
     kNotFound,
     kInvalid,  // its input data cannot be applied to the element
+    kNotSent,  // its keys, or not all of them: the window in front does not take them
     kStopped,  // the run was stopped, or lost its browser, before it was done
 };
 

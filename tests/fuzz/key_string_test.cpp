@@ -13,7 +13,9 @@ TEST(KeyStringFuzz, EveryStrokeIsOneKey) {
     for (int round = FuzzRounds(20000); round > 0; --round) {
         const std::string text = random.Text(40, {"{", "}", "(", ")", "+", "^", "%", "~", "{TAB}",
                                                   "{LEFT 3}", "{あ 2}", "F12", "9"});
-        const auto strokes = ParseKeyString(text);
+        std::string why;
+        const auto strokes = ParseKeyString(text, why);
+        EXPECT_EQ(strokes.has_value(), why.empty()) << text;
         if (!strokes) continue;
         for (const KeyStroke& stroke : *strokes) {
             EXPECT_NE(stroke.text.empty(), stroke.name.empty()) << text;
@@ -28,8 +30,9 @@ TEST(KeyStringFuzz, ATextIsTypedAsItStands) {
         for (std::size_t i = random.Below(40); i > 0; --i) {
             text += static_cast<char>(' ' + random.Below(95));
         }
-        const auto strokes = ParseKeyString(KeyStringOf(text));
-        ASSERT_TRUE(strokes) << text;
+        std::string why;
+        const auto strokes = ParseKeyString(KeyStringOf(text), why);
+        ASSERT_TRUE(strokes) << text << why;
         std::string typed;
         for (const KeyStroke& stroke : *strokes) typed += stroke.text;
         EXPECT_EQ(typed, text);

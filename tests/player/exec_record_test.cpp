@@ -159,9 +159,25 @@ TEST_F(ExecRecordTest, SendsKeysToABusyBrowserOnly) {
 }
 
 TEST_F(ExecRecordTest, RefusesAMalformedKeyString) {
-    PlayOn("<p>", {Line("sendkeys", ",indt={NOKEY}")});
-    EXPECT_EQ(messages, Lines{"キー入力エラー|キー文字列が不正です。\r\n{NOKEY}"});
+    PlayOn("<p>", {Line("sendkeys", ",indt=a{NOKEY}")});
+    EXPECT_EQ(messages, Lines{"キー入力エラー|行番号2 のキー文字列が不正です。キーは送られません。"
+                              "\r\n「{NOKEY}」というキーはありません。\r\n\r\na{NOKEY}"});
+    EXPECT_EQ(CallsOnPage(), "");
     EXPECT_EQ(reports.back().outcome, RecordOutcome::kInvalid);
+}
+
+TEST_F(ExecRecordTest, SaysWhenKeysCannotBeSent) {
+    web.takes_keys = false;
+    PlayOn("<p>", {Line("sendkeys", ",indt=a")});
+    EXPECT_EQ(statuses.back(), "行番号2 <キー送信不可>前面のウィンドウがキーを受け付けません。");
+    EXPECT_EQ(reports.back().outcome, RecordOutcome::kNotSent);
+
+    PlayerRig stopped;
+    stopped.web.takes_keys = false;
+    stopped.web.on_call["keys a"] = [&] { stopped.globals.activity.clear(); };
+    stopped.PlayOn("<p>", {Line("sendkeys", ",indt=a")});
+    EXPECT_EQ(stopped.reports.back().outcome, RecordOutcome::kStopped);
+    EXPECT_EQ(stopped.statuses, Lines{""});
 }
 
 TEST_F(ExecRecordTest, WaitsAsLongAsTheFirstTokenSays) {

@@ -21,7 +21,7 @@ bool ScriptedWeb::SendKeys(const std::vector<KeyStroke>& keys) {
     std::string call = "keys";
     for (const KeyStroke& key : keys) call += " " + key.text + key.name;
     Note(call);
-    return true;
+    return takes_keys;
 }
 
 ScriptedWeb::ScriptedWeb(VirtualClock& clock) : clock_(clock) {

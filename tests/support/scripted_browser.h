@@ -33,6 +33,8 @@ public:
     std::string refuses_value;
     // Whether elements have a place on the screen: (100, 100) for each.
     bool has_screen_points = true;
+    // Whether what is in front takes keys.
+    bool takes_keys = true;
     // Whether the browser stays busy whatever happens.
     bool busy = false;
 

@@ -15,6 +15,7 @@ struct NamedKey {
 };
 
 constexpr NamedKey kNamedKeys[] = {
+    {"ADD", 107, "+", "NumpadAdd", "+"},
     {"BACKSPACE", 8, "Backspace", "Backspace"},
     {"BS", 8, "Backspace", "Backspace"},
     {"BKSP", 8, "Backspace", "Backspace"},
@@ -23,6 +24,7 @@ constexpr NamedKey kNamedKeys[] = {
     {"CLEAR", 12, "Clear", "NumpadClear"},
     {"DELETE", 46, "Delete", "Delete"},
     {"DEL", 46, "Delete", "Delete"},
+    {"DIVIDE", 111, "/", "NumpadDivide", "/"},
     {"DOWN", 40, "ArrowDown", "ArrowDown"},
     {"END", 35, "End", "End"},
     {"ENTER", 13, "Enter", "Enter", "\r"},
@@ -32,12 +34,14 @@ constexpr NamedKey kNamedKeys[] = {
     {"INSERT", 45, "Insert", "Insert"},
     {"INS", 45, "Insert", "Insert"},
     {"LEFT", 37, "ArrowLeft", "ArrowLeft"},
+    {"MULTIPLY", 106, "*", "NumpadMultiply", "*"},
     {"NUMLOCK", 144, "NumLock", "NumLock"},
     {"PGDN", 34, "PageDown", "PageDown"},
     {"PGUP", 33, "PageUp", "PageUp"},
     {"PRTSC", 44, "PrintScreen", "PrintScreen"},
     {"RIGHT", 39, "ArrowRight", "ArrowRight"},
     {"SCROLLLOCK", 145, "ScrollLock", "ScrollLock"},
+    {"SUBTRACT", 109, "-", "NumpadSubtract", "-"},
     {"TAB", 9, "Tab", "Tab"},
     {"UP", 38, "ArrowUp", "ArrowUp"},
 };
