@@ -148,7 +148,7 @@ void frmIeAuto::HoldBrowser(std::shared_ptr<Browser> browser) {
 }
 
 Rect frmIeAuto::WindowRect() {
-    const Place place = form_->GetPlace();
+    const Place place = form_->ShownPlace();
     return {static_cast<double>(place.left), static_cast<double>(place.top),
             static_cast<double>(place.left + place.width),
             static_cast<double>(place.top + place.height)};

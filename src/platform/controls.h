@@ -134,6 +134,10 @@ public:
     virtual Place GetPlace() const = 0;
     virtual void SetPlace(const Place& place) = 0;
 
+    // What the form covers on the screen now, be it maximised or beside another window; a place of
+    // no size when it is hidden or minimised.
+    virtual Place ShownPlace() const { return Visible() ? GetPlace() : Place(); }
+
     // Keeps the form in front of other programs' windows, or no longer.
     virtual void SetTopMost(bool on) = 0;
 

@@ -69,15 +69,20 @@ void Clicker::RealClick(Browser& browser, ScreenPoint point) {
     const ScreenPoint before = input_.GetCursorPos();
     const bool was_visible = host_.WindowVisible();
     // The main window may lie over the element; the click must reach the browser.
-    if (Inside(point, host_.WindowRect())) host_.SetWindowVisible(false);
+    if (was_visible && Inside(point, host_.WindowRect())) host_.SetWindowVisible(false);
     browser.SetForeground();
     clock_.DoEvents();
     clock_.Sleep(100);
-    input_.SetCursorPos(point);
-    browser.SetForeground();
-    MouseLeftClick();
+    clock_.DoEvents();
+    // A click that is no longer wanted would reach whatever stands there now.
+    const bool clicks = !globals_.activity.empty() && browser.Alive();
+    if (clicks) {
+        input_.SetCursorPos(point);
+        browser.SetForeground();
+        MouseLeftClick();
+    }
     if (host_.WindowVisible() != was_visible) host_.SetWindowVisible(was_visible);
-    input_.SetCursorPos(before);
+    if (clicks) input_.SetCursorPos(before);
 }
 
 void Clicker::MouseLeftClick() {

@@ -233,6 +233,30 @@ TEST_F(ExecRecordTest, ClicksWithTheRealMouseAndPutsItBack) {
     }
 }
 
+TEST_F(ExecRecordTest, LeavesAClickThatIsNoLongerWanted) {
+    const struct {
+        const char* moment;
+        bool dies;  // the browser, and else the run is stopped
+        const char* calls;
+    } rows[] = {
+        {"window hidden", false, "scroll a; window hidden; window shown"},
+        {"window hidden", true, "scroll a; window hidden; window shown"},
+        {"button down", false,
+         "scroll a; window hidden; pointer 110,110; button down; button up; window shown; "
+         "pointer 3,4"},
+    };
+    for (const auto& row : rows) {
+        PlayerRig rig;
+        rig.window = {90, 90, 200, 200};
+        rig.web.on_call[row.moment] = [&] {
+            if (row.dies) return rig.web.browser->Die();
+            rig.globals.activity.clear();
+        };
+        rig.PlayOn("<input id=a type=submit>", {Line("click_mouse", ",id=a")});
+        EXPECT_EQ(rig.CallsOnPage(), row.calls);
+    }
+}
+
 TEST_F(ExecRecordTest, PointsAtTheFieldWhereTheSettingSaysSo) {
     globals.settings.auto_point = true;
     PlayOn("<input id=a type=text>", {Line("input", ",id=a,indt=x")});

@@ -43,6 +43,12 @@ void RegisterForm(const std::wstring& name, WNDPROC procedure) {
     RegisterClassExW(&window_class);  // fails, and rightly, when it is registered already
 }
 
+Place PlaceOf(const RECT& rectangle) {
+    return {static_cast<int>(rectangle.left), static_cast<int>(rectangle.top),
+            static_cast<int>(rectangle.right - rectangle.left),
+            static_cast<int>(rectangle.bottom - rectangle.top)};
+}
+
 HFONT MakeFont(int dpi) {
     constexpr int kPoints = 9;
     // The character set makes sure that a system without this font takes another Japanese one.
@@ -195,10 +201,13 @@ Place WindowForm::GetPlace() const {
     WINDOWPLACEMENT placement{};
     placement.length = sizeof placement;
     GetWindowPlacement(window_, &placement);
-    const RECT& restored = placement.rcNormalPosition;
-    return {static_cast<int>(restored.left), static_cast<int>(restored.top),
-            static_cast<int>(restored.right - restored.left),
-            static_cast<int>(restored.bottom - restored.top)};
+    return PlaceOf(placement.rcNormalPosition);
+}
+
+Place WindowForm::ShownPlace() const {
+    RECT window{};
+    if (Visible() && IsIconic(window_) == 0) GetWindowRect(window_, &window);
+    return PlaceOf(window);
 }
 
 void WindowForm::SetPlace(const Place& place) {

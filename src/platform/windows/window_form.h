@@ -49,6 +49,7 @@ public:
     void SetVisible(bool visible) override;
     Place GetPlace() const override;
     void SetPlace(const Place& place) override;
+    Place ShownPlace() const override;
     void SetTopMost(bool on) override;
     void SetTrayIcon(bool shown) override { tray_icon_.Show(window_, shown, Caption()); }
     void PopUp(std::string_view menu) override;
