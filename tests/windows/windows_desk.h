@@ -18,6 +18,8 @@ public:
     void Press(Form& form, std::string_view key) override;
     void WhenModal(Form& form, std::function<void()> act) override;
 
+    void AddSource(std::function<void()> source) { clock_.AddSource(std::move(source)); }
+
     static HWND WindowOf(Form& form) { return static_cast<WindowForm&>(form).window(); }
     static HWND WindowOf(Control& control) {
         return dynamic_cast<WindowControl&>(control).window();
