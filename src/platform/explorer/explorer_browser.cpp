@@ -18,9 +18,10 @@ VARIANT_BOOL Truth(bool truth) { return truth ? VARIANT_TRUE : VARIANT_FALSE; }
 
 }  // namespace
 
-ExplorerBrowser::ExplorerBrowser(ComCalls& calls, ComPtr<IWebBrowser2> browser)
+ExplorerBrowser::ExplorerBrowser(ComCalls& calls, ComPtr<IWebBrowser2> browser, ContentWindow found)
     : calls_(calls),
       browser_(std::move(browser)),
+      found_(found),
       pages_(std::make_shared<PagePool>(calls)),
       subscribers_(std::make_shared<Subscribers<BrowserEvents>>()) {}
 
@@ -135,13 +136,19 @@ HWND ExplorerBrowser::Window() {
     SHANDLE_PTR window = 0;
     if (!browser_ || !Did(browser_->get_HWND(&window), "get", "HWND")) return nullptr;
     // NOLINTNEXTLINE(performance-no-int-to-ptr): how the browser gives its handle
-    const auto now = reinterpret_cast<HWND>(window);
+    const auto own = reinterpret_cast<HWND>(window);
+    // Inside another program's window its own is not the one that the user sees.
+    const HWND now = found_.frame ? found_.frame : own;
     if (now != window_) {
         calls_.Leave(window_);
         calls_.Drive(now);
         window_ = now;
     }
     return window_;
+}
+
+HWND ExplorerBrowser::Content() {
+    return IsWindow(found_.content) ? found_.content : FindIeServerWindow(Window());
 }
 
 std::uint64_t ExplorerBrowser::Handle() {
@@ -151,7 +158,7 @@ std::uint64_t ExplorerBrowser::Handle() {
 void ExplorerBrowser::SetForeground() { BringToForeground(Window()); }
 
 std::optional<ScreenPoint> ExplorerBrowser::ElementScreenPoint(const Element& element) {
-    const HWND content = FindIeServerWindow(Window());
+    const HWND content = Content();
     return content ? ScreenPointOf(element, content) : std::nullopt;
 }
 
