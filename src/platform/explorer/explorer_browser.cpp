@@ -13,6 +13,8 @@ namespace {
 
 // A browser says that it is busy a little after it was asked to navigate.
 constexpr std::uint64_t kBeginsWithinMs = 2000;
+// How long after it was led somewhere it may move into another process.
+constexpr std::uint64_t kMovesWithinMs = 10000;
 
 VARIANT_BOOL Truth(bool truth) { return truth ? VARIANT_TRUE : VARIANT_FALSE; }
 
@@ -48,15 +50,17 @@ bool ExplorerBrowser::Navigate(const std::string& address) {
     // A script address begins no navigation.
     const bool script = StartsWithIgnoreCase(address, "javascript:");
     begins_until_ = script ? 0 : GetTickCount64() + kBeginsWithinMs;
+    may_move_until_ = GetTickCount64() + kMovesWithinMs;
     return true;
 }
 
 void ExplorerBrowser::Quit() {
+    may_move_until_ = 0;
     if (browser_) Did(browser_->Quit(), "call", "Quit");
 }
 
 bool ExplorerBrowser::Busy() {
-    if (!browser_) return false;
+    if (!browser_) return Moving();
     // Asked while a page shows one, the browser itself might not answer.
     if (BoxOf(window_)) return true;
     VARIANT_BOOL busy = VARIANT_FALSE;
@@ -78,7 +82,7 @@ bool ExplorerBrowser::Alive() {
     // A browser that was ended by force tells nothing, but its window is gone. A tab may also have
     // been dragged into another window.
     if (browser_ && window_ && !IsWindow(window_) && !IsWindow(Window())) Lose();
-    return static_cast<bool>(browser_);
+    return browser_ || Moving();
 }
 
 Document ExplorerBrowser::document() {

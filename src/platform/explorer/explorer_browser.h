@@ -44,6 +44,12 @@ public:
     std::optional<ScreenPoint> ElementScreenPoint(const Element& element) override;
     std::unique_ptr<Connection> Connect(BrowserEvents& events) override;
 
+    // Where to look for the browser that takes the place of this one, given its window. A browser
+    // that is led to a page of another security zone gives its window to another process, and the
+    // object by which it was made dies.
+    using FindSuccessor = std::function<ComPtr<IWebBrowser2>(HWND frame)>;
+    void SetSuccessor(FindSuccessor find) { find_successor_ = std::move(find); }
+
     void DeliverEvents() override { pages_->events().Deliver(); }
     bool Is(IUnknown* browser) const override {
         return browser_ && SameObject(browser_.get(), browser);
@@ -59,8 +65,10 @@ private:
     void NoteShown(const EventArguments& arguments);
     void NoteComplete(const EventArguments& arguments);
     void NoteError(const EventArguments& arguments);
-    // The browser is gone.
+    // The browser is gone, or on its way into another process.
     void Lose();
+    // Whether it is still on its way; at the end it is here again, or lost.
+    bool Moving();
     void Tell(std::function<void(BrowserEvents&)> call);
     HWND Window();
     HWND Content();
@@ -74,6 +82,9 @@ private:
     HWND window_ = nullptr;  // at the last time that it was asked for
     // Until when a navigation that was asked for counts as begun although nothing tells of it.
     std::uint64_t begins_until_ = 0;
+    FindSuccessor find_successor_;
+    std::uint64_t may_move_until_ = 0;
+    std::uint64_t moving_until_ = 0;
 };
 
 }  // namespace tamrin

@@ -12,31 +12,34 @@
 namespace tamrin {
 namespace {
 
-HWND WindowOf(ComCalls& calls, IWebBrowser2& browser) {
-    SHANDLE_PTR window = 0;
-    calls.Note(browser.get_HWND(&window), "get", "entry", "HWND");
-    // NOLINTNEXTLINE(performance-no-int-to-ptr): how the browser gives its handle
-    return reinterpret_cast<HWND>(window);
+// The browser that keeps the integrity of a program of middle integrity (shlguid.h of later kits).
+constexpr CLSID kInternetExplorerMedium = {
+    0xD5E8041D, 0x920F, 0x45E9, {0xB8, 0xFB, 0xB1, 0xDE, 0xB8, 0x2C, 0x6E, 0x5E}};
+
+ComPtr<IWebBrowser2> Make(const CLSID& kind, HRESULT& failure) {
+    ComPtr<IWebBrowser2> browser;
+    failure = CoCreateInstance(kind, nullptr, CLSCTX_LOCAL_SERVER, IID_IWebBrowser2,
+                               reinterpret_cast<void**>(browser.Out()));
+    return browser;
 }
 
 }  // namespace
 
 ExplorerSources SystemSources(ComCalls& calls) {
     const auto list = std::make_shared<ShellList>(calls);
-    const auto create = [](HRESULT& failure) {
-        ComPtr<IWebBrowser2> browser;
-        failure = CoCreateInstance(CLSID_InternetExplorer, nullptr, CLSCTX_LOCAL_SERVER,
-                                   IID_IWebBrowser2, reinterpret_cast<void**>(browser.Out()));
-        return browser;
-    };
-    return {[list] { return list->Browsers(); }, VisibleWindows, create, ContentWindows};
+    return {
+        .browsers = [list] { return list->Browsers(); },
+        .z_order = VisibleWindows,
+        .create = [](HRESULT& failure) { return Make(CLSID_InternetExplorer, failure); },
+        .contents = ContentWindows,
+        .create_medium = [](HRESULT& failure) { return Make(kInternetExplorerMedium, failure); }};
 }
 
 std::vector<ExplorerWindows::Entry> ExplorerWindows::InOrder() {
     const std::vector<HWND> screen = sources_.z_order();
     std::vector<Entry> entries;
     for (auto& browser : sources_.browsers()) {
-        const HWND frame = WindowOf(calls_, *browser.get());
+        const HWND frame = FrameOf(calls_, *browser.get());
         if (std::find(screen.begin(), screen.end(), frame) != screen.end())
             entries.push_back({.frame = frame, .browser = std::move(browser)});
     }

@@ -23,6 +23,10 @@ struct ExplorerSources {
     std::function<ComPtr<IWebBrowser2>(HRESULT& failure)> create;
     // The content windows on the screen, also of pages that the shell does not list.
     std::function<std::vector<ContentWindow>(const std::vector<HWND>& screen)> contents = nullptr;
+    // The same as `create`, of middle integrity: without the browser's protected mode.
+    std::function<ComPtr<IWebBrowser2>(HRESULT& failure)> create_medium = nullptr;
+    // Whether that one is to be made first, for all who have these sources.
+    std::shared_ptr<bool> medium = std::make_shared<bool>(false);
 };
 
 // This machine's own.
