@@ -3,6 +3,7 @@
 #include "explorer/browser_double.h"
 #include "explorer/page_world.h"
 #include "platform/explorer/content_window.h"
+#include "platform/explorer/explorer_answers.h"
 #include "platform/explorer/explorer_browser.h"
 #include "platform/explorer/explorer_launcher.h"
 #include "platform/explorer/explorer_windows.h"
@@ -255,6 +256,81 @@ TEST_F(WindowsTest, AreOpenedAndCreated) {
     EXPECT_FALSE(launcher.Create(why));
     EXPECT_NE(why, "");
     it->failure = S_OK;
+    front->page = nullptr;
+}
+
+TEST_F(WindowsTest, FollowABrowserIntoAnotherProcess) {
+    bool moved = false;
+    ExplorerSources sources = Sources();
+    sources.browsers = [&] {
+        std::vector<ComPtr<IWebBrowser2>> browsers{ComPtr<IWebBrowser2>(folder.get())};
+        if (moved) browsers.emplace_back(front.get());
+        return browsers;
+    };
+    NoInput input;
+    ExplorerLauncher launcher(calls, sources, input);
+    std::string why;
+    const auto browser = launcher.Create(why);
+    ASSERT_TRUE(browser);
+    EventLog log;
+    const auto connection = browser->Connect(log);
+    EXPECT_TRUE(browser->Navigate("http://intranet/"));
+    it->failure = RPC_E_DISCONNECTED;
+    EXPECT_TRUE(browser->Busy());
+    EXPECT_TRUE(browser->Busy() && browser->Alive());
+    EXPECT_FALSE(browser->document());
+    moved = true;
+    EXPECT_TRUE(browser->Alive());
+    EXPECT_EQ(browser->Handle(), 20U);
+    front->FireDocumentComplete("http://intranet/");
+    browser->Quit();
+    front->FireOnQuit();
+    launcher.DeliverEvents();
+    EXPECT_EQ(log.lines, (Strings{"complete", "quit"}));
+    EXPECT_FALSE(browser->Alive());
+    it->failure = S_OK;
+    front->page = nullptr;
+}
+
+TEST_F(WindowsTest, AnswerWithADocumentOrNot) {
+    class CountingClock : public Clock {
+    public:
+        std::uint32_t TickCount() const override { return now; }
+        std::string TimeStamp() const override { return {}; }
+        void Sleep(int milliseconds) override { now += static_cast<std::uint32_t>(milliseconds); }
+        void DoEvents() override {}
+        std::uint32_t now = 0;
+    };
+    // Which of the two there are, and what they show.
+    const struct {
+        bool plain, plain_page, medium, medium_page, answers, made_medium;
+    } rows[] = {{true, true, true, true, true, false},
+                {true, false, true, true, true, true},
+                {false, false, true, true, true, true},
+                {true, false, true, false, false, false},
+                {false, false, false, false, false, false}};
+    const ComPtr<IDispatch> page = it->page;
+    it->window = front->window = GetDesktopWindow();
+    for (const auto& row : rows) {
+        const auto made = [](bool exists, const ComPtr<BrowserDouble>& browser) {
+            return [exists, &browser](HRESULT& failure) {
+                failure = exists ? S_OK : REGDB_E_CLASSNOTREG;
+                return exists ? ComPtr<IWebBrowser2>(browser.get()) : nullptr;
+            };
+        };
+        ExplorerSources sources = Sources();
+        sources.create = made(row.plain, it);
+        sources.create_medium = made(row.medium, front);
+        it->page = row.plain_page ? page : nullptr;
+        front->page = row.medium_page ? page : nullptr;
+        it->lines.clear();
+        CountingClock clock;
+        EXPECT_EQ(ExplorerAnswers(calls, sources, clock), row.answers);
+        EXPECT_LE(clock.now, 11000U);
+        EXPECT_EQ(*sources.medium, row.made_medium);
+        const Strings asked{"Navigate2 about:blank", "Quit"};
+        EXPECT_EQ(it->lines, row.plain ? asked : Strings());
+    }
     front->page = nullptr;
 }
 

@@ -85,7 +85,8 @@ function makePage(url, html, mode, site) {
 }
 
 function makeDocument(url, html, mode, site, holder) {
-    var document = {__kind: 'document', URL: url, documentMode: mode, __said: []};
+    var document = {__kind: 'document', URL: url, documentMode: mode, __said: [],
+        readyState: 'complete', location: {href: url}};
     document.__say = function (word) {
         document.__said.push(word);
         var log = document.getElementById('log');

@@ -1,7 +1,5 @@
 #include "explorer/page_object.h"
 
-#include <mshtml.h>
-
 #include <algorithm>
 #include <cwctype>
 
@@ -106,6 +104,8 @@ std::wstring PageObject::Property(const wchar_t* name) const {
 
 STDMETHODIMP PageObject::QueryInterface(REFIID id, void** object) {
     if (id == IID_IUnknown || id == IID_IDispatch) return Give<IDispatch>(this, object);
+    if (id == IID_IHTMLDocument && Property(L"__kind") == L"document")
+        return Give<IHTMLDocument>(this, object);
     if (id == kId) return Give<PageObject>(this, object);
     if (id == IID_IConnectionPointContainer && source().interface_id() != IID_NULL)
         return Give<IConnectionPointContainer>(this, object);

@@ -4,6 +4,7 @@
 
 #include <dispex.h>
 #include <exdisp.h>
+#include <mshtml.h>
 #include <servprov.h>
 
 #include <functional>
@@ -48,7 +49,7 @@ struct PageObjects {
 // browser's does: the numbers of members hold for all objects, their names in any case. A member X
 // is the script's functions "get_X" and "put_X", or else its property X. What stands between bars
 // in "__denied" is refused. "__kind" is "document", "form" or "window" for those that can more.
-class PageObject : public DispatchDouble<IDispatch>,
+class PageObject : public DispatchDouble<IHTMLDocument>,
                    public EventContainer,
                    public IServiceProvider {
 public:
@@ -67,6 +68,7 @@ public:
     STDMETHODIMP Invoke(DISPID number, REFIID, LCID, WORD flags, DISPPARAMS* parameters,
                         VARIANT* answer, EXCEPINFO* exception, UINT*) override;
 
+    STDMETHODIMP get_Script(IDispatch**) override { return E_NOTIMPL; }
     STDMETHODIMP QueryService(REFGUID service, REFIID id, void** object) override;
 
 private:

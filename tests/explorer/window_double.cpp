@@ -1,6 +1,25 @@
 #include "explorer/window_double.h"
 
+#include <mshtml.h>
+#include <oleacc.h>
+
+#include <cstdint>
+
 namespace tamrin::test {
+namespace {
+
+constexpr const wchar_t* kDocument = L"TamrinDocument";
+constexpr const wchar_t* kHang = L"TamrinHang";
+
+LRESULT CALLBACK AnswerContent(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    static const UINT asked = RegisterWindowMessageW(L"WM_HTML_GETOBJECT");
+    if (message != asked) return DefWindowProcW(window, message, wparam, lparam);
+    Sleep(static_cast<DWORD>(reinterpret_cast<std::uintptr_t>(GetPropW(window, kHang))));
+    auto* const document = static_cast<IDispatch*>(GetPropW(window, kDocument));
+    return document ? LresultFromObject(IID_IHTMLDocument, wparam, document) : 0;
+}
+
+}  // namespace
 
 HWND MakeWindow(const wchar_t* class_name, HWND above, DWORD style, const RECT& place) {
     WNDCLASSW made{};
@@ -18,6 +37,14 @@ BrowserWindowDouble::BrowserWindowDouble(const wchar_t* frame_class)
     RECT client{};
     GetClientRect(frame, &client);
     content = MakeWindow(L"Internet Explorer_Server", frame, WS_CHILD | WS_VISIBLE, client);
+    SetWindowLongPtrW(content, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(AnswerContent));
+}
+
+void BrowserWindowDouble::Show(IDispatch* document) { SetPropW(content, kDocument, document); }
+
+void BrowserWindowDouble::HangFor(DWORD milliseconds) {
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): a property holds a handle
+    SetPropW(content, kHang, reinterpret_cast<HANDLE>(static_cast<std::uintptr_t>(milliseconds)));
 }
 
 bool BrowserWindowDouble::ShowBox() {

@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <oaidl.h>
+
 #include <string>
 
 namespace tamrin::test {
@@ -19,6 +21,11 @@ struct BrowserWindowDouble {
     // Shows a dialog box of the page and handles messages until it is closed by Enter (true) or
     // Esc.
     bool ShowBox();
+
+    // What the content window answers to those who ask for its document; none answers 0.
+    void Show(IDispatch* document);
+    // From now on it answers nobody for a time.
+    void HangFor(DWORD milliseconds);
 
     HWND frame;
     HWND content;

@@ -12,6 +12,9 @@
 namespace tamrin {
 namespace {
 
+// How long a browser takes to move into another process.
+constexpr std::uint64_t kMovesForMs = 5000;
+
 using Moment = std::pair<std::shared_ptr<ExplorerDocument>, std::shared_ptr<PageMoment>>;
 
 // How all pages are that somebody listens to: the navigation will take them away.
@@ -88,11 +91,27 @@ void ExplorerBrowser::NoteError(const EventArguments& arguments) {
 
 void ExplorerBrowser::Lose() {
     if (!browser_) return;
+    if (find_successor_ && GetTickCount64() < may_move_until_)
+        moving_until_ = GetTickCount64() + kMovesForMs;
     browser_ = nullptr;
     pages_->KeepOnly(nullptr);
-    Tell([](BrowserEvents& events) { events.OnQuit(); });
+    if (moving_until_ == 0) Tell([](BrowserEvents& events) { events.OnQuit(); });
     // Last: it may be its own event that is being told.
     events_ = nullptr;
+}
+
+bool ExplorerBrowser::Moving() {
+    if (moving_until_ == 0) return false;
+    browser_ = find_successor_(window_);
+    if (!browser_ && GetTickCount64() < moving_until_) return true;
+    moving_until_ = 0;
+    may_move_until_ = 0;
+    if (browser_) {
+        Listen();
+    } else {
+        Tell([](BrowserEvents& events) { events.OnQuit(); });
+    }
+    return static_cast<bool>(browser_);
 }
 
 void ExplorerBrowser::Tell(std::function<void(BrowserEvents&)> call) {

@@ -13,14 +13,17 @@ namespace {
 
 // A browser says that it is busy a little after it was asked to navigate.
 constexpr std::uint64_t kBeginsWithinMs = 2000;
+// How long after it was led somewhere it may move into another process.
+constexpr std::uint64_t kMovesWithinMs = 10000;
 
 VARIANT_BOOL Truth(bool truth) { return truth ? VARIANT_TRUE : VARIANT_FALSE; }
 
 }  // namespace
 
-ExplorerBrowser::ExplorerBrowser(ComCalls& calls, ComPtr<IWebBrowser2> browser)
+ExplorerBrowser::ExplorerBrowser(ComCalls& calls, ComPtr<IWebBrowser2> browser, ContentWindow found)
     : calls_(calls),
       browser_(std::move(browser)),
+      found_(found),
       pages_(std::make_shared<PagePool>(calls)),
       subscribers_(std::make_shared<Subscribers<BrowserEvents>>()) {}
 
@@ -47,15 +50,17 @@ bool ExplorerBrowser::Navigate(const std::string& address) {
     // A script address begins no navigation.
     const bool script = StartsWithIgnoreCase(address, "javascript:");
     begins_until_ = script ? 0 : GetTickCount64() + kBeginsWithinMs;
+    may_move_until_ = GetTickCount64() + kMovesWithinMs;
     return true;
 }
 
 void ExplorerBrowser::Quit() {
+    may_move_until_ = 0;
     if (browser_) Did(browser_->Quit(), "call", "Quit");
 }
 
 bool ExplorerBrowser::Busy() {
-    if (!browser_) return false;
+    if (!browser_) return Moving();
     // Asked while a page shows one, the browser itself might not answer.
     if (BoxOf(window_)) return true;
     VARIANT_BOOL busy = VARIANT_FALSE;
@@ -77,7 +82,7 @@ bool ExplorerBrowser::Alive() {
     // A browser that was ended by force tells nothing, but its window is gone. A tab may also have
     // been dragged into another window.
     if (browser_ && window_ && !IsWindow(window_) && !IsWindow(Window())) Lose();
-    return static_cast<bool>(browser_);
+    return browser_ || Moving();
 }
 
 Document ExplorerBrowser::document() {
@@ -135,13 +140,19 @@ HWND ExplorerBrowser::Window() {
     SHANDLE_PTR window = 0;
     if (!browser_ || !Did(browser_->get_HWND(&window), "get", "HWND")) return nullptr;
     // NOLINTNEXTLINE(performance-no-int-to-ptr): how the browser gives its handle
-    const auto now = reinterpret_cast<HWND>(window);
+    const auto own = reinterpret_cast<HWND>(window);
+    // Inside another program's window its own is not the one that the user sees.
+    const HWND now = found_.frame ? found_.frame : own;
     if (now != window_) {
         calls_.Leave(window_);
         calls_.Drive(now);
         window_ = now;
     }
     return window_;
+}
+
+HWND ExplorerBrowser::Content() {
+    return IsWindow(found_.content) ? found_.content : FindIeServerWindow(Window());
 }
 
 std::uint64_t ExplorerBrowser::Handle() {
@@ -151,7 +162,7 @@ std::uint64_t ExplorerBrowser::Handle() {
 void ExplorerBrowser::SetForeground() { BringToForeground(Window()); }
 
 std::optional<ScreenPoint> ExplorerBrowser::ElementScreenPoint(const Element& element) {
-    const HWND content = FindIeServerWindow(Window());
+    const HWND content = Content();
     return content ? ScreenPointOf(element, content) : std::nullopt;
 }
 

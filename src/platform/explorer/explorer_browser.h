@@ -10,19 +10,21 @@
 #include <optional>
 #include <string>
 
-#include "platform/browser.h"
 #include "platform/explorer/com_calls.h"
 #include "platform/explorer/event_sink.h"
+#include "platform/explorer/explorer_window.h"
 #include "platform/explorer/page_pool.h"
+#include "platform/explorer/window_document.h"
 #include "platform/subscribers.h"
 
 namespace tamrin {
 
 // One window of Internet Explorer, or one tab of it. It keeps the browser only for as long as that
 // is there: when it quits or its process ends, everything is given back and all reads are empty.
-class ExplorerBrowser : public Browser {
+class ExplorerBrowser : public ExplorerWindow {
 public:
-    ExplorerBrowser(ComCalls& calls, ComPtr<IWebBrowser2> browser);
+    // `found` is the content window by which it was found, if the shell does not list it.
+    ExplorerBrowser(ComCalls& calls, ComPtr<IWebBrowser2> browser, ContentWindow found = {});
     ~ExplorerBrowser() override;
     ExplorerBrowser(const ExplorerBrowser&) = delete;
     ExplorerBrowser& operator=(const ExplorerBrowser&) = delete;
@@ -42,11 +44,17 @@ public:
     std::optional<ScreenPoint> ElementScreenPoint(const Element& element) override;
     std::unique_ptr<Connection> Connect(BrowserEvents& events) override;
 
-    // Tells the subscribers of the browser and its pages what has happened since the last time.
-    void DeliverEvents() { pages_->events().Deliver(); }
+    // Where to look for the browser that takes the place of this one, given its window. A browser
+    // that is led to a page of another security zone gives its window to another process, and the
+    // object by which it was made dies.
+    using FindSuccessor = std::function<ComPtr<IWebBrowser2>(HWND frame)>;
+    void SetSuccessor(FindSuccessor find) { find_successor_ = std::move(find); }
 
-    // Whether this is the browser of an object.
-    bool Is(IUnknown* object) const { return browser_ && SameObject(browser_.get(), object); }
+    void DeliverEvents() override { pages_->events().Deliver(); }
+    bool Is(IUnknown* browser) const override {
+        return browser_ && SameObject(browser_.get(), browser);
+    }
+    HWND content() const override { return found_.content; }
 
 private:
     // Notes how a call of the browser went; one that shows that the browser is gone lets go of it.
@@ -57,19 +65,26 @@ private:
     void NoteShown(const EventArguments& arguments);
     void NoteComplete(const EventArguments& arguments);
     void NoteError(const EventArguments& arguments);
-    // The browser is gone.
+    // The browser is gone, or on its way into another process.
     void Lose();
+    // Whether it is still on its way; at the end it is here again, or lost.
+    bool Moving();
     void Tell(std::function<void(BrowserEvents&)> call);
     HWND Window();
+    HWND Content();
 
     ComCalls& calls_;
     ComPtr<IWebBrowser2> browser_;
+    const ContentWindow found_;
     std::shared_ptr<PagePool> pages_;
     std::shared_ptr<Subscribers<BrowserEvents>> subscribers_;
     std::unique_ptr<EventConnection> events_;
     HWND window_ = nullptr;  // at the last time that it was asked for
     // Until when a navigation that was asked for counts as begun although nothing tells of it.
     std::uint64_t begins_until_ = 0;
+    FindSuccessor find_successor_;
+    std::uint64_t may_move_until_ = 0;
+    std::uint64_t moving_until_ = 0;
 };
 
 }  // namespace tamrin

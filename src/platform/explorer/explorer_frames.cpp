@@ -1,13 +1,6 @@
 #include "platform/explorer/explorer_frames.h"
 
-#include <windows.h>
-
-#include <exdisp.h>
-#include <servprov.h>
-
-#include <algorithm>
-
-#include "platform/text.h"
+#include "platform/explorer/served_browser.h"
 
 namespace tamrin {
 namespace {
@@ -16,14 +9,8 @@ namespace {
 ComPtr<IDispatch> DocumentOfBrowser(const DispatchObject& window) {
     ComCalls& calls = window.type()->calls();
     ComPtr<IDispatch> document;
-    const auto provider = window.object().As<IServiceProvider>();
-    if (!calls.Note(provider ? S_OK : E_NOINTERFACE, "ask", "window", "IServiceProvider"))
-        return nullptr;
-    ComPtr<IWebBrowser2> browser;
-    const HRESULT served = provider->QueryService(IID_IWebBrowserApp, IID_IWebBrowser2,
-                                                  reinterpret_cast<void**>(browser.Out()));
-    if (!calls.Note(served, "call", "window", "QueryService") || !browser) return nullptr;
-    calls.Note(browser->get_Document(document.Out()), "get", "frame", "Document");
+    const auto browser = BrowserServedBy(calls, window.object().get());
+    if (browser) calls.Note(browser->get_Document(document.Out()), "get", "frame", "Document");
     return document;
 }
 

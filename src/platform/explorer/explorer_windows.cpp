@@ -1,67 +1,107 @@
 #include "platform/explorer/explorer_windows.h"
 
 #include <algorithm>
-#include <map>
 
+#include "platform/explorer/content_browser.h"
 #include "platform/explorer/dispatch_object.h"
+#include "platform/explorer/explorer_document.h"
 #include "platform/explorer/explorer_launcher.h"
+#include "platform/explorer/served_browser.h"
 #include "platform/explorer/shell_list.h"
 
 namespace tamrin {
 namespace {
 
-HWND WindowOf(ComCalls& calls, IWebBrowser2& browser) {
-    SHANDLE_PTR window = 0;
-    calls.Note(browser.get_HWND(&window), "get", "entry", "HWND");
-    // NOLINTNEXTLINE(performance-no-int-to-ptr): how the browser gives its handle
-    return reinterpret_cast<HWND>(window);
+// The browser that keeps the integrity of a program of middle integrity (shlguid.h of later kits).
+constexpr CLSID kInternetExplorerMedium = {
+    0xD5E8041D, 0x920F, 0x45E9, {0xB8, 0xFB, 0xB1, 0xDE, 0xB8, 0x2C, 0x6E, 0x5E}};
+
+ComPtr<IWebBrowser2> Make(const CLSID& kind, HRESULT& failure) {
+    ComPtr<IWebBrowser2> browser;
+    failure = CoCreateInstance(kind, nullptr, CLSCTX_LOCAL_SERVER, IID_IWebBrowser2,
+                               reinterpret_cast<void**>(browser.Out()));
+    return browser;
 }
 
 }  // namespace
 
 ExplorerSources SystemSources(ComCalls& calls) {
     const auto list = std::make_shared<ShellList>(calls);
-    const auto create = [](HRESULT& failure) {
-        ComPtr<IWebBrowser2> browser;
-        failure = CoCreateInstance(CLSID_InternetExplorer, nullptr, CLSCTX_LOCAL_SERVER,
-                                   IID_IWebBrowser2, reinterpret_cast<void**>(browser.Out()));
-        return browser;
-    };
-    return {[list] { return list->Browsers(); }, VisibleWindows, create};
+    return {
+        .browsers = [list] { return list->Browsers(); },
+        .z_order = VisibleWindows,
+        .create = [](HRESULT& failure) { return Make(CLSID_InternetExplorer, failure); },
+        .contents = ContentWindows,
+        .create_medium = [](HRESULT& failure) { return Make(kInternetExplorerMedium, failure); }};
 }
 
-std::vector<ComPtr<IWebBrowser2>> ExplorerWindows::InOrder() {
-    // The tabs of one window stand in one place and stay in the order of the list.
-    std::multimap<std::ptrdiff_t, ComPtr<IWebBrowser2>> entries;
-    const std::vector<HWND> order = sources_.z_order();
+std::vector<ExplorerWindows::Entry> ExplorerWindows::InOrder() {
+    const std::vector<HWND> screen = sources_.z_order();
+    std::vector<Entry> entries;
     for (auto& browser : sources_.browsers()) {
-        const auto at = std::find(order.begin(), order.end(), WindowOf(calls_, *browser.get()));
-        if (at != order.end()) entries.emplace(at - order.begin(), std::move(browser));
+        const HWND frame = FrameOf(calls_, *browser.get());
+        if (std::find(screen.begin(), screen.end(), frame) != screen.end())
+            entries.push_back({.frame = frame, .browser = std::move(browser)});
     }
-    std::vector<ComPtr<IWebBrowser2>> browsers;
-    browsers.reserve(entries.size());
-    for (auto& [place, browser] : entries) browsers.push_back(std::move(browser));
-    return browsers;
+    if (sources_.contents) AddContents(screen, entries);
+    // The tabs of one window stand in one place and stay in the order of the list.
+    std::stable_sort(entries.begin(), entries.end(), [&screen](const Entry& a, const Entry& b) {
+        return std::find(screen.begin(), screen.end(), a.frame) <
+               std::find(screen.begin(), screen.end(), b.frame);
+    });
+    return entries;
+}
+
+void ExplorerWindows::AddContents(const std::vector<HWND>& screen, std::vector<Entry>& entries) {
+    const std::size_t listed = entries.size();
+    for (const ContentWindow& found : sources_.contents(screen)) {
+        const auto same_frame = [&found](const Entry& entry) { return entry.frame == found.frame; };
+        if (std::any_of(entries.begin(), entries.end(), same_frame)) continue;
+        auto window = OfContent(found);
+        const auto same = [&window](const Entry& entry) { return window->Is(entry.browser.get()); };
+        const auto end = entries.begin() + static_cast<std::ptrdiff_t>(listed);
+        if (!window || std::any_of(entries.begin(), end, same)) continue;
+        entries.push_back({.frame = found.frame, .window = std::move(window)});
+    }
+}
+
+std::shared_ptr<ExplorerWindow> ExplorerWindows::OfContent(const ContentWindow& found) {
+    for (const auto& known : known_) {
+        const auto window = known.lock();
+        if (window && window->content() == found.content && window->Alive()) return window;
+    }
+    auto document = GetDocumentFromWindow(calls_, found.content);
+    if (!document) return nullptr;
+    const auto pool = std::make_shared<PagePool>(calls_);
+    const auto page = pool->Page(std::move(document));
+    if (!page) return nullptr;
+    auto browser = BrowserServedBy(calls_, page->Window().object().get());
+    auto window = browser ? Find(browser.get()) : nullptr;
+    if (!window && browser)
+        window = std::make_shared<ExplorerBrowser>(calls_, std::move(browser), found);
+    if (!window) window = std::make_shared<ContentBrowser>(calls_, found);
+    return window;
 }
 
 std::vector<std::shared_ptr<Browser>> ExplorerWindows::Visible() {
     std::vector<std::shared_ptr<Browser>> windows;
-    auto browsers = InOrder();
-    windows.reserve(browsers.size());
-    for (auto& browser : browsers) windows.push_back(Known(std::move(browser)));
+    auto entries = InOrder();
+    windows.reserve(entries.size());
+    for (auto& entry : entries) windows.push_back(Known(std::move(entry)));
     return windows;
 }
 
 std::shared_ptr<Browser> ExplorerWindows::Focused() {
-    for (auto& browser : InOrder()) {
-        if (HasFocus(*browser.get())) return Known(std::move(browser));
+    for (auto& entry : InOrder()) {
+        if (HasFocus(entry)) return Known(std::move(entry));
     }
     return nullptr;
 }
 
-bool ExplorerWindows::HasFocus(IWebBrowser2& browser) {
+bool ExplorerWindows::HasFocus(const Entry& entry) {
+    if (entry.window) return entry.window->document().hasFocus();
     ComPtr<IDispatch> document;
-    if (!calls_.Note(browser.get_Document(document.Out()), "get", "entry", "Document"))
+    if (!calls_.Note(entry.browser->get_Document(document.Out()), "get", "entry", "Document"))
         return false;
     const DispatchObject page(std::move(document),
                               std::make_shared<ObjectType>(calls_, "document"));
@@ -77,14 +117,20 @@ std::shared_ptr<Browser> ExplorerWindows::Open(const std::string& address, std::
     return browser;
 }
 
-std::shared_ptr<Browser> ExplorerWindows::Known(ComPtr<IWebBrowser2> browser) {
-    std::erase_if(known_, [](const auto& window) { return window.expired(); });
+std::shared_ptr<ExplorerWindow> ExplorerWindows::Find(IUnknown* browser) {
     for (const auto& known : known_) {
         auto window = known.lock();
-        if (window && window->Is(browser.get())) return window;
+        if (window && window->Is(browser)) return window;
     }
-    auto window = std::make_shared<ExplorerBrowser>(calls_, std::move(browser));
-    known_.push_back(window);
+    return nullptr;
+}
+
+std::shared_ptr<Browser> ExplorerWindows::Known(Entry entry) {
+    std::erase_if(known_, [](const auto& window) { return window.expired(); });
+    auto window = entry.window ? std::move(entry.window) : Find(entry.browser.get());
+    if (!window) window = std::make_shared<ExplorerBrowser>(calls_, std::move(entry.browser));
+    const auto same = [&window](const auto& known) { return known.lock() == window; };
+    if (std::none_of(known_.begin(), known_.end(), same)) known_.push_back(window);
     return window;
 }
 

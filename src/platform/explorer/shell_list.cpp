@@ -39,6 +39,13 @@ bool IsIeWindow(ComCalls& calls, IWebBrowser2& entry) {
            EqualsIgnoreCase(name, "Internet Explorer");
 }
 
+HWND FrameOf(ComCalls& calls, IWebBrowser2& entry) {
+    SHANDLE_PTR window = 0;
+    calls.Note(entry.get_HWND(&window), "get", "entry", "HWND");
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): how the browser gives its handle
+    return reinterpret_cast<HWND>(window);
+}
+
 std::vector<HWND> VisibleWindows() {
     std::vector<HWND> windows;
     const auto collect = [](HWND window, LPARAM into) -> BOOL {

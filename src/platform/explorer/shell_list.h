@@ -28,6 +28,9 @@ private:
 // Whether an entry of the list is a browser's window, by the name of its program.
 bool IsIeWindow(ComCalls& calls, IWebBrowser2& entry);
 
+// The window of the screen in which a browser shows its page; null where it cannot be told.
+HWND FrameOf(ComCalls& calls, IWebBrowser2& entry);
+
 // The visible windows of the screen, the front one first.
 std::vector<HWND> VisibleWindows();
 
