@@ -25,6 +25,7 @@ frmIeAuto::frmIeAuto(Globals& globals, const Platform& platform)
       scenario_(globals, platform, controls_, records_),
       file_list_(globals, platform, *form_, controls_, scenario_),
       recent_files_(globals, platform, *form_, scenario_),
+      player_maker_(globals, platform, controls_, records_, scenario_),
       recording_(globals, platform, *form_, controls_, records_),
       player_(globals, platform.clock, platform.launcher, *this) {
     BindEvents();
@@ -120,8 +121,10 @@ void frmIeAuto::Timer1_Timer() {
     if (globals_.ActivityContains("play") && globals_.auto_play &&
         platform_.clock.TickCount() - globals_.last_activity_tick > kWatchdogMs) {
         timed_out_ = true;
+        const std::string name =
+            globals_.is_player ? platform_.processes.OwnExecutable() : globals_.current_file;
         Log(platform_,
-            globals_.current_file + "：" + std::to_string(controls_.lstDtList.ListIndex() + 1) +
+            name + "：" + std::to_string(controls_.lstDtList.ListIndex() + 1) +
                 " 行目の再生中、30 秒のあいだページの読み込みが完了しなかったため、終了しました。");
         form_->Close();
         return;

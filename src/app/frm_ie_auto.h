@@ -14,6 +14,7 @@
 #include "app/frm_ie_auto_form.h"
 #include "app/frm_splash.h"
 #include "app/platform.h"
+#include "app/player_maker.h"
 #include "app/recent_files.h"
 #include "app/record_commands.h"
 #include "app/record_editor.h"
@@ -36,7 +37,8 @@ public:
     frmIeAuto& operator=(const frmIeAuto&) = delete;
 
     // Starts the program: reads settings and the command line (without the program's name), loads
-    // the scenario that it names and plays it. Returns when that is over.
+    // the scenario that it names and plays it. Returns when that is over. A stand-alone player
+    // plays what it carries instead, without settings; a damaged one says so and closes.
     StartUp Form_Load(const std::string& command_line);
 
     // Opens a scenario in place of the open one, as when its file is dropped on the window.
@@ -51,6 +53,9 @@ public:
 
     // Saves the records as a scenario file; false, and a message, when that fails.
     bool SaveTo(const std::string& path) { return scenario_.WriteScenarioFile(path); }
+
+    // Saves the records as a stand-alone player; false, and a message, when that fails.
+    bool SavePlayerTo(const std::string& path) { return player_maker_.Save(path); }
 
     // The commands that record.
     RecordCommands& recording() { return recording_; }
@@ -96,6 +101,9 @@ private:
     // start_up.cpp
     void ConfLoad();
     void ConfSave();
+    StartUp LoadCarriedScenario();
+    void LoadSettings();
+    void PlaceWindow();
     StartUp ProcessCommandLine(std::string command_line);
     StartUp LoadFromSwitch(const Switch& item);
     void StreamFromSwitch(const Switch& item);
@@ -119,6 +127,7 @@ private:
     ScenarioFiles scenario_;
     FileList file_list_;
     RecentFiles recent_files_;
+    PlayerMaker player_maker_;
     RecordCommands recording_;
     std::optional<frmSplash> splash_;
     Player player_;

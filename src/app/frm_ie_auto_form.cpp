@@ -72,6 +72,7 @@ constexpr auto kMenus = std::to_array<MenuSpec>({
     {1, "mnuFileSpc1", "-"},
     {1, "mnuSave", "上書き保存(&S)", "Ctrl+S"},
     {1, "mnuSaveAs", "名前を付けて保存(&A)...", "Ctrl+Shift+S"},
+    {1, "mnuMakeExe", "実行形式で保存(&E)...", {}, kDisabled},
     {1, "mnuFileSpc2", "-"},
     {1, "mnuRecent1", "", {}, kHidden},
     {1, "mnuRecent2", "", {}, kHidden},

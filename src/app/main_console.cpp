@@ -1,4 +1,5 @@
-// The console program: plays a scenario, or records one, without a window of its own.
+// The console program: plays a scenario, records one, or makes a stand-alone player of it, without
+// a window of its own.
 
 #include <iostream>
 #include <string>
@@ -27,14 +28,34 @@ constexpr const char* kUsage =
     "使い方: tamrin -a シナリオ.csv [-browser ブラウザのパス] [-picture 画像.png] [-close]\n"
     "        tamrin シナリオ.csv\n"
     "        tamrin -stream シナリオの文字列\n"
-    "        tamrin -record シナリオ.csv アドレス [-browser ブラウザのパス]\n";
+    "        tamrin -record シナリオ.csv アドレス [-browser ブラウザのパス]\n"
+    "        tamrin -make_player 実行形式のファイル シナリオ.csv\n";
 
-// What is behind "-record": a file, an address and further switches.
-constexpr std::size_t kRecordArguments = 3;
+// Lets one that carries a scenario be used as the ordinary program. Wherever it stands, it is no
+// word of another switch.
+constexpr const char* kEditorSwitch = "-no_auto_start";
+
+// What the program is asked to do by its first argument. One that carries a scenario plays that
+// whatever it is asked.
+enum class Task { kPlay, kRecord, kMakePlayer, kNothing };
+
+// The words that belong to the switch of a task: itself, a file and an address, or two files.
+constexpr std::size_t kTaskWords = 3;
+
+Task TaskOf(const std::vector<std::string>& arguments) {
+    if (arguments.empty()) return Task::kNothing;
+    Task task = Task::kPlay;
+    if (arguments.front() == "-record") task = Task::kRecord;
+    if (arguments.front() == "-make_player") task = Task::kMakePlayer;
+    return task != Task::kPlay && arguments.size() < kTaskWords ? Task::kNothing : task;
+}
 
 // The command line of the arguments. A single argument that names a file counts from the current
 // folder, as a shell's user means it.
-std::string CommandLine(const std::vector<std::string>& arguments, const Files& files) {
+std::string CommandLine(Task task, const std::vector<std::string>& arguments, const Files& files) {
+    if (task == Task::kRecord || task == Task::kMakePlayer) {
+        return JoinArguments({arguments.begin() + kTaskWords, arguments.end()});
+    }
     if (arguments.size() != 1) return JoinArguments(arguments);
     const std::string path = ResolvePath(arguments[0], "", files);
     return files.IsFile(path) ? '"' + path + '"' : arguments[0];
@@ -51,7 +72,17 @@ void KeepPicture(const std::string& command_line, ChromiumLauncher& launcher, Fi
     }
 }
 
-int Run(const std::vector<std::string>& arguments) {
+// Makes a player that carries a scenario file.
+ExitCode SavePlayer(frmIeAuto& window, const std::string& player, const std::string& scenario,
+                    const Files& files) {
+    const std::string path = ResolvePath(player, "", files);
+    if (!window.Open(ResolvePath(scenario, "", files))) return kUnreadable;
+    if (!window.SavePlayerTo(path)) return kNotSaved;
+    std::cout << "実行形式で保存しました：" << path << '\n';
+    return kPlayed;
+}
+
+int Run(std::vector<std::string> arguments) {
     CatchInterrupt();
     PosixFiles files;
     PosixTextCodec codec;
@@ -78,17 +109,28 @@ int Run(const std::vector<std::string>& arguments) {
     clock.AddSource([&] { browsers.DeliverEvents(); });
     clock.AddSource([&] { windows.RunTimers(clock.TickCount()); });
 
-    const bool records = arguments.front() == "-record";
-    const std::string command_line =
-        records ? JoinArguments({arguments.begin() + kRecordArguments, arguments.end()})
-                : CommandLine(arguments, files);
+    const bool editor = std::erase(arguments, kEditorSwitch) > 0;
+    Task task = TaskOf(arguments);
+    std::string command_line = CommandLine(task, arguments, files);
+    if (editor) command_line.append(" ").append(kEditorSwitch);
     const StartUp start = window.Form_Load(command_line);
-    ExitCode code = kPlayed;
-    if (records) {
-        code = RecordToFile(window, platform, arguments[1], arguments[2], Interrupted, std::cout);
-    } else {
-        KeepPicture(command_line, launcher, files);
-        code = report.Result(start, window);
+    if (globals.is_player) task = Task::kPlay;
+    ExitCode code = kNothing;
+    switch (task) {
+        case Task::kNothing:
+            std::cerr << kUsage;
+            break;
+        case Task::kRecord:
+            code =
+                RecordToFile(window, platform, arguments[1], arguments[2], Interrupted, std::cout);
+            break;
+        case Task::kMakePlayer:
+            code = SavePlayer(window, arguments[1], arguments[2], files);
+            break;
+        case Task::kPlay:
+            KeepPicture(command_line, launcher, files);
+            code = report.Result(start, window);
+            break;
     }
     // Nobody was here to change a setting: Conf.txt stays as it is.
     globals.close_after_play = true;
@@ -99,12 +141,4 @@ int Run(const std::vector<std::string>& arguments) {
 }  // namespace
 }  // namespace tamrin
 
-int main(int argc, char** argv) {
-    const std::vector<std::string> arguments(argv + 1, argv + argc);
-    const bool records = !arguments.empty() && arguments.front() == "-record";
-    if (arguments.empty() || (records && arguments.size() < tamrin::kRecordArguments)) {
-        std::cerr << tamrin::kUsage;
-        return tamrin::kNothing;
-    }
-    return tamrin::Run(arguments);
-}
+int main(int argc, char** argv) { return tamrin::Run({argv + 1, argv + argc}); }

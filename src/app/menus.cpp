@@ -14,6 +14,7 @@ void frmIeAuto::BindMenus() {
     bind("mnuOpenFolder", [this] { file_list_.mnuOpenFolder_Click(); });
     bind("mnuSave", [this] { scenario_.mnuSave_Click(); });
     bind("mnuSaveAs", [this] { scenario_.mnuSaveAs_Click(); });
+    bind("mnuMakeExe", [this] { player_maker_.mnuMakeExe_Click(); });
     bind("mnuClose", [this] { form_->Close(); });
 
     bind("mnuUndo", [this] { records_.mnuUndo_Click(); });

@@ -26,6 +26,8 @@ void frmIeAuto::SetMode(std::string_view mode, bool on) {
     form_->Find("mnuRec").SetEnabled(controls_.cmdRec.Enabled());
     form_->Find("mnuPlay").SetEnabled(controls_.cmdPlay.Enabled());
     form_->Find("mnuStop").SetEnabled(controls_.cmdStop.Enabled());
+    form_->Find("mnuMakeExe")
+        .SetEnabled(has_records && controls_.cmdPlay.Enabled() && !globals_.is_player);
 }
 
 }  // namespace tamrin

@@ -4,6 +4,7 @@
 
 #include "app/options_file.h"
 #include "app/paths.h"
+#include "app/save_error.h"
 #include "scenario/scenario_file.h"
 
 namespace tamrin {
@@ -115,15 +116,7 @@ bool ScenarioFiles::WriteScenarioFile(const std::string& path) {
         controls_.txtStatus.SetText("保存完了");
         return true;
     }
-    const std::string folder = FolderOf(path, files);
-    if (!folder.empty() && !files.IsFolder(folder)) {
-        Show(folder + "\r\nのフォルダがありません。保存していません。", "保存エラー");
-    } else {
-        Show(path +
-                 "\r\nに保存できません。元のファイルはそのままです。\r\n"
-                 "ディスクの空き、書き込みの禁止、ほかのプログラムの使用をお確かめください。",
-             "保存エラー");
-    }
+    Show(SaveError(path, files), "保存エラー");
     return false;
 }
 

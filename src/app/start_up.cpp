@@ -4,9 +4,30 @@
 #include "app/paths.h"
 #include "app/settings.h"
 #include "app/version.h"
+#include "scenario/player_payload.h"
 #include "scenario/scenario_text.h"
 
 namespace tamrin {
+namespace {
+
+// The command line of a stand-alone player, whatever it was started with.
+constexpr const char* kPlayerSwitches = "-tasktray -close";
+
+// What is wrong with a player, behind its name.
+std::string Fault(Carried carried) {
+    switch (carried) {
+        case Carried::kCut:
+            return "\r\nは途中で切れているため、再生できません。\r\nもう一度コピーするか、"
+                   "作り直してください。";
+        case Carried::kNewer:
+            return "\r\nのシナリオは新しい版の Tamrin のもので、再生できません。\r\n作り直してください。";
+        default:
+            return "\r\nのシナリオが壊れているため、再生できません。\r\nもう一度コピーするか、"
+                   "作り直してください。";
+    }
+}
+
+}  // namespace
 
 StartUp frmIeAuto::Form_Load(const std::string& command_line) {
     platform_.processes.RaisePriority();
@@ -16,9 +37,13 @@ StartUp frmIeAuto::Form_Load(const std::string& command_line) {
         VersionText(TAMRIN_VERSION_MAJOR, TAMRIN_VERSION_MINOR, TAMRIN_VERSION_PATCH);
     MyTitle("");
     SetDefaultConf(globals_.settings, platform_.windows.Screen());
-    OptionsLoad(globals_.options, platform_.files, platform_.codec);
-    recent_files_.Show();
-    ConfLoad();
+    // What carries a scenario can be opened as an ordinary editor.
+    if (command_line.find("-no_auto_start") == std::string::npos) {
+        const StartUp carried = LoadCarriedScenario();
+        if (carried != StartUp::kDone) return carried;
+    }
+    if (!globals_.is_player) LoadSettings();
+    PlaceWindow();
     display_.Apply();
     file_list_.RefreshFileList();
     controls_.lstDtList.SetTabStops({10});
@@ -27,10 +52,11 @@ StartUp frmIeAuto::Form_Load(const std::string& command_line) {
     controls_.txtUrl.SetLeftMargin(controls_.txtUrl.GetPlace().width * 15 / 50 /
                                    globals_.twips_per_pixel_y);
     controls_.Timer1.SetEnabled(true);
-    form_->SetVisible(true);
+    if (!globals_.is_player) form_->SetVisible(true);
 
-    const StartUp result = ProcessCommandLine(command_line);
+    const StartUp result = ProcessCommandLine(globals_.is_player ? kPlayerSwitches : command_line);
     if (result == StartUp::kParameterError) return result;
+    if (globals_.is_player) EnterTray();
     SetMode("play check", true);
     if (globals_.auto_play) {
         cmdPlay_Click();
@@ -38,6 +64,30 @@ StartUp frmIeAuto::Form_Load(const std::string& command_line) {
         splash_.emplace(platform_.windows, globals_.version_text, *form_);
     }
     return result;
+}
+
+StartUp frmIeAuto::LoadCarriedScenario() {
+    globals_.auto_play = false;
+    const std::string program = platform_.processes.OwnExecutable();
+    const Payload payload = ReadPayload(platform_.files, program);
+    if (payload.carried == Carried::kNothing) return StartUp::kDone;
+    globals_.is_player = true;
+    if (payload.carried == Carried::kScenario) {
+        records_.Load(ReadScenarioText(payload.scenario, platform_.codec));
+        globals_.auto_play = true;
+        return StartUp::kDone;
+    }
+    ShowMessage(program + Fault(payload.carried), "再生エラー");
+    // There is nothing else that a player could be used for.
+    globals_.close_after_play = true;
+    form_->Close();
+    return StartUp::kNoScenario;
+}
+
+void frmIeAuto::LoadSettings() {
+    OptionsLoad(globals_.options, platform_.files, platform_.codec);
+    recent_files_.Show();
+    ConfLoad();
 }
 
 void frmIeAuto::ConfLoad() {
@@ -51,11 +101,15 @@ void frmIeAuto::ConfLoad() {
         settings.form_right = defaults.form_right;
         settings.form_bottom = defaults.form_bottom;
     }
+    globals_.activity.clear();
+}
+
+void frmIeAuto::PlaceWindow() {
+    const Settings& settings = globals_.settings;
     form_->SetPlace({settings.form_left, settings.form_top,
                      settings.form_right - settings.form_left,
                      settings.form_bottom - settings.form_top});
     display_.SetTopHeight(settings.top_height);
-    globals_.activity.clear();
 }
 
 void frmIeAuto::ConfSave() {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -28,6 +30,14 @@ public:
 
     // The bytes of a file, or nothing when it cannot be read to its end.
     virtual std::optional<std::string> Read(const std::string& path) const = 0;
+
+    // The bytes of a file from `offset` on, `size` of them or fewer where it ends before. Nothing
+    // when it cannot be read.
+    virtual std::optional<std::string> ReadPart(const std::string& path, std::uint64_t offset,
+                                                std::size_t size) const = 0;
+
+    // The size of a file in bytes, or nothing when there is none.
+    virtual std::optional<std::uint64_t> Size(const std::string& path) const = 0;
 
     // Replaces the file by `bytes` as one step: written beside it, flushed to the disk, renamed.
     // On failure the old file stands as it was, nothing is left beside it, and the answer is false.

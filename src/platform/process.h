@@ -54,6 +54,16 @@ public:
     // The value of an environment variable, "" when there is none.
     virtual std::string Environment(const std::string& name) const = 0;
 
+    // The full path of this program's own file, "" when it is not known.
+    virtual std::string OwnExecutable() const { return ""; }
+
+    // Whether a program file is being run, by whomever, so that it must not be replaced. On Windows
+    // also while another program keeps it from being written.
+    virtual bool IsRunning(const std::string& /*executable*/) const { return false; }
+
+    // Lets everybody who may read a file run it as a program, where the system asks for that.
+    virtual void AllowRunning(const std::string& /*path*/) {}
+
     // Raises this process to high priority (HIGH_PRIORITY_CLASS, 128, on Windows); where the system
     // does not allow it, nothing happens.
     virtual void RaisePriority() = 0;

@@ -76,6 +76,7 @@ struct Globals {
     std::string version_text;
 
     bool auto_play = false;         // play as soon as start-up ends
+    bool is_player = false;         // a stand-alone player, which has no settings
     bool close_after_play = false;  // quit when playback ends, and leave Conf.txt as it is
     bool unsaved = false;           // the record list holds changes not yet saved
     bool skip_wait = false;         // the user ends the wait of the current record

@@ -109,6 +109,71 @@ TEST_F(ConsoleTest, SaysThatAPageCouldNotBeOpened) {
     EXPECT_EQ(program.Wait(), 6) << program.output();
 }
 
+TEST_F(ConsoleTest, MakesAPlayerThatPlaysWhereverItIs) {
+    const TemporaryFolder other;
+    const std::string player = other.At("注文 一件");
+    const std::string scenario = Scenario("input\t,id=a,type=text,indt=日本\r\n");
+    Program made = Tamrin({"-make_player", folder.At("player"), scenario});
+    EXPECT_EQ(made.Wait(), 0) << made.output();
+    EXPECT_EQ(made.output(), "実行形式で保存しました：" + folder.At("player") + "\n");
+    std::filesystem::copy(folder.At("player"), player);
+    Program played({player});
+    EXPECT_EQ(played.Wait(), 0) << played.output();
+    EXPECT_NE(played.output().find("\n    2  input             完了"), std::string::npos)
+        << played.output();
+    Program editor({player, "-no_auto_start"});
+    EXPECT_EQ(editor.Wait(), 1) << editor.output();
+    Program second({player, "-no_auto_start", "-make_player", other.At("second"), scenario});
+    EXPECT_EQ(second.Wait(), 0) << second.output();
+    EXPECT_EQ(FileBytes(other.At("second")).size(), FileBytes(player).size());
+    EXPECT_EQ(other.Names(), (std::set<std::string>{"second", "注文 一件"}));
+}
+
+TEST_F(ConsoleTest, MakesNoPlayerInVain) {
+    const std::string scenario = Scenario("");
+    const struct {
+        std::vector<std::string> arguments;
+        int code;
+        const char* said;
+    } rows[] = {
+        {{"-make_player", folder.At("p")}, 1, "使い方"},
+        {{"-make_player", folder.At("p"), folder.At("none.csv")},
+         2,
+         "のファイルを読み込めません。"},
+        {{"-make_player", folder.At("p"), Keep("no-url.csv", "wait\t,indt=1\r\n")}, 8, "url の行"},
+        {{"-make_player", folder.At("none/p"), scenario}, 8, "のフォルダがありません。"},
+        {{"-make_player", TAMRIN_PROGRAM, scenario}, 8, "は実行中か使用中のため"},
+    };
+    for (const auto& row : rows) {
+        Program program = Tamrin(row.arguments);
+        EXPECT_EQ(program.Wait(), row.code) << program.output();
+        EXPECT_NE(program.output().find(row.said), std::string::npos) << program.output();
+    }
+    EXPECT_FALSE(std::filesystem::exists(folder.At("p")));
+}
+
+TEST_F(ConsoleTest, ADamagedPlayerPlaysNothing) {
+    const std::string player = folder.At("p");
+    EXPECT_EQ(Tamrin({"-make_player", player, Scenario("")}).Wait(), 0);
+    const std::string whole = FileBytes(player);
+    const std::size_t program = FileBytes(TAMRIN_PROGRAM).size();
+    std::string changed = whole;
+    changed[whole.size() - 100] ^= 1;
+    const std::pair<std::string, const char*> rows[] = {
+        {whole.substr(0, whole.size() - 1), "途中で切れている"},
+        {whole.substr(0, program + 20), "途中で切れている"},
+        {whole.substr(0, program), "途中で切れている"},
+        {changed, "シナリオが壊れている"},
+    };
+    for (const auto& [bytes, said] : rows) {
+        folder.Write("p", bytes);
+        Program damaged({player});
+        EXPECT_EQ(damaged.Wait(), 2) << damaged.output();
+        EXPECT_NE(damaged.output().find(said), std::string::npos) << damaged.output();
+        EXPECT_EQ(damaged.output().find("url"), std::string::npos) << damaged.output();
+    }
+}
+
 TEST_F(ConsoleTest, ReportsEachRecordOnALine) {
     Program program =
         Tamrin({"-a", Scenario("//\t,indt=memo\r\ninput\t,id=a,type=text,indt=x\r\n")});

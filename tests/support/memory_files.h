@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <map>
 #include <set>
 #include <string>
@@ -15,7 +16,8 @@ public:
     std::map<std::string, std::string> contents;
     std::set<std::string> locked;  // can be read, and neither written nor deleted
     bool full_disk = false;
-    std::set<std::string> held;  // by Lock
+    std::set<std::string> held;              // by Lock
+    mutable std::vector<std::size_t> parts;  // the sizes asked for by ReadPart
 
     bool IsFile(const std::string& path) const override { return contents.contains(path); }
     bool IsFolder(const std::string& path) const override {
@@ -27,6 +29,18 @@ public:
         const auto file = contents.find(path);
         if (file == contents.end()) return std::nullopt;
         return file->second;
+    }
+    std::optional<std::string> ReadPart(const std::string& path, std::uint64_t offset,
+                                        std::size_t size) const override {
+        const auto file = contents.find(path);
+        if (file == contents.end()) return std::nullopt;
+        parts.push_back(size);
+        return file->second.substr(std::min<std::uint64_t>(offset, file->second.size()), size);
+    }
+    std::optional<std::uint64_t> Size(const std::string& path) const override {
+        const auto file = contents.find(path);
+        if (file == contents.end()) return std::nullopt;
+        return file->second.size();
     }
     bool Replace(const std::string& path, std::string_view bytes) override {
         if (full_disk || locked.contains(path)) return false;

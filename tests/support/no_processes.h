@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -20,8 +21,14 @@ public:
     bool HasDisplay() const override { return false; }
     bool IsRoot() const override { return false; }
     std::string Environment(const std::string&) const override { return ""; }
+    std::string OwnExecutable() const override { return own; }
+    bool IsRunning(const std::string& path) const override { return running.contains(path); }
+    void AllowRunning(const std::string& path) override { runnable.insert(path); }
     void RaisePriority() override { raised = true; }
     bool raised = false;
+    std::string own = "C:\\tamrin\\tamrin.exe";
+    std::set<std::string> running;
+    std::set<std::string> runnable;
 };
 
 }  // namespace tamrin::test

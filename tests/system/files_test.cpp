@@ -39,6 +39,41 @@ TEST_F(FilesTest, ReplacesAFileByBytesAsTheyAre) {
     EXPECT_EQ(AllNames(), Names{"注文①表.csv"});
 }
 
+TEST_F(FilesTest, ReadsAPartOfAFile) {
+    const std::string path = At("部分.exe");
+    ASSERT_TRUE(files->Replace(path, std::string("ab\0\x1A"
+                                                 "efgh",
+                                                 8)));
+    const struct {
+        std::uint64_t offset;
+        std::size_t size;
+        std::string bytes;
+    } rows[] = {
+        {0, 2, "ab"}, {1, 3, std::string("b\0\x1A", 3)}, {6, 100, "gh"}, {8, 1, ""}, {1000, 5, ""},
+        {3, 0, ""},
+    };
+    for (const auto& row : rows) EXPECT_EQ(files->ReadPart(path, row.offset, row.size), row.bytes);
+    EXPECT_EQ(files->Size(path), 8U);
+    for (const std::string& absent : {std::string(), folder, At("none")}) {
+        EXPECT_EQ(files->ReadPart(absent, 0, 1), std::nullopt);
+        EXPECT_EQ(files->Size(absent), std::nullopt);
+    }
+}
+
+TEST_F(FilesTest, KnowsTheRunningProgram) {
+    const std::string own = processes->OwnExecutable();
+    EXPECT_TRUE(files->IsFile(own));
+    EXPECT_TRUE(own.starts_with(files->ProgramFolder()));
+    EXPECT_TRUE(processes->IsRunning(own));
+    const std::string copy = At("写し.exe");
+    ASSERT_TRUE(files->Replace(copy, *files->Read(own)));
+    for (const std::string& other : {copy, folder, At("none")}) {
+        EXPECT_FALSE(processes->IsRunning(other)) << other;
+    }
+    processes->AllowRunning(copy);
+    EXPECT_TRUE(processes->Start(copy, {"--gtest_list_tests"}));
+}
+
 TEST_F(FilesTest, AddsBytesAtTheEndOfAFile) {
     const std::string path = At("追記.csv");
     EXPECT_TRUE(files->Append(path, "a\r\n"));

@@ -14,6 +14,7 @@
 
 #include "platform/posix/atomic_file.h"
 #include "platform/posix/descriptor.h"
+#include "platform/posix/own_executable.h"
 #include "platform/text.h"
 
 namespace tamrin {
@@ -79,6 +80,29 @@ std::optional<std::string> PosixFiles::Read(const std::string& path) const {
     return bytes;
 }
 
+std::optional<std::string> PosixFiles::ReadPart(const std::string& path, std::uint64_t offset,
+                                                std::size_t size) const {
+    const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    if (!file) return std::nullopt;
+    std::string bytes(size, '\0');
+    std::size_t used = 0;
+    while (used < size) {
+        const ssize_t count =
+            pread(file.get(), bytes.data() + used, size - used, static_cast<off_t>(offset + used));
+        if (count == 0) break;
+        if (count > 0) used += static_cast<std::size_t>(count);
+        if (count < 0 && errno != EINTR) return std::nullopt;
+    }
+    bytes.resize(used);
+    return bytes;
+}
+
+std::optional<std::uint64_t> PosixFiles::Size(const std::string& path) const {
+    struct stat status;
+    if (stat(path.c_str(), &status) != 0 || S_ISDIR(status.st_mode)) return std::nullopt;
+    return static_cast<std::uint64_t>(status.st_size);
+}
+
 bool PosixFiles::Replace(const std::string& path, std::string_view bytes) {
     return ReplaceFile(path, bytes);
 }
@@ -119,11 +143,9 @@ std::vector<std::string> PosixFiles::List(const std::string& folder,
 }
 
 std::string PosixFiles::ProgramFolder() const {
-    std::array<char, PATH_MAX> target;
-    const ssize_t length = readlink("/proc/self/exe", target.data(), target.size());
-    if (length <= 0) return CurrentFolder();
-    const std::string_view program(target.data(), static_cast<std::size_t>(length));
-    return std::string(program.substr(0, std::max<std::size_t>(1, program.rfind('/'))));
+    const std::string program = OwnExecutable();
+    if (program.empty()) return CurrentFolder();
+    return program.substr(0, std::max<std::size_t>(1, program.rfind('/')));
 }
 
 std::string PosixFiles::CurrentFolder() const {

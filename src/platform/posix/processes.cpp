@@ -18,6 +18,9 @@
 #include <string_view>
 #include <system_error>
 
+#include "platform/posix/descriptor.h"
+#include "platform/posix/own_executable.h"
+
 namespace tamrin {
 namespace {
 
@@ -199,6 +202,28 @@ bool PosixProcesses::IsRoot() const { return geteuid() == 0; }
 std::string PosixProcesses::Environment(const std::string& name) const {
     const char* value = getenv(name.c_str());
     return value ? value : "";
+}
+
+std::string PosixProcesses::OwnExecutable() const { return tamrin::OwnExecutable(); }
+
+// The system refuses to have a file written while it is run; opening it changes nothing. This one
+// is asked about beforehand: some kernels do not refuse.
+bool PosixProcesses::IsRunning(const std::string& executable) const {
+    struct stat file, own;
+    if (stat(executable.c_str(), &file) != 0 || !S_ISREG(file.st_mode)) return false;
+    if (stat(tamrin::OwnExecutable().c_str(), &own) == 0 && file.st_ino == own.st_ino &&
+        file.st_dev == own.st_dev) {
+        return true;
+    }
+    const Descriptor descriptor(open(executable.c_str(), O_WRONLY | O_CLOEXEC));
+    return !descriptor && errno == ETXTBSY;
+}
+
+void PosixProcesses::AllowRunning(const std::string& path) {
+    struct stat status;
+    if (stat(path.c_str(), &status) != 0) return;
+    const mode_t readers = status.st_mode & (S_IRUSR | S_IRGRP | S_IROTH);
+    chmod(path.c_str(), (status.st_mode & 07777U) | readers >> 2U);
 }
 
 void PosixProcesses::RaisePriority() { setpriority(PRIO_PROCESS, 0, -10); }

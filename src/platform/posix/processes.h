@@ -26,6 +26,9 @@ public:
     bool HasDisplay() const override;
     bool IsRoot() const override;
     std::string Environment(const std::string& name) const override;
+    std::string OwnExecutable() const override;
+    bool IsRunning(const std::string& executable) const override;
+    void AllowRunning(const std::string& path) override;
     void RaisePriority() override;
 };
 

@@ -60,6 +60,12 @@ std::wstring EnvironmentVariable(const std::wstring& name) {
     });
 }
 
+std::wstring OwnExecutable() {
+    return ReadWide([](wchar_t* buffer, std::size_t size) {
+        return GetModuleFileNameW(nullptr, buffer, static_cast<DWORD>(size));
+    });
+}
+
 std::wstring LocateExecutable(std::wstring name) {
     if (name.empty()) return {};
     if (name.find_first_of(L"\\/:") != std::wstring::npos) return IsFile(name) ? name : L"";

@@ -7,6 +7,9 @@ namespace tamrin {
 // The value of an environment variable, empty when there is none.
 std::wstring EnvironmentVariable(const std::wstring& name);
 
+// The full path of this program's own file.
+std::wstring OwnExecutable();
+
 // The full path of an executable by its name (with or without ".exe"); empty when it is not found.
 std::wstring LocateExecutable(std::wstring name);
 

@@ -4,6 +4,7 @@
 
 #include "platform/text.h"
 #include "platform/windows/atomic_file.h"
+#include "platform/windows/executables.h"
 #include "platform/windows/handle.h"
 #include "platform/windows/wide.h"
 
@@ -17,6 +18,24 @@ DWORD Attributes(const std::string& path) { return GetFileAttributesW(Wide(path)
 bool HasExtension(std::string_view name, std::string_view extension) {
     return name.size() >= extension.size() &&
            EqualsIgnoreCase(name.substr(name.size() - extension.size()), extension);
+}
+
+OwnedHandle OpenToRead(const std::string& path) {
+    return OwnFile(CreateFileW(Wide(path).c_str(), GENERIC_READ,
+                               FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                               OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+}
+
+// Reads on until `bytes` are full from `used` on, or the file ends; false when that fails.
+bool Fill(HANDLE file, std::string& bytes, std::size_t& used) {
+    while (used < bytes.size()) {
+        const auto room = static_cast<DWORD>(std::min<std::size_t>(bytes.size() - used, 1U << 30U));
+        DWORD count = 0;
+        if (!ReadFile(file, bytes.data() + used, room, &count, nullptr)) return false;
+        if (count == 0) break;
+        used += count;
+    }
+    return true;
 }
 
 // The system deletes the file, and with it the lock, when the last handle is closed.
@@ -47,24 +66,42 @@ bool WindowsFiles::IsFolder(const std::string& path) const {
 }
 
 std::optional<std::string> WindowsFiles::Read(const std::string& path) const {
-    const OwnedHandle file = OwnFile(CreateFileW(
-        Wide(path).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-        nullptr, OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+    const OwnedHandle file = OpenToRead(path);
     LARGE_INTEGER size{};
     if (!file || !GetFileSizeEx(file.get(), &size)) return std::nullopt;
     // The size is a hint: a file may grow meanwhile, and one byte more tells its end at once.
     std::string bytes(static_cast<std::size_t>(size.QuadPart) + 1, '\0');
     std::size_t used = 0;
-    for (;;) {
-        if (used == bytes.size()) bytes.resize(2 * bytes.size() + 4096);
-        const auto room = static_cast<DWORD>(std::min<std::size_t>(bytes.size() - used, 1U << 30U));
-        DWORD count = 0;
-        if (!ReadFile(file.get(), bytes.data() + used, room, &count, nullptr)) return std::nullopt;
-        if (count == 0) break;
-        used += count;
+    while (Fill(file.get(), bytes, used)) {
+        if (used < bytes.size()) {
+            bytes.resize(used);
+            return bytes;
+        }
+        bytes.resize(2 * bytes.size() + 4096);
     }
+    return std::nullopt;
+}
+
+std::optional<std::string> WindowsFiles::ReadPart(const std::string& path, std::uint64_t offset,
+                                                  std::size_t size) const {
+    const OwnedHandle file = OpenToRead(path);
+    LARGE_INTEGER place{};
+    place.QuadPart = static_cast<LONGLONG>(offset);
+    if (!file || !SetFilePointerEx(file.get(), place, nullptr, FILE_BEGIN)) return std::nullopt;
+    std::string bytes(size, '\0');
+    std::size_t used = 0;
+    if (!Fill(file.get(), bytes, used)) return std::nullopt;
     bytes.resize(used);
     return bytes;
+}
+
+std::optional<std::uint64_t> WindowsFiles::Size(const std::string& path) const {
+    WIN32_FILE_ATTRIBUTE_DATA data{};
+    if (!GetFileAttributesExW(Wide(path).c_str(), GetFileExInfoStandard, &data) ||
+        (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
+        return std::nullopt;
+    }
+    return std::uint64_t{data.nFileSizeHigh} << 32U | data.nFileSizeLow;
 }
 
 bool WindowsFiles::Replace(const std::string& path, std::string_view bytes) {
@@ -108,9 +145,7 @@ std::vector<std::string> WindowsFiles::List(const std::string& folder,
 }
 
 std::string WindowsFiles::ProgramFolder() const {
-    const std::wstring program = ReadWide([](wchar_t* buffer, std::size_t size) {
-        return GetModuleFileNameW(nullptr, buffer, static_cast<DWORD>(size));
-    });
+    const std::wstring program = OwnExecutable();
     return FolderPath(program.substr(0, program.rfind(L'\\') + 1));
 }
 

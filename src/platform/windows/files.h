@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -16,6 +18,9 @@ public:
     bool IsFile(const std::string& path) const override;
     bool IsFolder(const std::string& path) const override;
     std::optional<std::string> Read(const std::string& path) const override;
+    std::optional<std::string> ReadPart(const std::string& path, std::uint64_t offset,
+                                        std::size_t size) const override;
+    std::optional<std::uint64_t> Size(const std::string& path) const override;
     bool Replace(const std::string& path, std::string_view bytes) override;
     bool Append(const std::string& path, std::string_view bytes) override;
     bool MakeFolder(const std::string& path) override;

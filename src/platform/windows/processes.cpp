@@ -127,6 +127,17 @@ std::string WindowsProcesses::Environment(const std::string& name) const {
     return Utf8(EnvironmentVariable(Wide(name)));
 }
 
+std::string WindowsProcesses::OwnExecutable() const { return Utf8(tamrin::OwnExecutable()); }
+
+// The file of a running program is not opened for writing; to be opened changes none.
+bool WindowsProcesses::IsRunning(const std::string& executable) const {
+    const OwnedHandle file =
+        OwnFile(CreateFileW(Wide(executable).c_str(), FILE_WRITE_DATA,
+                            FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                            OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    return !file && GetLastError() == ERROR_SHARING_VIOLATION;
+}
+
 void WindowsProcesses::RaisePriority() {
     SetPriorityClass(GetCurrentProcess(), HIGH_PRIORITY_CLASS);
 }

@@ -27,6 +27,8 @@ public:
     bool HasDisplay() const override { return true; }
     bool IsRoot() const override { return false; }
     std::string Environment(const std::string& name) const override;
+    std::string OwnExecutable() const override;
+    bool IsRunning(const std::string& executable) const override;
     void RaisePriority() override;
 };
 

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "scenario/little_endian.h"
+
+namespace tamrin::test {
+
+// The kinds of program files: of Windows with 32 and with 64 bits, and of Linux.
+enum class ProgramKind { kWindows32, kWindows64, kLinux };
+inline constexpr ProgramKind kProgramKinds[] = {ProgramKind::kWindows32, ProgramKind::kWindows64,
+                                                ProgramKind::kLinux};
+
+inline void PutNumber(std::string& bytes, std::size_t at, std::uint64_t number, std::size_t size) {
+    std::string text;
+    AppendNumber(text, number, size);
+    bytes.replace(at, size, text);
+}
+
+// Where the headers of a sample stand.
+inline constexpr std::size_t kPe = 0x80;
+inline constexpr std::size_t kPeChecksum = kPe + 24 + 64;
+inline std::size_t CertificateEntryOf(ProgramKind kind) {
+    return kPe + 24 + (kind == ProgramKind::kWindows64 ? 144 : 128);
+}
+
+// A file with the headers of a program and a body of no use, 5003 bytes long.
+inline std::string SampleProgram(ProgramKind kind) {
+    std::string program(5003, 'b');
+    program.replace(0, 1024, 1024, '\0');
+    if (kind == ProgramKind::kLinux)
+        return program.replace(0, 4,
+                               "\x7F"
+                               "ELF");
+    program.replace(0, 2, "MZ");
+    PutNumber(program, 0x3C, kPe, 4);
+    program.replace(kPe, 2, "PE");
+    PutNumber(program, kPe + 24, kind == ProgramKind::kWindows64 ? 0x20B : 0x10B, 2);
+    PutNumber(program, kPeChecksum, 12345, 4);
+    return program;
+}
+
+// The same with a signature at its end, as the tools that sign write it.
+inline std::string Signed(std::string program, ProgramKind kind) {
+    program.append((8 - program.size() % 8) % 8, '\0');
+    PutNumber(program, CertificateEntryOf(kind), program.size(), 4);
+    PutNumber(program, CertificateEntryOf(kind) + 4, 800, 4);
+    return program.append(800, 's');
+}
+
+}  // namespace tamrin::test
