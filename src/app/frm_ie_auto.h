@@ -60,6 +60,9 @@ public:
     // The commands that record.
     RecordCommands& recording() { return recording_; }
 
+    // Whether the user has stopped the run that is still on its way to its end.
+    bool Stopping() const { return playing_ && globals_.activity.empty(); }
+
     // How the last run ended; kNothingToPlay before the first.
     RunEnd last_run() const { return last_run_; }
     // Whether a page could not be opened during it.

@@ -1,21 +1,86 @@
 // The Windows program: the main window on the screen.
 
+#include <functional>
 #include <ostream>
 #include <string>
 
+#include "app/browser_choice.h"
 #include "app/console_report.h"
 #include "app/frm_ie_auto.h"
 #include "app/profile_folder.h"
 #include "platform/chromium/chromium_windows.h"
 #include "platform/chromium/launcher.h"
+#include "platform/explorer/apartment.h"
+#include "platform/explorer/call_filter.h"
+#include "platform/explorer/explorer_answers.h"
+#include "platform/explorer/explorer_launcher.h"
+#include "platform/explorer/explorer_windows.h"
 #include "platform/windows/clock.h"
 #include "platform/windows/entry.h"
 #include "platform/windows/files.h"
+#include "platform/windows/input.h"
+#include "platform/windows/pending_press.h"
 #include "platform/windows/processes.h"
 #include "platform/windows/text_codec.h"
 #include "platform/windows/window_system.h"
 
 namespace tamrin {
+namespace {
+
+// The browsers of this machine: Internet Explorer by its automation objects, Edge and Chrome by
+// their port for debugging.
+class Browsers {
+public:
+    // `stopping` answers whether the user has stopped a run that is still on its way to its end.
+    Browsers(Globals& globals, Processes& processes, Files& files, Clock& clock,
+             const std::function<bool()>& stopping)
+        : filter_(calls_, {.stop_requested = stopping,
+                           .means_stop =
+                               [](const MSG& message) {
+                                   return WillPress(message, {"frmIeAuto", "cmdStop", "mnuStop"});
+                               }}),
+          sources_(SystemSources(calls_)),
+          input_(clock, {.stop_requested = stopping}),
+          explorer_(calls_, sources_, input_),
+          explorers_(calls_, sources_),
+          chromium_(processes, files, clock,
+                    {.executable = [&] { return globals.options.browser_path; },
+                     .stop_requested = nullptr}),
+          chromiums_(processes, files, clock,
+                     {.executable = [&] { return globals.options.browser_path; },
+                      .debug_address = [&] { return globals.options.debug_address; },
+                      .profile_folder = ProfileFolder(processes, files)}),
+          choice_(globals.options, {explorer_, explorers_}, {chromium_, chromiums_},
+                  [&] { return ExplorerAnswers(calls_, sources_, clock); }) {
+        calls_.Trace([&](const std::string& line) {
+            const std::string& path = globals.options.trace_path;
+            if (!path.empty()) files.Append(path, clock.TimeStamp() + " " + line + "\r\n");
+        });
+    }
+
+    BrowserChoice& choice() { return choice_; }
+
+    void DeliverEvents() {
+        explorer_.DeliverEvents();
+        explorers_.DeliverEvents();
+        chromium_.DeliverEvents();
+        chromiums_.DeliverEvents();
+    }
+
+private:
+    Apartment apartment_;
+    ComCalls calls_;
+    CallFilter filter_;
+    ExplorerSources sources_;
+    WindowsInput input_;
+    ExplorerLauncher explorer_;
+    ExplorerWindows explorers_;
+    ChromiumLauncher chromium_;
+    ChromiumWindows chromiums_;
+    BrowserChoice choice_;
+};
+
+}  // namespace
 
 // Answers how the run of the command line ended; a program that was started without one played
 // nothing, and ends well.
@@ -26,18 +91,15 @@ int Main(const std::string& command_line) {
     WindowsClock clock;
     WindowsWindowSystem windows(clock);
     Globals globals;
-    ChromiumLauncher launcher(
-        processes, files, clock,
-        {.executable = [&] { return globals.options.browser_path; }, .stop_requested = nullptr});
-    ChromiumWindows browsers(processes, files, clock,
-                             {.executable = [&] { return globals.options.browser_path; },
-                              .debug_address = [&] { return globals.options.debug_address; },
-                              .profile_folder = ProfileFolder(processes, files)});
-    frmIeAuto window(globals, {windows, clock, files, codec, processes, launcher, browsers});
+    const frmIeAuto* main_window = nullptr;
+    Browsers browsers(globals, processes, files, clock,
+                      [&] { return main_window && main_window->Stopping(); });
+    frmIeAuto window(
+        globals, {windows, clock, files, codec, processes, browsers.choice(), browsers.choice()});
+    main_window = &window;
     std::ostream nowhere(nullptr);
     ConsoleReport report(nowhere);
     window.onRecordDone = [&](const RecordReport& record) { report.Record(record); };
-    clock.AddSource([&] { launcher.DeliverEvents(); });
     clock.AddSource([&] { browsers.DeliverEvents(); });
 
     const StartUp start = window.Form_Load(command_line);
