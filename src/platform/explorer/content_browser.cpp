@@ -5,7 +5,7 @@
 
 #include "platform/explorer/box_window.h"
 #include "platform/explorer/content_window.h"
-#include "platform/explorer/explorer_document.h"
+#include "platform/explorer/explorer_element.h"
 #include "platform/explorer/foreground.h"
 
 namespace tamrin {
@@ -66,6 +66,7 @@ int ContentBrowser::PageState() {
 }
 
 bool ContentBrowser::Navigate(const std::string& address) {
+    pages_->fired_click().Settle();
     Look();
     if (!page_) return false;
     const auto location = page_->ObjectOf(page_->object().Get("location"), "location");
@@ -79,6 +80,7 @@ void ContentBrowser::Quit() {
 }
 
 bool ContentBrowser::Busy() {
+    pages_->fired_click().Settle();
     if (BoxOf(window_.frame)) return true;
     Look();
     return page_ && PageState() != kComplete;
@@ -127,6 +129,7 @@ std::uint64_t ContentBrowser::Handle() {
 void ContentBrowser::SetForeground() { BringToForeground(window_.frame); }
 
 std::optional<ScreenPoint> ContentBrowser::ElementScreenPoint(const Element& element) {
+    if (element) pages_->fired_click().ReplaceBy(ExplorerElement::Of(element)->identity());
     return Alive() ? ScreenPointOf(element, window_.content) : std::nullopt;
 }
 

@@ -1,4 +1,6 @@
 // What is done to an element, as its user would.
+#include <algorithm>
+#include <array>
 #include <charconv>
 
 #include "platform/explorer/explorer_element.h"
@@ -15,6 +17,7 @@ bool ExplorerElement::CanAct() const {
 }
 
 bool ExplorerElement::Put(std::string_view property, std::string_view value) {
+    page_->pool().fired_click().Settle();
     if (!CanAct()) return false;
     if (PageMoment* moment = page_->moment()) moment->Forget(identity());
     if (property == "checked") return PutChecked(value == "True");
@@ -85,25 +88,49 @@ bool ExplorerElement::fireEvent(std::string_view event) {
             return true;
         }
     }
-    return event.starts_with("on") && CanAct() && Fire(event.substr(2));
+    FiredClick& fired = page_->pool().fired_click();
+    fired.Settle();
+    if (!event.starts_with("on") || !CanAct()) return false;
+    if (event != "onclick") return Fire(event.substr(2));
+    fired.Set(identity_, [element = *this]() mutable { element.FireClick(); });
+    return true;
+}
+
+void ExplorerElement::FireClick() {
+    // Old documents have a way that only tells the page's handlers. The standards' way also does
+    // what the browser does for a click, if anything.
+    if (page_->IsStandard() && object().Get("fireEvent").Failed()) {
+        if (!HasOwnAction()) Dispatch("click");
+        return;
+    }
+    object().Act("fireEvent", Variant(std::string_view("onclick")));
+}
+
+bool ExplorerElement::HasOwnAction() {
+    constexpr std::array<std::string_view, 7> kActing = {"A",     "AREA",   "BUTTON", "INPUT",
+                                                         "LABEL", "OPTION", "SELECT"};
+    if (std::find(kActing.begin(), kActing.end(), tag_) != kActing.end()) return true;
+    const Element above = page_->ElementOf(object().Get("parentElement"));
+    return above && Of(above)->HasOwnAction();
 }
 
 bool ExplorerElement::Fire(std::string_view type) {
-    // A click that is dispatched by the standards' way also does what the browser does for a click.
-    // Old documents have a way that only tells the page's handlers.
-    const bool only_handlers = type == "click" || !page_->IsStandard();
-    if (only_handlers) {
-        const bool fired = object().Act("fireEvent", Variant("on" + std::string(type)));
-        // Where there is no such way, the click that follows runs the handlers.
-        return fired || (type == "click" && page_->IsStandard()) || type == "input";
-    }
+    if (page_->IsStandard()) return Dispatch(type);
+    // Documents of old know no "input".
+    return object().Act("fireEvent", Variant("on" + std::string(type))) || type == "input";
+}
+
+bool ExplorerElement::Dispatch(std::string_view type) {
     const DispatchObject event =
         page_->ObjectOf(page_->object().Call("createEvent", Variant("HTMLEvents")), "event");
     if (event.Call("initEvent", Variant(type), Variant(true), Variant(true)).Failed()) return false;
     return object().Act("dispatchEvent", Variant(event.object().get()));
 }
 
-bool ExplorerElement::click() { return CanAct() && object().Act("click"); }
+bool ExplorerElement::click() {
+    page_->pool().fired_click().ReplaceBy(identity());
+    return CanAct() && object().Act("click");
+}
 
 void ExplorerElement::scrollIntoView() { object().Call("scrollIntoView"); }
 

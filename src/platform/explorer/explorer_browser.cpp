@@ -4,7 +4,7 @@
 
 #include "platform/explorer/box_window.h"
 #include "platform/explorer/content_window.h"
-#include "platform/explorer/explorer_document.h"
+#include "platform/explorer/explorer_element.h"
 #include "platform/explorer/foreground.h"
 #include "platform/text.h"
 
@@ -39,6 +39,7 @@ bool ExplorerBrowser::Did(HRESULT result, const char* kind, const char* member) 
 }
 
 bool ExplorerBrowser::Navigate(const std::string& address) {
+    pages_->fired_click().Settle();
     if (!browser_) return false;
     Listen();
     Variant url{std::string_view(address)};
@@ -60,6 +61,7 @@ void ExplorerBrowser::Quit() {
 }
 
 bool ExplorerBrowser::Busy() {
+    pages_->fired_click().Settle();
     if (!browser_) return Moving();
     // Asked while a page shows one, the browser itself might not answer.
     if (BoxOf(window_)) return true;
@@ -79,6 +81,7 @@ int ExplorerBrowser::ReadyState() {
 }
 
 bool ExplorerBrowser::Alive() {
+    pages_->fired_click().Settle();
     // A browser that was ended by force tells nothing, but its window is gone. A tab may also have
     // been dragged into another window.
     if (browser_ && window_ && !IsWindow(window_) && !IsWindow(Window())) Lose();
@@ -162,6 +165,8 @@ std::uint64_t ExplorerBrowser::Handle() {
 void ExplorerBrowser::SetForeground() { BringToForeground(Window()); }
 
 std::optional<ScreenPoint> ExplorerBrowser::ElementScreenPoint(const Element& element) {
+    // The mouse is about to click it.
+    if (element) pages_->fired_click().ReplaceBy(ExplorerElement::Of(element)->identity());
     const HWND content = Content();
     return content ? ScreenPointOf(element, content) : std::nullopt;
 }

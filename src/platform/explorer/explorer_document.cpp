@@ -14,17 +14,22 @@ std::string ExplorerDocument::url() { return moment_ ? moment_->url : document_.
 bool ExplorerDocument::hasFocus() { return moment_ || document_.Call("hasFocus").Truth(); }
 
 Element ExplorerDocument::activeElement() {
-    if (!moment_) return ElementOf(document_.Get("activeElement"));
+    if (!moment_) {
+        pool_->fired_click().Settle();
+        return ElementOf(document_.Get("activeElement"));
+    }
     const auto& active = moment_->elements[PageMoment::kActive];
     return active ? active->element : Element();
 }
 
 std::vector<Element> ExplorerDocument::getElementsByTagName(std::string_view tag) {
+    pool_->fired_click().Settle();
     return Elements(document_.Call("getElementsByTagName", Variant(tag)));
 }
 
 NamedElements ExplorerDocument::Named(std::string_view name) {
     NamedElements named;
+    pool_->fired_click().Settle();
     if (name.empty()) return named;  // no element has that name, whatever the browser answers
     const Variant key(name);
     named.by_name = Elements(document_.Call("getElementsByName", key));
@@ -52,9 +57,15 @@ Element ExplorerDocument::InForm(const Element& form, const Variant& name) {
     return {};
 }
 
-std::vector<Element> ExplorerDocument::links() { return Elements(document_.Get("links")); }
+std::vector<Element> ExplorerDocument::links() {
+    pool_->fired_click().Settle();
+    return Elements(document_.Get("links"));
+}
 
-std::vector<Frame> ExplorerDocument::frames() { return FramesOf(*this); }
+std::vector<Frame> ExplorerDocument::frames() {
+    pool_->fired_click().Settle();
+    return FramesOf(*this);
+}
 
 std::unique_ptr<Connection> ExplorerDocument::Connect(DocumentEvents& events) {
     return PageConnection::Make(shared_from_this(), events);

@@ -76,6 +76,7 @@ std::string ExplorerElement::Get(std::string_view property) {
             if (known != then->properties.end()) return known->second;
         }
     }
+    page_->pool().fired_click().SettleBefore(identity());
     return Live(property);
 }
 

@@ -62,6 +62,11 @@ private:
     bool PutOption(std::string_view index);
     bool PutChecked(bool want);
     bool Fire(std::string_view type);
+    bool Dispatch(std::string_view type);
+    // Tells the page of a click that nobody makes.
+    void FireClick();
+    // Whether the browser itself does something for a click on it, or what it stands in.
+    bool HasOwnAction();
 
     std::shared_ptr<ExplorerDocument> page_;
     std::string tag_;

@@ -7,6 +7,7 @@
 #include "platform/explorer/com_calls.h"
 #include "platform/explorer/com_ptr.h"
 #include "platform/explorer/event_queue.h"
+#include "platform/explorer/fired_click.h"
 
 namespace tamrin {
 
@@ -20,6 +21,7 @@ public:
 
     ComCalls& calls() const { return calls_; }
     EventQueue& events() { return events_; }
+    FiredClick& fired_click() { return fired_click_; }
 
     // The page of a document object; null for none and for one that is no HTML document.
     std::shared_ptr<ExplorerDocument> Page(ComPtr<IDispatch> document);
@@ -34,6 +36,7 @@ public:
 private:
     ComCalls& calls_;
     EventQueue events_;
+    FiredClick fired_click_;
     std::map<IUnknown*, std::weak_ptr<ExplorerDocument>> pages_;
 };
 
