@@ -42,6 +42,7 @@ void LoadingBrowser::Tick() {
     if (quits_) {
         quits_ = false;
         page = nullptr;
+        ended_ = true;
         FireOnQuit();
         return;
     }
@@ -116,6 +117,7 @@ LoadingBrowser& ExplorerMachine::Open(const std::string& address) {
 void ExplorerMachine::Tick() {
     const auto now = windows;
     for (const auto& window : now) window->Tick();
+    std::erase_if(windows, [](const auto& window) { return window->ended(); });
 }
 
 }  // namespace tamrin::test

@@ -33,6 +33,8 @@ public:
     void Go(const std::string& address);
     bool Shows(IDispatch* document) const { return SameObject(page.get(), document); }
 
+    bool ended() const { return ended_; }
+
     // Does what it was asked for since the last time.
     void Tick();
 
@@ -44,6 +46,7 @@ private:
     const int& mode_;
     std::deque<std::string> waiting_;
     bool quits_ = false;
+    bool ended_ = false;
 };
 
 // A machine with the browser: its windows, and the pages that a server gives them.
@@ -59,7 +62,7 @@ public:
     void Tick();
 
     PageWorld world;
-    std::vector<ComPtr<LoadingBrowser>> windows;
+    std::vector<ComPtr<LoadingBrowser>> windows;  // that have not ended
     // The document mode of the pages to come. In that of 9 they know the events of the standards
     // and those of old.
     int mode = 9;

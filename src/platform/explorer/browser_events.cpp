@@ -91,8 +91,8 @@ void ExplorerBrowser::NoteError(const EventArguments& arguments) {
 
 void ExplorerBrowser::Lose() {
     if (!browser_) return;
-    if (find_successor_ && GetTickCount64() < may_move_until_)
-        moving_until_ = GetTickCount64() + kMovesForMs;
+    if (find_successor_ && calls_.Now() < may_move_until_)
+        moving_until_ = calls_.Now() + kMovesForMs;
     browser_ = nullptr;
     pages_->KeepOnly(nullptr);
     if (moving_until_ == 0) Tell([](BrowserEvents& events) { events.OnQuit(); });
@@ -103,7 +103,7 @@ void ExplorerBrowser::Lose() {
 bool ExplorerBrowser::Moving() {
     if (moving_until_ == 0) return false;
     browser_ = find_successor_(window_);
-    if (!browser_ && GetTickCount64() < moving_until_) return true;
+    if (!browser_ && calls_.Now() < moving_until_) return true;
     moving_until_ = 0;
     may_move_until_ = 0;
     if (browser_) {

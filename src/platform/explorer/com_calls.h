@@ -26,6 +26,11 @@ public:
 
     std::uint64_t count() const { return count_; }
 
+    // The time by which a browser's own doings are waited for, milliseconds; the system's unless
+    // another clock is given.
+    std::uint64_t Now() const { return now_ ? now_() : GetTickCount64(); }
+    void SetNow(std::function<std::uint64_t()> now) { now_ = std::move(now); }
+
     // The windows of the browsers that are driven.
     void Drive(HWND window);
     void Leave(HWND window);
@@ -40,6 +45,7 @@ public:
 private:
     std::function<void(const std::string&)> write_;
     std::uint64_t count_ = 0;
+    std::function<std::uint64_t()> now_;
     std::vector<HWND> driven_;
     CallLimits limits_;
 };

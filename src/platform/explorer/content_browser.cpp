@@ -35,8 +35,8 @@ ContentBrowser::~ContentBrowser() {
 }
 
 void ContentBrowser::Look() {
-    if (gone_ || !Alive() || GetTickCount64() < look_again_at_ || BoxOf(window_.frame)) return;
-    look_again_at_ = GetTickCount64() + kLookEveryMs;
+    if (gone_ || !Alive() || calls_.Now() < look_again_at_ || BoxOf(window_.frame)) return;
+    look_again_at_ = calls_.Now() + kLookEveryMs;
     auto page = pages_->Page(GetDocumentFromWindow(calls_, window_.content));
     if (page && page != page_) Show(std::move(page));
     if (page_ && !complete_ && PageState() == kComplete) {

@@ -50,8 +50,8 @@ bool ExplorerBrowser::Navigate(const std::string& address) {
         return false;
     // A script address begins no navigation.
     const bool script = StartsWithIgnoreCase(address, "javascript:");
-    begins_until_ = script ? 0 : GetTickCount64() + kBeginsWithinMs;
-    may_move_until_ = GetTickCount64() + kMovesWithinMs;
+    begins_until_ = script ? 0 : calls_.Now() + kBeginsWithinMs;
+    may_move_until_ = calls_.Now() + kMovesWithinMs;
     return true;
 }
 
@@ -71,13 +71,13 @@ bool ExplorerBrowser::Busy() {
     // It refuses calls while it waits for its user.
     if (result == RPC_E_CALL_REJECTED || result == RPC_E_SERVERCALL_RETRYLATER) return true;
     if (known && busy != VARIANT_FALSE) begins_until_ = 0;
-    return (known && busy != VARIANT_FALSE) || GetTickCount64() < begins_until_;
+    return (known && busy != VARIANT_FALSE) || calls_.Now() < begins_until_;
 }
 
 int ExplorerBrowser::ReadyState() {
     READYSTATE state = READYSTATE_UNINITIALIZED;
     if (!browser_ || !Did(browser_->get_ReadyState(&state), "get", "ReadyState")) return 0;
-    return GetTickCount64() < begins_until_ ? READYSTATE_LOADING : state;
+    return calls_.Now() < begins_until_ ? READYSTATE_LOADING : state;
 }
 
 bool ExplorerBrowser::Alive() {
