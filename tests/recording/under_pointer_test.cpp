@@ -1,5 +1,6 @@
 // What the browser tells of the element under a real mouse pointer.
 
+#include <algorithm>
 #include <cstdlib>
 
 #include "conformance/suite.h"
@@ -51,6 +52,15 @@ protected:
         return Told();
     }
 
+    // Whether the page and all frames in it can be reached.
+    bool Loaded() {
+        const auto outer = window_->document().frames();
+        return outer.size() == 2 && std::all_of(outer.begin(), outer.end(), [](const Frame& frame) {
+                   const auto inner = frame.document.frames();
+                   return inner.size() == 1 && inner[0].document.Named("deep").by_id;
+               });
+    }
+
     WebReply Answer(const WebRequest& request) const {
         const std::string other = "http://localhost:" + std::to_string(server_.port());
         const std::string leaf = "<input id=deep>";
@@ -82,7 +92,7 @@ protected:
 
 TEST_F(UnderPointerTest, FollowsTheFramesOfEverySite) {
     ASSERT_TRUE(window_);
-    ASSERT_TRUE(Wait([this] { return window_->ReadyState() == 4 && !window_->Busy(); }));
+    ASSERT_TRUE(Wait([this] { return Loaded(); }));
     RecordingTest::Pass(500);  // the window is put to its place
     clock_.DoEvents();
     const Document page = window_->document();
@@ -110,6 +120,12 @@ TEST_F(UnderPointerTest, FollowsTheFramesOfEverySite) {
             EXPECT_EQ(elements.back().Get("outerHTML"), "<input id=\"deep\">");
         }
     }
+    // Another tab hides the page from a pointer that stays.
+    EXPECT_EQ(PointAt(by_id(page, "field"), "INPUT.field"), "INPUT.field");
+    RecordingTest::desk().Press({"ctrl+t"});
+    EXPECT_TRUE(Wait([this] { return Told().empty(); })) << Told();
+    RecordingTest::desk().Press({"ctrl+w"});
+    EXPECT_TRUE(Wait([this] { return Told() == "INPUT.field"; })) << Told();
     RecordingTest::desk().MoveTo({1279, 999});
     EXPECT_TRUE(Wait([this] { return Told().empty(); })) << Told();
 }
