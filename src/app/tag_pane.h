@@ -24,6 +24,10 @@ public:
         tags_.elements.clear();
     }
 
+    // Adds a record of the page of a window to the list, below the current line; at the end while
+    // the list is being recorded. An empty list gets the record that opens the page before it.
+    void AddRecord(Browser& browser, const std::string& record);
+
 private:
     void Timer2_Timer();
     void Timer3_Timer();
