@@ -100,7 +100,7 @@ void ReadOtherFacts(const std::vector<Element>& path, ElementFacts& facts) {
     facts[kHtml] = HidePasswords(path.back().Get("outerHTML"));
 }
 
-std::string HidePasswords(std::string html) {
+std::string HidePasswords(const std::string& html) {
     constexpr std::string_view kTagStart = "<input";
     std::string shown;
     std::size_t copied = 0;

@@ -21,6 +21,6 @@ ElementFacts KeysOf(const std::vector<Element>& path);
 void ReadOtherFacts(const std::vector<Element>& path, ElementFacts& facts);
 
 // HTML with dots in place of the value of each password field.
-std::string HidePasswords(std::string html);
+std::string HidePasswords(const std::string& html);
 
 }  // namespace tamrin
