@@ -18,7 +18,8 @@ public:
     TagPane(Globals& globals, MainControls& controls, RecordEditor& records,
             std::function<std::shared_ptr<Browser>()> page);
 
-    // The page is another one: its elements are let go, and it is listed anew when the list is seen.
+    // The page is another one: its elements are let go, and it is listed anew when the list is
+    // seen.
     void Outdate() {
         outdated_ = true;
         tags_.elements.clear();
