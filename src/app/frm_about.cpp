@@ -2,33 +2,51 @@
 
 #include <array>
 
+#include "app/license_text.h"
+#include "app/lines.h"
+
 namespace tamrin {
 namespace {
 
 constexpr auto kControls = std::to_array<ControlSpec>({
-    {ControlKind::kLabel, "lblTitle", -1, "", "", {16, 16, 328, 20}},
+    {ControlKind::kLabel, "lblTitle", -1, "", "", {16, 14, 508, 20}},
     {ControlKind::kLabel,
      "lblDescription",
      -1,
      "ブラウザーの操作を記録し、再生します。",
      "",
-     {16, 42, 328, 20}},
+     {16, 38, 508, 20}},
+    {ControlKind::kLabel,
+     "lblLicense",
+     -1,
+     "MIT License で利用できます。含まれている著作物のライセンスもあわせて示します。",
+     "",
+     {16, 62, 508, 20}},
+    {ControlKind::kTextBox,
+     "txtLicense",
+     -1,
+     "",
+     "",
+     {16, 86, 508, 280},
+     kFixed,
+     kReadOnly | kMultiLine},
     {ControlKind::kButton,
      "cmdSysInfo",
      -1,
      "システム情報(&S)...",
      "システム情報のツールを開きます。",
-     {16, 82, 150, 26}},
-    {ControlKind::kButton, "cmdOk", -1, "Ok", "", {252, 82, 92, 26}, kFixed, kDefault | kCancel},
+     {16, 378, 150, 26}},
+    {ControlKind::kButton, "cmdOk", -1, "Ok", "", {432, 378, 92, 26}, kFixed, kDefault | kCancel},
 });
 
-const FormSpec kSpec{"frmAbout", "バージョン情報", 360, 120, kControls};
+const FormSpec kSpec{"frmAbout", "バージョン情報", 540, 416, kControls};
 
 }  // namespace
 
 frmAbout::frmAbout(WindowSystem& windows, const std::string& version)
     : windows_(windows), form_(windows.Create(kSpec)) {
     form_->Find("lblTitle").SetText("Tamrin " + version);
+    form_->Find("txtLicense").SetText(JoinLines(SplitLines(LicenseText())));
     form_->Find("cmdOk").onClick = [this] { form_->Close(); };
     form_->Find("cmdSysInfo").onClick = [this] { cmdSysInfo_Click(); };
     form_->Find("cmdOk").SetFocus();

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "app/frm_tools.h"
 #include "app/paths.h"
 #include "app/run_log.h"
 #include "player/input_data.h"
@@ -63,6 +64,7 @@ void frmIeAuto::BindEvents() {
     form_->onUnload = [this] {
         closed_ = true;
         splash_.reset();
+        if (tools_) tools_->Close();
         globals_.activity.clear();
         HoldBrowser(nullptr);
         recording_.ForgetRecovery();

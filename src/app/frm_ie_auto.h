@@ -25,6 +25,8 @@
 
 namespace tamrin {
 
+class frmTools;
+
 // How start-up dealt with the scenario of the command line.
 enum class StartUp { kDone, kParameterError, kNoScenario };
 
@@ -115,6 +117,7 @@ private:
     void BindMenus();
     void mnuRepeat_Click();
     void mnuSetting_Click();
+    void mnuTools_Click();
 
     void BindEvents();
     bool Form_QueryUnload();
@@ -133,6 +136,7 @@ private:
     PlayerMaker player_maker_;
     RecordCommands recording_;
     std::optional<frmSplash> splash_;
+    std::unique_ptr<frmTools> tools_;  // null before it is opened first
     Player player_;
     std::string title_;  // the caption while nothing is played
     bool playing_ = false;

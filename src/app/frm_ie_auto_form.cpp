@@ -99,6 +99,7 @@ constexpr auto kMenus = std::to_array<MenuSpec>({
     {1, "mnuStop", "停止(&S)", "Shift+F5, Esc", kDisabled},
     {1, "mnuRunSpc1", "-"},
     {1, "mnuRecBrowser", "記録用ブラウザーを開く(&B)", "Ctrl+B"},
+    {1, "mnuTools", "タグ解析(&T)...", "Ctrl+T"},
     {1, "mnuRunSpc2", "-"},
     {1, "mnuRepeat", "再生回数変更：現在値 1 回"},
     {0, "mnuView", "表示(&V)"},

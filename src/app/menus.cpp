@@ -2,6 +2,7 @@
 #include "app/frm_ie_auto.h"
 #include "app/frm_input.h"
 #include "app/frm_setting.h"
+#include "app/frm_tools.h"
 
 namespace tamrin {
 
@@ -36,6 +37,7 @@ void frmIeAuto::BindMenus() {
 
     bind("mnuRec", [this] { recording_.cmdRec_Click(); });
     bind("mnuRecBrowser", [this] { recording_.mnuRecBrowser_Click(); });
+    bind("mnuTools", [this] { mnuTools_Click(); });
     bind("mnuPlay", [this] { cmdPlay_Click(); });
     bind("mnuStop", [this] { cmdStop_Click(); });
 
@@ -61,6 +63,14 @@ void frmIeAuto::mnuRepeat_Click() {
     if (!count) return;
     globals_.settings.play_count = *count;
     display_.Apply();
+}
+
+void frmIeAuto::mnuTools_Click() {
+    if (tools_ && !tools_->closed()) {
+        tools_->Activate();
+    } else {
+        tools_ = std::make_unique<frmTools>(globals_, platform_, *form_, recording_);
+    }
 }
 
 void frmIeAuto::mnuSetting_Click() {

@@ -38,9 +38,7 @@ RecordCommands::RecordCommands(Globals& globals, const Platform& platform, Form&
       attachment_(globals, platform.browsers, controls.txtUrl, controls.txthWnd),
       recorder_(globals, platform.clock, *this),
       recovery_(platform.files, platform.codec),
-      tags_(globals, controls, records, [this] {
-          return globals_.ActivityContains("rec") ? recorder_.browser() : attachment_.browser();
-      }) {
+      tags_(globals, controls, records, [this] { return Page(); }) {
     controls_.tmrStop.onTimer = [this] { Stop(); };
 }
 
@@ -71,6 +69,10 @@ void RecordCommands::Begin() {
     controls_.optDispNothing.SetChecked(true);
     controls_.lstCsv.SetListIndex(-1);
     Start(attachment_.browser(), kind, recovery_.DefaultPath());
+}
+
+std::shared_ptr<Browser> RecordCommands::Page() const {
+    return globals_.ActivityContains("rec") ? recorder_.browser() : attachment_.browser();
 }
 
 bool RecordCommands::Attached() const {

@@ -43,6 +43,14 @@ public:
     // over yet; onStopped then tells when it is.
     bool Stop();
 
+    // The window that is recorded, or else attached; null when there is none.
+    std::shared_ptr<Browser> Page() const;
+
+    // Adds a record of the page of a window to the list.
+    void AddRecord(Browser& browser, const std::string& record) {
+        tags_.AddRecord(browser, record);
+    }
+
     // Whether the recorded window is still open.
     bool BrowserOpen() const { return recorder_.browser() != nullptr; }
 

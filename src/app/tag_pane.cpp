@@ -2,9 +2,7 @@
 
 #include <utility>
 
-#include "browser/find_element.h"
-#include "browser/find_link.h"
-#include "platform/text.h"
+#include "player/record_target.h"
 #include "recorder/event_record.h"
 #include "scenario/record.h"
 
@@ -13,14 +11,9 @@ namespace {
 
 // The element that a record names, null when the page has none.
 Element ElementOfRecord(const Document& document, std::string_view record) {
-    const std::string id = GetRecordItem(record, "id");
-    const std::string type = GetRecordItem(record, "type");
-    const std::string indt = DecodeItemValue(GetRecordItem(record, "indt"));
-    if (id.empty() && type.empty()) return Element();
-    Element element = FindThroughFrames(
-        document, [&](const Document& page) { return FindElement(page, id, type, indt); });
-    if (element || !EqualsIgnoreCase(type, "href")) return element;
-    return FindLinkByHref(document, indt).link;
+    const bool named =
+        !GetRecordItem(record, "id").empty() || !GetRecordItem(record, "type").empty();
+    return named ? FindRecordTarget(document, record).element : Element();
 }
 
 }  // namespace
@@ -63,7 +56,6 @@ Element TagPane::Chosen() const {
 
 void TagPane::lstDetail_Click() { Chosen().Outline(); }
 
-// The record stands below the current one; at the end while the list is being recorded.
 void TagPane::lstDetail_DblClick() {
     const std::shared_ptr<Browser> browser = page_();
     const Element element = Chosen();
@@ -73,10 +65,14 @@ void TagPane::lstDetail_DblClick() {
         controls_.txtStatus.SetText("All null data event!");
         return;
     }
+    AddRecord(*browser, record);
+}
+
+void TagPane::AddRecord(Browser& browser, const std::string& record) {
     ListBox& list = controls_.lstDtList;
     std::vector<std::string> lines;
-    if (list.Count() == 0) {
-        lines.push_back(BuildUrlRecord(browser->State(), browser->document().url()));
+    if (list.Count() == 0 && browser.Alive()) {
+        lines.push_back(BuildUrlRecord(browser.State(), browser.document().url()));
     }
     lines.push_back(record);
     const bool at_end = globals_.ActivityContains("rec") || list.ListIndex() < 0;

@@ -18,11 +18,16 @@ public:
     TagPane(Globals& globals, MainControls& controls, RecordEditor& records,
             std::function<std::shared_ptr<Browser>()> page);
 
-    // The page is another one: its elements are let go, and it is listed anew when the list is seen.
+    // The page is another one: its elements are let go, and it is listed anew when the list is
+    // seen.
     void Outdate() {
         outdated_ = true;
         tags_.elements.clear();
     }
+
+    // Adds a record of the page of a window to the list, below the current line; at the end while
+    // the list is being recorded. An empty list gets the record that opens the page before it.
+    void AddRecord(Browser& browser, const std::string& record);
 
 private:
     void Timer2_Timer();

@@ -19,6 +19,20 @@ namespace tamrin {
 Element FindElement(const Document& document, std::string_view id, std::string_view type,
                     std::string_view indt);
 
+// What one of these searches accepts in a page.
+struct FoundElement {
+    Element element;  // the first, which is the answer; null when no search accepts one
+    int search = 0;   // its number as above, 0 when none does
+    int count = 0;    // how many elements it accepts
+};
+
+// The same search, which goes on to count what else it accepts.
+FoundElement CountElements(const Document& document, std::string_view id, std::string_view type,
+                           std::string_view indt);
+
+// The radio button of that name and value; null when there is none.
+Element FindRadio(const Document& document, std::string_view group, std::string_view value);
+
 // The first element with that tag ("*" for any) whose GetValue equals `indt`; null when none does.
 Element FindByValue(const Document& document, std::string_view tag, std::string_view indt);
 

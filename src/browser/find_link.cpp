@@ -38,25 +38,25 @@ void TakeFirstByText(const std::vector<Element>& links, std::string_view target,
     const std::string text = Folded(target);
     for (const Element& link : links) {
         if (!EqualsIgnoreCase(Folded(link.innerText()), text)) continue;
+        if (match.alike++ > 0) continue;
         match.count = 1;
         match.link = link;
-        return;
     }
 }
 
 using Match = void (*)(const std::vector<Element>& links, std::string_view target,
                        LinkMatch& match);
 
-// Matches the links of each frame and answers the frame element that holds the last match.
-Element MatchInFrames(const std::vector<Frame>& frames, Match match_links, std::string_view target,
-                      LinkMatch& match) {
-    Element holder;
+// Matches the links of each frame and keeps the frame element that holds the last match. A text is
+// looked for in the frames behind its first match no more.
+void MatchInFrames(const std::vector<Frame>& frames, Match match_links, std::string_view target,
+                   LinkMatch& match) {
     for (const Frame& frame : frames) {
         const int before = match.count;
         match_links(frame.document.links(), target, match);
-        if (match.count > before) holder = frame.element;
+        if (match.count > before) match.holder = frame.element;
+        if (match.alike > 0) return;
     }
-    return holder;
 }
 
 }  // namespace
@@ -66,7 +66,7 @@ bool IsFullUrl(std::string_view text) {
            text.starts_with("ftp://");
 }
 
-LinkMatch FindLinkByHref(const Document& document, std::string_view target) {
+LinkMatch MatchLink(const Document& document, std::string_view target) {
     LinkMatch match;
     const std::vector<Element> links = document.links();
     if (IsFullUrl(target)) {
@@ -74,20 +74,22 @@ LinkMatch FindLinkByHref(const Document& document, std::string_view target) {
     } else {
         TakeFirstByText(links, target, match);
     }
-    Element holder;
-    if (match.count == 0) {
-        const std::vector<Frame> frames = document.frames();
-        holder = MatchInFrames(frames, CountByHref, target, match);
-        if (match.count == 0 && !IsFullUrl(target)) {
-            holder = MatchInFrames(frames, TakeFirstByText, target, match);
-        }
+    if (match.count > 0) return match;
+    const std::vector<Frame> frames = document.frames();
+    MatchInFrames(frames, CountByHref, target, match);
+    if (match.count == 0 && !IsFullUrl(target)) {
+        MatchInFrames(frames, TakeFirstByText, target, match);
     }
-    if (match.count != 1) return match;
+    return match;
+}
 
+LinkMatch FindLinkByHref(const Document& document, std::string_view target) {
+    LinkMatch match = MatchLink(document, target);
+    if (match.count != 1) return match;
     match.link.scrollIntoView();
     match.rect = match.link.getBoundingClientRect();
-    if (match.rect && holder) {
-        const Rect outer = holder.getBoundingClientRect().value_or(Rect());
+    if (match.rect && match.holder) {
+        const Rect outer = match.holder.getBoundingClientRect().value_or(Rect());
         match.rect->left += outer.left;
         match.rect->top += outer.top;
         match.rect->right += outer.left;

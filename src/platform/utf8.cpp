@@ -75,4 +75,10 @@ std::string ValidUtf8(std::string_view text) {
     return valid;
 }
 
+std::size_t CutLength(std::string_view text, std::size_t most) {
+    if (text.size() <= most) return text.size();
+    while (most > 0 && (static_cast<unsigned char>(text[most]) & 0xC0U) == 0x80U) --most;
+    return most;
+}
+
 }  // namespace tamrin

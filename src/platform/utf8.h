@@ -32,6 +32,9 @@ Utf8Character ReadUtf8(std::string_view text, std::size_t at);
 // Appends the character; one that is no scalar value is appended as U+FFFD.
 void AppendUtf8(std::string& text, char32_t code);
 
+// How many bytes of a valid text, `most` at most, make whole characters.
+std::size_t CutLength(std::string_view text, std::size_t most);
+
 // Answers the text with every byte that belongs to no valid character replaced by U+FFFD.
 std::string ValidUtf8(std::string_view text);
 

@@ -28,6 +28,9 @@ public:
     virtual std::string ClipboardText() const = 0;
     virtual bool SetClipboardText(const std::string& text) = 0;
 
+    // Whether the user holds a Ctrl key down, whichever window has the keyboard.
+    virtual bool CtrlHeld() const = 0;
+
     // Opens a file or folder, or starts a program, as a double click on it would. False when the
     // system has nothing to open it with.
     virtual bool ShellOpen(const std::string& path) = 0;

@@ -14,18 +14,6 @@
 #include "scenario/record.h"
 
 namespace tamrin {
-namespace {
-
-Element RadioWithValue(const Document& page, std::string_view group, std::string_view value) {
-    for (const Element& button : page.Named(group).by_name) {
-        if (button.value() == value && EqualsIgnoreCase(GetElementType(button), "radio")) {
-            return button;
-        }
-    }
-    return Element();
-}
-
-}  // namespace
 
 std::string RecordExecutor::Expand(std::string_view field, bool as_keys) {
     const auto clipboard = [&] {
@@ -192,7 +180,7 @@ StepResult RecordExecutor::SetChecked(const Element& element, const Fields& reco
     const std::string& value = checked ? record.radio_value : record.indt;
     if (!value.empty() && EqualsIgnoreCase(GetElementType(element), "radio")) {
         target = FindThroughFrames(browser_->document(), [&](const Document& page) {
-            return RadioWithValue(page, element.name(), value);
+            return FindRadio(page, element.name(), value);
         });
         if (target && !checked) checked = true;
     }

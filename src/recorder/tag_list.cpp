@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "browser/element_keys.h"
+#include "platform/utf8.h"
 #include "recorder/event_record.h"
 #include "recorder/field_kinds.h"
 
@@ -14,11 +15,7 @@ constexpr std::size_t kMostValue = 200;
 
 // A text that does not break the line or its columns.
 std::string OneLine(std::string text) {
-    if (text.size() > kMostValue) {
-        std::size_t end = kMostValue;
-        while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) --end;
-        text.resize(end);
-    }
+    text.resize(CutLength(text, kMostValue));
     std::replace_if(
         text.begin(), text.end(), [](char c) { return c == '\t' || c == '\r' || c == '\n'; }, ' ');
     return text;
@@ -43,6 +40,14 @@ TagList ListTags(const Document& document) {
         list.lines.push_back(Line(list.lines.size() + 1, element));
     }
     return list;
+}
+
+Element RecordedElement(const Element& element) {
+    for (Element at = element; at; at = at.parentElement()) {
+        const FieldKind kind = FieldKindOf(GetElementType(at));
+        if (kind != FieldKind::kUntyped && kind != FieldKind::kOther) return at;
+    }
+    return element;
 }
 
 std::string RecordOfElement(const Element& element) {

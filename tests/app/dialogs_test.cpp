@@ -241,6 +241,11 @@ TEST_F(DialogTest, TheAboutBoxStartsTheSystemInformation) {
     dialogs.answers = {Answer::kOk};
     Open("mnuAbout", "frmAbout", [](HeadlessForm& dialog) {
         EXPECT_EQ(dialog.Find("lblTitle").Text(), "Tamrin 0.10");
+        const std::string licenses = dialog.Find("txtLicense").Text();
+        for (const char* part : {"MIT License\r\n", "Boost Software", "Niels Lohmann",
+                                 "GCC RUNTIME LIBRARY EXCEPTION", "the mingw-w64 project"}) {
+            EXPECT_NE(licenses.find(part), std::string::npos) << part;
+        }
         dialog.Click("cmdSysInfo");
         dialog.Click("cmdOk");
     });

@@ -64,6 +64,31 @@ TEST_F(FindElementTest, TriesItsSearchesInOrder) {
     }
 }
 
+TEST_F(FindElementTest, CountsWhatTheSearchThatFoundItAccepts) {
+    struct Row {
+        const char* html;
+        const char* id;
+        const char* type;
+        int search;
+        int count;
+    };
+    const Row rows[] = {
+        {"<input type=submit><p></p><input type=submit>", "", "submit", 1, 2},
+        {"<input name=n type=text><input name=n type=radio><input name=n type=TEXT>", "n", "text",
+         2, 2},
+        {"<div id=n></div><p name=n></p>", "n", "text", 3, 1},
+        {"<p name=n></p><p name=n></p>", "n", "text", 4, 2},
+        {"<form><p id=m></p><input id=x type=hidden></form>", "x", "", 0, 0},
+    };
+    for (const Row& row : rows) {
+        const Document page = Page(row.html);
+        const FoundElement found = CountElements(page, row.id, row.type, "");
+        EXPECT_EQ(found.search, row.search) << row.html;
+        EXPECT_EQ(found.count, row.count) << row.html;
+        EXPECT_EQ(found.element, FindElement(page, row.id, row.type, "")) << row.html;
+    }
+}
+
 TEST_F(FindElementTest, AsksThePageOnceForARecordWithAnId) {
     Find("<input id=n type=text><form><input name=m></form>", "missing", "text");
     EXPECT_EQ(web.lookups, 1);

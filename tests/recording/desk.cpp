@@ -38,6 +38,10 @@ void Desk::Click(Point where) const {
     Do({"xdotool", "mousemove", std::to_string(where.x), std::to_string(where.y), "click", "1"});
 }
 
+void Desk::MoveTo(Point where) const {
+    Do({"xdotool", "mousemove", std::to_string(where.x), std::to_string(where.y)});
+}
+
 void Desk::Press(const std::vector<std::string>& strokes) const {
     std::vector<std::string> command{"xdotool", "key", "--delay", "4"};
     command.insert(command.end(), strokes.begin(), strokes.end());

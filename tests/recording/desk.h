@@ -21,6 +21,7 @@ public:
     Desk();
 
     void Click(Point where) const;
+    void MoveTo(Point where) const;
     // Strokes of keys as xdotool names them ("Tab", "shift+Tab", "a"), one after the other.
     void Press(const std::vector<std::string>& strokes) const;
     // Letters that the keyboard has.

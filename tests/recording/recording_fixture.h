@@ -20,6 +20,12 @@ using Lines = std::vector<std::string>;
 
 // A user who works on pages in a real browser, while the real program records it.
 class RecordingTest : public testing::Test {
+public:
+    static void Pass(int milliseconds);
+
+    // The desk of all tests of the program.
+    static Desk& desk();
+
 protected:
     RecordingTest();
     ~RecordingTest() override;
@@ -61,10 +67,6 @@ protected:
     void Interrupt() const { program_->Signal(SIGINT); }
     int Wait() { return program_->Wait(); }
     const std::string& output() const { return program_->output(); }
-
-    static void Pass(int milliseconds);
-
-    static Desk& desk();
 
 private:
     // Of the page's elements, on the screen.

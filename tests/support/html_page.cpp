@@ -106,6 +106,14 @@ std::string Node::InnerText() const {
     return result;
 }
 
+std::string Node::OuterHtml() const {
+    std::string html = "<" + tag;
+    for (const auto& [name, attribute] : attributes) html += " " + name + "=\"" + attribute + "\"";
+    html += ">" + text;
+    for (const auto& child : children) html += child->OuterHtml();
+    return html + "</" + tag + ">";
+}
+
 std::vector<Node*> Node::Below(std::string_view tag_name) {
     std::vector<Node*> result;
     for (const auto& child : children) {

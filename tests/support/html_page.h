@@ -24,6 +24,7 @@ struct Node {
     std::string Attribute(const std::string& name) const;
     bool Has(const std::string& name) const { return attributes.contains(name); }
     std::string InnerText() const;
+    std::string OuterHtml() const;
     std::vector<Node*> Below(std::string_view tag_name);  // "*" for all, in document order
 };
 

@@ -128,6 +128,19 @@ std::optional<ScreenPoint> ScriptedBrowser::ElementScreenPoint(const Element& el
     return ScreenPoint{100, 100};
 }
 
+std::vector<Element> ScriptedBrowser::UnderPointer() {
+    ++pointer_questions;
+    std::vector<Element> path;
+    std::shared_ptr<ScriptedPage> at = alive_ ? page_ : nullptr;
+    for (const std::string& name : pointer) {
+        Node* const node = at ? at->Find(name) : nullptr;
+        if (!node) break;
+        path.push_back(at->MakeElement(*node));
+        at = path.size() < pointer.size() ? at->FramePage(*node) : nullptr;
+    }
+    return path;
+}
+
 std::unique_ptr<Connection> ScriptedBrowser::Connect(BrowserEvents& events) {
     return std::make_unique<Subscription>(shared_from_this(), events);
 }

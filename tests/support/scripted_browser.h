@@ -87,6 +87,7 @@ public:
     std::uint64_t Handle() override { return alive_ ? handle : 0; }
     void SetForeground() override { ++brought_to_front; }
     std::optional<ScreenPoint> ElementScreenPoint(const Element& element) override;
+    std::vector<Element> UnderPointer() override;
     std::unique_ptr<Connection> Connect(BrowserEvents& events) override;
 
     // The window goes away as if killed.
@@ -97,6 +98,9 @@ public:
     WindowState state{{0, 0, 1024, 768}, {true, true, true, true}, false};
     std::uint64_t handle = 1;
     int brought_to_front = 0;
+    // Where the user's pointer stands: the names of the frames and of the element.
+    std::vector<std::string> pointer;
+    int pointer_questions = 0;
 
     // Tells the subscribers in DoEvents.
     void Tell(std::function<void(BrowserEvents&)> event);

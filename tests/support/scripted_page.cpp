@@ -36,6 +36,7 @@ public:
         if (property == "checked") return state->checked ? "True" : "False";
         if (property == "selectedIndex") return std::to_string(state->selected);
         if (property == "innerText") return node_.InnerText();
+        if (property == "outerHTML") return node_.OuterHtml();
         if (property == "length") return std::to_string(node_.Below("OPTION").size());
         return node_.Attribute(std::string(property));
     }

@@ -32,6 +32,10 @@ std::optional<ScreenPoint> ChromiumBrowser::ElementScreenPoint(const Element& el
     return own && &own->document().tab() == tab_.get() ? own->ToScreen() : std::nullopt;
 }
 
+std::vector<Element> ChromiumBrowser::UnderPointer() {
+    return document() ? document_->UnderPointer() : std::vector<Element>();
+}
+
 std::uint64_t ChromiumBrowser::Handle() {
     return tab_->Alive() ? static_cast<std::uint64_t>(tab_->window()) : 0;
 }

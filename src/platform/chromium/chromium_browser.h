@@ -5,11 +5,12 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "platform/browser.h"
 #include "platform/chromium/chromium_document.h"
-#include "platform/subscribers.h"
 #include "platform/chromium/tab.h"
+#include "platform/subscribers.h"
 
 namespace tamrin {
 
@@ -37,6 +38,8 @@ public:
     // The browser's own number for the window: it tells no handles of the system.
     std::uint64_t Handle() override;
     std::optional<ScreenPoint> ElementScreenPoint(const Element& element) override;
+    // One round trip, and one more for each frame that the pointer is in.
+    std::vector<Element> UnderPointer() override;
     std::unique_ptr<Connection> Connect(BrowserEvents& events) override {
         return subscribers_.Connect(events);
     }

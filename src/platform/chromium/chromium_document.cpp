@@ -18,6 +18,8 @@ std::string CallOf(std::string_view function, std::string_view argument) {
 // The rows of a moment: the active element, its parent, its form and the form's default button.
 constexpr std::size_t kMomentRows = 4;
 
+constexpr const char* kHovered = "tamrin.hovered()";
+
 }  // namespace
 
 ChromiumDocument::ChromiumDocument(std::shared_ptr<Tab> tab, std::string agent,
@@ -130,6 +132,43 @@ Document ChromiumDocument::FrameDocument(
             std::make_shared<ChromiumDocument>(tab_, agent, position, std::move(holder)));
     }
     return Document();
+}
+
+std::vector<Element> ChromiumDocument::UnderPointer() {
+    // What a page answers: its place among the frames, and one element with the keys of frames().
+    constexpr std::size_t kRows = 2;
+    std::vector<Element> path;
+    Hovered at{shared_from_this(), Run(kHovered).fields};
+    while (at.page) {
+        const auto count = static_cast<std::size_t>(at.fields.Int(1));
+        const auto list = std::make_shared<ElementList>(at.page, std::move(at.fields),
+                                                        ElementList::Kind::kFrames, kRows, count);
+        if (list->size() == 0) break;
+        path.emplace_back(list->At(0));
+        const auto index = list->fields().Text(list->Field(0, ElementList::kFrameIndex));
+        if (index.empty()) break;
+        at = at.page->HoveredIn(list->At(0), at.page->position_ + "." + std::string(index));
+    }
+    return path;
+}
+
+// Of the pages that may be in the frame it is the one that says so itself.
+ChromiumDocument::Hovered ChromiumDocument::HoveredIn(std::shared_ptr<ChromiumElement> holder,
+                                                      const std::string& position) const {
+    const FrameInfo* own = tab_->frames().WithAgent(agent_);
+    if (!own) return {};
+    std::vector<std::pair<std::string, std::string>> questions;
+    for (const FrameInfo* child : tab_->frames().MaybeChildren(own->id)) {
+        questions.emplace_back(child->agent, kHovered);
+    }
+    std::vector<AgentAnswer> answers = tab_->RunAll(questions);
+    for (std::size_t i = 0; i < answers.size(); ++i) {
+        if (answers[i].fields.Text(0) != position) continue;
+        return {std::make_shared<ChromiumDocument>(tab_, questions[i].first, position,
+                                                   std::move(holder)),
+                std::move(answers[i].fields)};
+    }
+    return {};
 }
 
 std::unique_ptr<Connection> ChromiumDocument::Connect(DocumentEvents& events) {

@@ -55,6 +55,9 @@ public:
     // button.
     Element InMoment(std::size_t row);
 
+    // The element under the pointer behind the frames that lead there, as Browser::UnderPointer.
+    std::vector<Element> UnderPointer();
+
     // Notes a write to an element, and tells whether there was one since a moment of the tab.
     void NoteWrite(int number);
     bool WrittenSince(int number, std::uint64_t moment) const;
@@ -70,6 +73,13 @@ public:
                                         double y) const;
 
 private:
+    // A page and its answer about the pointer.
+    struct Hovered {
+        std::shared_ptr<ChromiumDocument> page;
+        FieldBlock fields;
+    };
+    Hovered HoveredIn(std::shared_ptr<ChromiumElement> holder, const std::string& position) const;
+
     std::vector<Element> Collection(std::string expression, ElementList::Kind kind);
     // The agent of a frame by its position; "" when its page cannot be reached.
     Document FrameDocument(const std::vector<std::pair<std::string, std::string>>& agents,

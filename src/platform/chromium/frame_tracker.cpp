@@ -1,6 +1,7 @@
 #include "platform/chromium/frame_tracker.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tamrin {
 
@@ -47,20 +48,43 @@ void FrameTracker::UrlChanged(const std::string& id, const std::string& url) {
 
 void FrameTracker::AgentCame(const std::string& session, const std::string& id,
                              const std::string& agent, int context) {
+    const FrameInfo* known = WithId(id);
+    std::vector<AgentContext> earlier;
+    if (known && known->session != session) {
+        earlier = known->earlier;
+        if (!known->agent.empty()) {
+            earlier.push_back({known->session, known->context, known->agent});
+        }
+    }
     FrameInfo& frame = Of(session, id);
     frame.agent = agent;
     frame.context = context;
+    frame.earlier = std::move(earlier);
 }
 
 void FrameTracker::AgentWent(const std::string& session, int context) {
-    for (FrameInfo& frame : frames_) {
-        if (frame.session == session && frame.context == context) frame.agent.clear();
-    }
+    RemoveAgents(
+        [&](const std::string& in, int number) { return in == session && number == context; });
 }
 
 void FrameTracker::AgentsWent(const std::string& session) {
+    RemoveAgents([&](const std::string& in, int) { return in == session; });
+}
+
+void FrameTracker::RemoveAgents(
+    const std::function<bool(const std::string& session, int context)>& gone) {
     for (FrameInfo& frame : frames_) {
-        if (frame.session == session) frame.agent.clear();
+        std::erase_if(frame.earlier, [&](const AgentContext& agent) {
+            return gone(agent.session, agent.context);
+        });
+        if (!gone(frame.session, frame.context)) continue;
+        frame.agent.clear();
+        if (frame.earlier.empty()) continue;
+        const AgentContext last = std::move(frame.earlier.back());
+        frame.earlier.pop_back();
+        frame.session = last.session;
+        frame.context = last.context;
+        frame.agent = last.agent;
     }
 }
 

@@ -1,10 +1,18 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace tamrin {
+
+// The context of a page agent: its id within a session, and its unique one.
+struct AgentContext {
+    std::string session;
+    int context = 0;
+    std::string agent;
+};
 
 // One frame of a tab; the top page is one, too.
 struct FrameInfo {
@@ -14,6 +22,10 @@ struct FrameInfo {
     std::string url{};     // "" where it is not known
     std::string agent{};   // the unique id of the page agent's context; "" while there is none
     int context = 0;       // the same context's id within its session
+    // Agents that a later one has taken the place of and that have not gone yet. A page that comes
+    // to a session of its own leaves one in the old session that may be told of behind its own:
+    // when that goes, its own is the frame's again.
+    std::vector<AgentContext> earlier{};
 };
 
 // The frames of a tab and the page agents in them, told from the browser's events. Pages of other
@@ -49,6 +61,7 @@ public:
 
 private:
     FrameInfo& Of(const std::string& session, const std::string& id);
+    void RemoveAgents(const std::function<bool(const std::string& session, int context)>& gone);
     void RemoveBelow(const std::string& id);
 
     std::vector<FrameInfo> frames_;  // the top frame is the first

@@ -13,7 +13,7 @@
 namespace tamrin {
 
 // Forms in memory on a screen of 1280 x 1024 pixels at 96 dots per inch. There is no clipboard but
-// the text that was set, and nothing to open a path with.
+// the text that was set, no keyboard, and nothing to open a path with.
 class HeadlessWindowSystem : public WindowSystem {
 public:
     explicit HeadlessWindowSystem(Dialogs& dialogs) : dialogs_(dialogs) {}
@@ -28,6 +28,7 @@ public:
         clipboard_ = text;
         return true;
     }
+    bool CtrlHeld() const override { return ctrl_held_; }
     bool ShellOpen(const std::string& path) override {
         opened_.push_back(path);
         return false;
@@ -42,6 +43,8 @@ public:
     // The form of that name made last that still exists, null when there is none.
     HeadlessForm* FindForm(std::string_view name);
 
+    void HoldCtrl(bool held) { ctrl_held_ = held; }
+
     // What was to be opened, in order.
     const std::vector<std::string>& opened() const { return opened_; }
 
@@ -49,6 +52,7 @@ private:
     Dialogs& dialogs_;
     std::vector<HeadlessForm*> forms_;
     std::string clipboard_;
+    bool ctrl_held_ = false;
     std::vector<std::string> opened_;
 };
 

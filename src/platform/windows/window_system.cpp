@@ -57,6 +57,8 @@ bool WindowsWindowSystem::SetClipboardText(const std::string& text) {
     return WriteClipboard(owner ? owner : GetDesktopWindow(), text);
 }
 
+bool WindowsWindowSystem::CtrlHeld() const { return GetAsyncKeyState(VK_CONTROL) < 0; }
+
 bool WindowsWindowSystem::ShellOpen(const std::string& path) {
     const std::wstring file = Wide(path);
     SHELLEXECUTEINFOW request{};

@@ -22,6 +22,7 @@ public:
     int TwipsPerPixelY() const override;
     std::string ClipboardText() const override;
     bool SetClipboardText(const std::string& text) override;
+    bool CtrlHeld() const override;
     bool ShellOpen(const std::string& path) override;
 
 private:

@@ -59,13 +59,21 @@ const tamrin = {
         return packer.toString();
     },
 
-    // The place of this page among the frames of the pages around it, from the top: "0.2".
-    position: () => {
-        let position = '';
-        for (let w = window; w !== w.parent; w = w.parent) {
-            position = '.' + frameIndex(w) + position;
+    position: () => pack(position()),
+
+    // The place of this page and the innermost element under the pointer, with the index of its
+    // page among the frames when it holds one.
+    hovered: () => {
+        const e = hovered();
+        const packer = new Packer();
+        packer.add(position());
+        packer.add(e ? '1' : '0');
+        if (e) {
+            addKeys(packer, e);
+            packer.add(kHolding.has(capitalTag(e)) && e.contentWindow
+                ? String(frameIndex(e.contentWindow)) : '');
         }
-        return pack(position);
+        return packer.toString();
     },
 
     hasFocus: () => truth(focused(document)),

@@ -50,6 +50,7 @@ const truth = (value) => pack(value ? '1' : '');
 const kValued = new Set(['INPUT', 'TEXTAREA', 'SELECT', 'BUTTON', 'OPTION', 'DATA', 'PARAM']);
 const kTyped = new Set(['INPUT', 'BUTTON', 'SELECT', 'TEXTAREA']);
 const kLinking = new Set(['A', 'AREA']);
+const kHolding = new Set(['IFRAME', 'FRAME', 'OBJECT', 'EMBED']);
 
 const textOr = (value, other) => (typeof value === 'string' ? value : other);
 const capitalTag = (e) => tagName(e).toUpperCase();
@@ -91,6 +92,8 @@ const property = (e, name) => {
             return lengthOf(e, tag);
         case 'innerText':
             return innerTextOf(e);
+        case 'outerHTML':
+            return outerHTML(e);
         case 'href':
             return hrefOf(e, tag) ?? '';
         case 'src':

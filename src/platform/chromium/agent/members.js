@@ -22,6 +22,7 @@ const parentNode = getter(Node, 'parentNode');
 const parentElement = getter(Node, 'parentElement');
 const textContent = getter(Node, 'textContent');
 const innerText = getter(HTMLElement, 'innerText');
+const outerHTML = getter(Element, 'outerHTML');
 const nativeClick = method(HTMLElement, 'click');
 const dispatch = method(EventTarget, 'dispatchEvent');
 const listen = method(EventTarget, 'addEventListener');

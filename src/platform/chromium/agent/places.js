@@ -58,3 +58,27 @@ const packPlace = (e) => {
     addPlace(packer, e);
     return packer.toString();
 };
+
+// The innermost element under the pointer, null when there is none. A label hovers its field, too,
+// wherever that stands; of a label around its field nothing tells the two apart. Of what stands in
+// a shadow tree its host is answered.
+const hovered = () => {
+    const all = Array.from(select(document, ':hover'));
+    const labels = all.filter((e) => e instanceof HTMLLabelElement);
+    const isLabelled = (e) => labels.some((label) => label.control === e && !label.contains(e));
+    return all.findLast((e) => !isLabelled(e)) ?? null;
+};
+
+// The number of this page among the frames of the page around it.
+const frameIndex = (w = window) => {
+    let i = 0;
+    while (i < w.parent.length && w.parent[i] !== w) ++i;
+    return i;
+};
+
+// The place of this page among the frames of the pages around it, from the top: ".0.2".
+const position = () => {
+    let numbers = '';
+    for (let w = window; w !== w.parent; w = w.parent) numbers = '.' + frameIndex(w) + numbers;
+    return numbers;
+};

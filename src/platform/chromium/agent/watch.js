@@ -87,13 +87,6 @@ const enterFrame = (index, tries = kFrameTries) => {
     }
 };
 
-// The number of this page among the frames of the page around it.
-const frameIndex = (w = window) => {
-    let i = 0;
-    while (i < w.parent.length && w.parent[i] !== w) ++i;
-    return i;
-};
-
 const leaveTo = (event) => {
     // Where another window takes the focus the element stays the active one.
     if (active(document) === event.target) return;
