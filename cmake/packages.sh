@@ -10,14 +10,14 @@ RUN_PACKAGES=(
     chromium chromium-sandbox fonts-noto-cjk
 )
 
-# For the tests, the checks and the cross-build besides. The version of clang's tools is fixed, for
+# For the tests, the checks, the cross-build and the manual besides. The version of clang's tools is fixed, for
 # each formats a little differently and checks for a little more. The Windows program runs under Wine
 # on a display of its own, where xdotool is the user's hand and imagemagick takes the pictures.
 # shellcheck disable=SC2034  # used by the scripts that source this file
 TEST_PACKAGES=(
     "${RUN_PACKAGES[@]}"
     clang-format-19 clang-tidy-19
-    g++-mingw-w64-x86-64-posix googletest
+    g++-mingw-w64-x86-64-posix googletest cmark-gfm
     wine wine64 curl xvfb openbox xdotool x11-utils imagemagick
 )
 

@@ -115,6 +115,7 @@ private:
     void BindMenus();
     void mnuRepeat_Click();
     void mnuSetting_Click();
+    void mnuManual_Click();
 
     void BindEvents();
     bool Form_QueryUnload();
