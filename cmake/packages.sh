@@ -1,6 +1,7 @@
 # shellcheck shell=bash
 # The one list of the Debian packages that the scripts need, and the function that installs those
-# that are missing. Written for a bare Debian 12 or 13; sourced by ./run, ./test and bench/run.
+# that are missing. Written for a bare Debian 12 or 13; sourced by ./run, ./test, ./release and
+# bench/run.
 
 # To build the console program and the sample site, and to play a scenario in a browser. Without a
 # Japanese font the pages are drawn with empty boxes.
@@ -10,14 +11,21 @@ RUN_PACKAGES=(
     chromium chromium-sandbox fonts-noto-cjk
 )
 
-# For the tests, the checks and the cross-build besides. The version of clang's tools is fixed, for
-# each formats a little differently and checks for a little more. The Windows program runs under Wine
-# on a display of its own, where xdotool is the user's hand and imagemagick takes the pictures.
+# To build the Windows program, its manual as a page, and the zip that holds them. googletest is the
+# source of its test programs.
+RELEASE_PACKAGES=(
+    g++-mingw-w64-x86-64-posix cmake ninja-build
+    libboost-dev nlohmann-json3-dev googletest
+    cmark-gfm zip
+)
+
+# For the tests and the checks besides. The version of clang's tools is fixed, for each formats a
+# little differently and checks for a little more. The Windows program runs under Wine on a display
+# of its own, where xdotool is the user's hand and imagemagick takes the pictures.
 # shellcheck disable=SC2034  # used by the scripts that source this file
 TEST_PACKAGES=(
-    "${RUN_PACKAGES[@]}"
-    clang-format-19 clang-tidy-19
-    g++-mingw-w64-x86-64-posix googletest
+    "${RUN_PACKAGES[@]}" "${RELEASE_PACKAGES[@]}"
+    clang-format-19 clang-tidy-19 unzip
     wine wine64 curl xvfb openbox xdotool x11-utils imagemagick
 )
 

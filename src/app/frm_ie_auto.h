@@ -118,6 +118,7 @@ private:
     void mnuRepeat_Click();
     void mnuSetting_Click();
     void mnuTools_Click();
+    void mnuManual_Click();
 
     void BindEvents();
     bool Form_QueryUnload();

@@ -109,6 +109,8 @@ constexpr auto kMenus = std::to_array<MenuSpec>({
     {1, "mnuViewSpc1", "-"},
     {1, "mnuSetting", "設定(&O)...", "F4"},
     {0, "mnuHelp", "ヘルプ(&H)"},
+    {1, "mnuManual", "使い方(&H)", "F1"},
+    {1, "mnuHelpSpc1", "-"},
     {1, "mnuAbout", "バージョン情報(&A)..."},
     {0, "mnuContext", "コンテキストメニュー", {}, kHidden},
     {1, "mnuEdit", "編集..."},

@@ -43,6 +43,7 @@ void frmIeAuto::BindMenus() {
 
     bind("mnuRepeat", [this] { mnuRepeat_Click(); });
     bind("mnuSetting", [this] { mnuSetting_Click(); });
+    bind("mnuManual", [this] { mnuManual_Click(); });
     bind("mnuAbout",
          [this] { frmAbout(platform_.windows, globals_.version_text).ShowModal(*form_); });
 
@@ -78,6 +79,20 @@ void frmIeAuto::mnuSetting_Click() {
     // All settings may be the default ones now.
     display_.Apply();
     file_list_.RefreshFileList();
+}
+
+void frmIeAuto::mnuManual_Click() {
+    const Files& files = platform_.files;
+    const std::string path = files.ProgramFolder() + files.Separator() + "manual.ja.html";
+    if (!files.IsFile(path)) {
+        ShowMessage(path +
+                        "\r\nの使い方のファイルがありません。\r\n"
+                        "プログラムと一緒に配られている manual.ja.html と images フォルダを、"
+                        "プログラムと同じフォルダに置いて下さい。",
+                    "使い方");
+    } else if (!platform_.windows.ShellOpen(path)) {
+        ShowMessage(path + "\r\nの使い方のファイルをブラウザーで開けません。", "使い方");
+    }
 }
 
 }  // namespace tamrin

@@ -252,6 +252,21 @@ TEST_F(DialogTest, TheAboutBoxStartsTheSystemInformation) {
     EXPECT_EQ(windows.opened(), Lines{"msinfo32.exe"});
 }
 
+TEST_F(DialogTest, F1OpensTheManualBesideTheProgram) {
+    dialogs.answers = {Answer::kOk, Answer::kOk};
+    form().Press("F1");
+    EXPECT_EQ(windows.opened(), Lines{});
+    files.contents["C:\\tamrin\\manual.ja.html"] = "<h1>";
+    form().Press("F1");  // headless there is nothing to open it with
+    EXPECT_EQ(windows.opened(), Lines{"C:\\tamrin\\manual.ja.html"});
+    EXPECT_EQ(dialogs.shown,
+              (Lines{"使い方|C:\\tamrin\\manual.ja.html\r\nの使い方のファイルがありません。\r\n"
+                     "プログラムと一緒に配られている manual.ja.html と images フォルダを、"
+                     "プログラムと同じフォルダに置いて下さい。",
+                     "使い方|C:\\tamrin\\manual.ja.html"
+                     "\r\nの使い方のファイルをブラウザーで開けません。"}));
+}
+
 TEST_F(DialogTest, TheSplashStandsOverTheMainWindowForAMoment) {
     HeadlessForm& splash = *windows.FindForm("frmSplash");
     EXPECT_TRUE(splash.Visible());
