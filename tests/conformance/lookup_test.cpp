@@ -36,7 +36,7 @@ TEST_F(GetElementsByTagName, BringsKeysWithoutFurtherCalls) {
     }
     const NamedElements named = document.Named("i7");
     EXPECT_EQ(named.by_id.value(), "v7");
-    EXPECT_EQ(back_end().RoundTrips() - before, 2U);
+    ExpectRoundTrips(before, 2U);
 }
 
 using Named = Suite;
@@ -166,7 +166,7 @@ TEST_F(Links, AnswersLinksWithTextAndWholeAddress) {
     EXPECT_EQ(links[1].getAttribute("alt"), "地図");
     EXPECT_EQ(links[2].getAttribute("href"), "http://example.test/%E6%97%A5%E6%9C%AC");
     EXPECT_EQ(links[3].getAttribute("href"), "mailto:a@b.jp");
-    EXPECT_EQ(back_end().RoundTrips() - before, 0U);
+    ExpectRoundTrips(before, 0U);
 }
 
 using ElementReads = Suite;

@@ -44,6 +44,12 @@ protected:
     Clock& clock() { return back_end().clock(); }
     Input& input() { return back_end().launcher().input(); }
 
+    // How many round trips there were since, for a back end that saves them.
+    void ExpectRoundTrips(std::uint64_t before, std::uint64_t expected) {
+        if (!back_end().BringsKeysAlong()) return;
+        EXPECT_EQ(back_end().RoundTrips() - before, expected);
+    }
+
     // A further window, null with a failure of the test when there is none.
     std::shared_ptr<Browser> NewWindow();
 

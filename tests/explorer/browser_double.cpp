@@ -78,20 +78,20 @@ STDMETHODIMP BrowserDouble::QueryInterface(REFIID id, void** object) {
 }
 
 STDMETHODIMP BrowserDouble::Navigate2(VARIANT* url, VARIANT*, VARIANT*, VARIANT*, VARIANT*) {
-    if (FAILED(failure)) return failure;
+    if (const HRESULT result = Result(); FAILED(result)) return result;
     lines.push_back("Navigate2 " + Variant(*url).Text().value_or(""));
     return S_OK;
 }
 
 STDMETHODIMP BrowserDouble::Quit() {
-    if (FAILED(failure)) return failure;
+    if (const HRESULT result = Result(); FAILED(result)) return result;
     lines.emplace_back("Quit");
     return S_OK;
 }
 
 STDMETHODIMP BrowserDouble::get_Document(IDispatch** answer) {
     *answer = nullptr;
-    if (FAILED(failure)) return failure;
+    if (const HRESULT result = Result(); FAILED(result)) return result;
     *answer = page.get();
     if (*answer) (*answer)->AddRef();
     return *answer ? S_OK : S_FALSE;
@@ -107,8 +107,9 @@ STDMETHODIMP BrowserDouble::get_ReadyState(READYSTATE* answer) {
 
 STDMETHODIMP BrowserDouble::get_Name(BSTR* answer) {
     *answer = nullptr;
-    if (SUCCEEDED(failure)) std::swap(*answer, *Bstr(name).Out());
-    return failure;
+    const HRESULT result = Result();
+    if (SUCCEEDED(result)) std::swap(*answer, *Bstr(name).Out());
+    return result;
 }
 
 STDMETHODIMP BrowserDouble::get_HWND(SHANDLE_PTR* answer) {

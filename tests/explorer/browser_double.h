@@ -27,6 +27,10 @@ public:
     int ready_state = 4;
     // What every call answers from now on, unless it is S_OK.
     HRESULT failure = S_OK;
+    // One call fails, the how manieth of all and how.
+    int failing_call = -1;
+    HRESULT failing_with = S_OK;
+    int calls = 0;
     // The calls that change something: "Navigate2 http://...", "Left 10", "Visible True", "Quit".
     std::vector<std::string> lines;
     LONG left = 0, top = 0, width = 0, height = 0;
@@ -75,14 +79,16 @@ public:
     STDMETHODIMP put_FullScreen(VARIANT_BOOL v) override { return Take("FullScreen", full, v); }
 
 private:
+    HRESULT Result() { return calls++ == failing_call ? failing_with : failure; }
     template <typename T>
-    HRESULT Give(T* answer, T value) const {
-        if (SUCCEEDED(failure)) *answer = value;
-        return failure;
+    HRESULT Give(T* answer, T value) {
+        const HRESULT result = Result();
+        if (SUCCEEDED(result)) *answer = value;
+        return result;
     }
     template <typename T>
     HRESULT Take(const char* member, T& place, T value) {
-        if (FAILED(failure)) return failure;
+        if (const HRESULT result = Result(); FAILED(result)) return result;
         place = value;
         lines.push_back(member + (" " + std::to_string(static_cast<int>(value))));
         return S_OK;

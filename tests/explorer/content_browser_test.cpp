@@ -7,6 +7,7 @@
 #include "explorer/page_world.h"
 #include "explorer/window_double.h"
 #include "platform/explorer/explorer_windows.h"
+#include "platform/explorer/pointer_element.h"
 
 namespace tamrin::test {
 namespace {
@@ -110,6 +111,33 @@ TEST_F(ContentBrowserTest, IsItsBrowserWhereThePageGivesOne) {
     EXPECT_EQ(listing.Visible().size(), 1U);
     world.objects.browser_of = nullptr;
     browser->page = nullptr;
+}
+
+TEST_F(ContentBrowserTest, AnswersWhatLiesUnderAPoint) {
+    world.Serve("in", "<p id=p data-box='0 0 500 500'><b id=b data-box='10 10 20 20'></b></p>");
+    const auto pool = std::make_shared<PagePool>(calls);
+    page = world.Open(
+        "<div id=d data-box='0 0 300 300'></div>"
+        "<iframe id=i src=in data-box='100 100 200 200' data-border=2></iframe>");
+    const auto shown = pool->Page(page);
+    RECT place{};
+    GetWindowRect(edge.content, &place);
+    const auto under = [&](int x, int y) {
+        std::string ids;
+        for (const Element& element :
+             ElementsAt({place.left + x, place.top + y}, edge.content, *shown))
+            ids += element.id() + " ";
+        return ids;
+    };
+    EXPECT_EQ(under(5, 5), "d ");
+    EXPECT_EQ(under(113, 113), "i b ");
+    EXPECT_EQ(under(111, 111), "i p ");
+    EXPECT_EQ(under(350, 5), "");
+    world.Run("page.__window.screen.deviceXDPI = 192");
+    EXPECT_EQ(under(226, 226), "i b ");
+    const HWND cover = MakeWindow(L"TamrinTestWindow", edge.frame, WS_POPUP | WS_VISIBLE, place);
+    EXPECT_EQ(under(5, 5), "");
+    DestroyWindow(cover);
 }
 
 TEST_F(ContentBrowserTest, TellsOfItsPagesAndItsEnd) {

@@ -50,7 +50,7 @@ function below(root, accept) {
 
 function byTag(root, tag) {
     tag = tag.toUpperCase();
-    return below(root, function (e) { return tag == '*' || e.tagName == tag; });
+    return below(root, function (e) { return tag == '*' || e.__tag == tag; });
 }
 
 function textOf(e) {
@@ -64,9 +64,9 @@ function textOf(e) {
 
 function typeOf(e) {
     var written = e.__attributes.type;
-    if (e.tagName == 'SELECT') return 'multiple' in e.__attributes ? 'select-multiple' : 'select-one';
-    if (e.tagName == 'TEXTAREA') return 'textarea';
-    if (e.tagName == 'BUTTON') return written ? written.toLowerCase() : 'submit';
+    if (e.__tag == 'SELECT') return 'multiple' in e.__attributes ? 'select-multiple' : 'select-one';
+    if (e.__tag == 'TEXTAREA') return 'textarea';
+    if (e.__tag == 'BUTTON') return written ? written.toLowerCase() : 'submit';
     var known = '|text|password|email|number|date|color|range|hidden|file|checkbox|radio|submit|reset|button|image|';
     return written && has(known, written.toLowerCase()) ? written.toLowerCase() : 'text';
 }
@@ -85,10 +85,10 @@ function absolute(document, href) {
 function addControlMembers(e) {
     e.disabled = 'disabled' in e.__attributes;
     e.get_form = function () {
-        for (var p = e.parentElement; p; p = p.parentElement) if (p.tagName == 'FORM') return p;
+        for (var p = e.parentElement; p; p = p.parentElement) if (p.__tag == 'FORM') return p;
         return null;
     };
-    if (e.tagName == 'SELECT') {
+    if (e.__tag == 'SELECT') {
         e.selectedIndex = -1;
         e.get_options = function () { return new Collection(byTag(e, 'OPTION')); };
         e.get_length = function () { return e.get_options().length; };
@@ -104,18 +104,18 @@ function addControlMembers(e) {
         };
     } else {
         var initial = e.__attributes.value;
-        var toggles = e.tagName == 'INPUT' && /^(checkbox|radio)$/.test(typeOf(e));
+        var toggles = e.__tag == 'INPUT' && /^(checkbox|radio)$/.test(typeOf(e));
         e.value = initial !== undefined ? decode(initial) : toggles ? 'on' : '';
-        if (e.tagName == 'TEXTAREA' && e.document.documentMode >= 9)
+        if (e.__tag == 'TEXTAREA' && e.document.documentMode >= 9)
             e.put_value = function (value) { e.value = String(value).replace(/\r\n?/g, '\n'); };
     }
-    if (e.tagName == 'INPUT') {
+    if (e.__tag == 'INPUT') {
         e.checked = 'checked' in e.__attributes;
         e.put_checked = function (value) {
             e.checked = !!value;
             if (!value || typeOf(e) != 'radio') return;
             walk(e.document.documentElement, function (other) {
-                if (other != e && other.tagName == 'INPUT' && typeOf(other) == 'radio' &&
+                if (other != e && other.__tag == 'INPUT' && typeOf(other) == 'radio' &&
                     other.__attributes.name == e.__attributes.name) other.checked = false;
             });
         };
@@ -127,7 +127,7 @@ function addFormMembers(e) {
     e.__kind = 'form';
     e.get_elements = function () {
         return new Collection(below(e, function (c) {
-            return has(CONTROL, c.tagName) && !(c.tagName == 'INPUT' && typeOf(c) == 'image');
+            return has(CONTROL, c.__tag) && !(c.__tag == 'INPUT' && typeOf(c) == 'image');
         }));
     };
     e.get_length = function () { return e.get_elements().length; };
@@ -163,8 +163,8 @@ function addEventMembers(e, mode) {
     }
     e.click = function () {
         if (e.disabled) return;
-        if (e.tagName == 'INPUT' && typeOf(e) == 'checkbox') e.checked = !e.checked;
-        if (e.tagName == 'INPUT' && typeOf(e) == 'radio') e.put_checked(true);
+        if (e.__tag == 'INPUT' && typeOf(e) == 'checkbox') e.checked = !e.checked;
+        if (e.__tag == 'INPUT' && typeOf(e) == 'radio') e.put_checked(true);
         if (runHandlers(e, 'onclick', null)) followClick(e);
     };
 }
@@ -172,7 +172,7 @@ function addEventMembers(e, mode) {
 // What the browser does for a click that no handler has vetoed.
 function followClick(e) {
     for (var link = e; link; link = link.parentElement) {
-        if (!has('|A|AREA|', link.tagName) || !('href' in link.__attributes)) continue;
+        if (!has('|A|AREA|', link.__tag) || !('href' in link.__attributes)) continue;
         var href = absolute(e.document, decode(link.__attributes.href));
         if (/^javascript:/.test(href)) {
             new Function('document', 'say', href.substr(11))(e.document, e.document.__say);
@@ -181,7 +181,7 @@ function followClick(e) {
         }
         return;
     }
-    var type = has('|INPUT|BUTTON|', e.tagName) && typeOf(e);
+    var type = has('|INPUT|BUTTON|', e.__tag) && typeOf(e);
     var form = (type == 'submit' || type == 'image') && e.get_form();
     if (form && runHandlers(form, 'onsubmit', null)) submit(form, e);
 }
@@ -190,7 +190,7 @@ function submit(form, button) {
     var parts = [];
     walk(form, function (e) {
         var name = e.__attributes.name;
-        if (!name || !has(CONTROL, e.tagName)) return;
+        if (!name || !has(CONTROL, e.__tag)) return;
         if (/^(submit|image|button)$/.test(typeOf(e)) && e != button) return;
         if (/^(radio|checkbox)$/.test(typeOf(e)) && !e.checked) return;
         parts.push(name + '=' + encodeURIComponent(e.get_value ? e.get_value() : e.value)
@@ -202,7 +202,7 @@ function submit(form, button) {
 
 function Element(document, tag, attributes) {
     var e = this;
-    e.tagName = tag;
+    e.tagName = e.__tag = tag;
     e.__attributes = attributes;
     e.__children = [];
     e.document = document;
@@ -219,6 +219,8 @@ function Element(document, tag, attributes) {
     e.contains = function (other) { return isBelow(other, e); };
     e.isContentEditable = 'contenteditable' in attributes;
     e.put_innerText = function (text) { e.__children = [{__text: String(text)}]; };
+    e.get_outerHTML = function () { return '<' + tag + '>' + textOf(e) + '</' + tag + '>'; };
+    e.clientLeft = e.clientTop = +(attributes['data-border'] || 0);
     e.scrollIntoView = function () { e.__scrolled = true; };
     e.getBoundingClientRect = function () {
         var box = (attributes['data-box'] || '0 0 0 0').split(' ');
@@ -238,7 +240,7 @@ function Element(document, tag, attributes) {
     if ((tag == 'A' || tag == 'AREA') && 'href' in attributes)
         e.get_href = function () {
             for (var p = e.parentElement; p; p = p.parentElement)
-                if (p.tagName == 'SVG') return {baseVal: attributes.href};
+                if (p.__tag == 'SVG') return {baseVal: attributes.href};
             return absolute(document, decode(attributes.href));
         };
     if ((tag == 'IMG' || tag == 'IFRAME' || tag == 'FRAME' || tag == 'INPUT'))
@@ -267,17 +269,24 @@ function runHandlers(e, name, event) {
 
 function shadowMembers(document) {
     // A form's controls hide its members by their names, a page's forms and pictures the page's.
+    // Under their numbers these stay what they are.
+    var hide = function (object, name, e) {
+        for (var prefix in {get_: 1, '': 1}) {
+            if (!(prefix + name in object)) continue;
+            object[prefix + '__own_' + name] = object[prefix + name];
+            delete object[prefix + name];
+        }
+        object[name] = e;
+    };
     walk(document.__root, function (e) {
         var name = e.__attributes.name;
         if (!name) return;
         var form = e.get_form && e.get_form();
         if (form && form != e) {
-            form[name] = e;
-            delete form['get_' + name];
+            hide(form, name, e);
         }
-        if (has('|FORM|IMG|', e.tagName)) {
-            document[name] = e;
-            delete document['get_' + name];
+        if (has('|FORM|IMG|', e.__tag)) {
+            hide(document, name, e);
         }
     });
 }
@@ -285,8 +294,8 @@ function shadowMembers(document) {
 // What a field holds that says so in its content.
 function fillFields(document) {
     walk(document.__root, function (e) {
-        if (e.tagName == 'TEXTAREA') e.value = textOf(e).replace(/\r?\n/g, '\n');
-        if (e.tagName != 'SELECT') return;
+        if (e.__tag == 'TEXTAREA') e.value = textOf(e).replace(/\r?\n/g, '\n');
+        if (e.__tag != 'SELECT') return;
         var options = byTag(e, 'OPTION');
         if (options.length && typeOf(e) == 'select-one') e.selectedIndex = 0;
         for (var i = 0; i < options.length; ++i)

@@ -15,7 +15,7 @@ function parse(document, html) {
         if (match[2]) {
             var tag = match[2].toUpperCase();
             // Options and what groups them end where the next one begins.
-            while (ENDED_BY[tag] && has(ENDED_BY[tag], top.tagName)) {
+            while (ENDED_BY[tag] && has(ENDED_BY[tag], top.__tag)) {
                 stack.pop();
                 top = stack[stack.length - 1];
             }
@@ -41,7 +41,7 @@ function parse(document, html) {
 
 function closeTag(stack, tag) {
     for (var i = stack.length; i-- > 1;) {
-        if (stack[i].tagName != tag) continue;
+        if (stack[i].__tag != tag) continue;
         stack.length = i;
         return;
     }
@@ -125,7 +125,7 @@ function makeDocument(url, html, mode, site, holder) {
 // Runs what this engine understands of a page's scripts.
 function runScripts(document) {
     walk(document.__root, function (e) {
-        if (e.tagName != 'SCRIPT') return;
+        if (e.__tag != 'SCRIPT') return;
         try {
             new Function('document', 'say', e.__children[0].__text)(document, document.__say);
         } catch (error) {
@@ -139,14 +139,22 @@ function addLookups(document) {
         return new Collection(byTag(document.__root, tag));
     };
     document.getElementsByName = function (name) {
-        return all(function (e) { return has(NAMED, e.tagName) && decode(e.__attributes.name || '') == name; });
+        return all(function (e) { return has(NAMED, e.__tag) && decode(e.__attributes.name || '') == name; });
     };
     document.getElementById = function (id) {
         return below(document.__root, function (e) { return id && decode(e.__attributes.id || '') == id; })[0] || null;
     };
-    document.get_forms = function () { return all(function (e) { return e.tagName == 'FORM'; }); };
+    // The last element whose box the point is in; boxes stand in data-box.
+    document.elementFromPoint = function (x, y) {
+        var hits = below(document.__root, function (e) {
+            var box = e.getBoundingClientRect();
+            return x >= box.left && x < box.right && y >= box.top && y < box.bottom;
+        });
+        return hits.length ? hits[hits.length - 1] : null;
+    };
+    document.get_forms = function () { return all(function (e) { return e.__tag == 'FORM'; }); };
     document.get_links = function () {
-        return all(function (e) { return has('|A|AREA|', e.tagName) && 'href' in e.__attributes; });
+        return all(function (e) { return has('|A|AREA|', e.__tag) && 'href' in e.__attributes; });
     };
 }
 
@@ -155,7 +163,7 @@ function originOf(url) { return url.replace(/^([a-z]+:\/\/[^\/]*).*/, '$1'); }
 function addFrames(document, mode, site) {
     document.__frames = [];
     walk(document.__root, function (e) {
-        if (!has('|IFRAME|FRAME|', e.tagName)) return;
+        if (!has('|IFRAME|FRAME|', e.__tag)) return;
         var src = e.__attributes.src || 'about:blank';
         var url = absolute(document, src);
         var html = site && src in site ? site[src] : host.fetch(url);

@@ -64,7 +64,7 @@ ComPtr<IDispatch> PageObjects::Unwrap(IDispatch* object) {
 
 DISPID PageObjects::NumberOf(std::wstring name) {
     name = Capitals(std::move(name));
-    const auto number = static_cast<DISPID>(1001 + numbers.size());
+    const auto number = static_cast<DISPID>(3000001 + numbers.size());
     const auto [at, added] = numbers.try_emplace(name, number);
     if (added) names.emplace(number, name);
     return at->second;
@@ -130,13 +130,66 @@ STDMETHODIMP PageObject::GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISP
     *number = DISPID_UNKNOWN;
     const bool known = Has(name) || Has(L"get_" + name) || Has(L"put_" + name);
     if (!known || Fault(name) == DISP_E_UNKNOWNNAME) return DISP_E_UNKNOWNNAME;
-    *number = objects_.NumberOf(name);
+    const DISPID own = OwnNumber(name);
+    *number = own && !IsHidden(name) ? own : objects_.NumberOf(name);
     return S_OK;
+}
+
+// The numbers of the type library, by which a form and a document know their own members whatever
+// the page calls its things.
+struct Own {
+    const wchar_t* name;
+    DISPID number;
+};
+static constexpr Own kFormMembers[] = {
+    {L"ID", -2147417110},           {L"NAME", -2147418112},
+    {L"TAGNAME", -2147417108},      {L"PARENTELEMENT", -2147418104},
+    {L"INNERTEXT", -2147417085},    {L"OUTERHTML", -2147417084},
+    {L"SOURCEINDEX", -2147417088},  {L"ELEMENTS", 1005},
+    {L"GETATTRIBUTE", -2147417610}, {L"GETELEMENTSBYTAGNAME", -2147417027},
+    {L"CLICK", -2147417079},        {L"GETBOUNDINGCLIENTRECT", -2147417067},
+};
+static constexpr Own kDocumentMembers[] = {
+    {L"URL", 1025},
+    {L"ACTIVEELEMENT", 1005},
+    {L"DOCUMENTELEMENT", 1075},
+    {L"FORMS", 1010},
+    {L"LINKS", 1009},
+    {L"GETELEMENTBYID", 1088},
+    {L"PARENTWINDOW", 1034},
+    {L"GETELEMENTSBYNAME", 1086},
+    {L"GETELEMENTSBYTAGNAME", 1087},
+    {L"READYSTATE", 1018},
+    {L"ELEMENTFROMPOINT", 1068},
+};
+
+std::span<const Own> PageObject::OwnMembers() const {
+    const std::wstring kind = Property(L"__kind");
+    if (kind == L"form") return kFormMembers;
+    return kind == L"document" ? std::span<const Own>(kDocumentMembers) : std::span<const Own>();
+}
+
+DISPID PageObject::OwnNumber(const std::wstring& name) const {
+    for (const Own& member : OwnMembers()) {
+        if (member.name == name) return member.number;
+    }
+    return 0;
+}
+
+std::wstring PageObject::OwnName(DISPID number) const {
+    for (const Own& member : OwnMembers()) {
+        if (member.number == number) return member.name;
+    }
+    return {};
+}
+
+bool PageObject::IsHidden(const std::wstring& name) const {
+    return Has(L"__own_" + name) || Has(L"get___own_" + name);
 }
 
 HRESULT PageObject::Fault(const std::wstring& name) const {
     if (Property(L"__denied").find(L"|" + name + L"|") != std::wstring::npos) return E_ACCESSDENIED;
-    for (const std::wstring& key : {name, Property(L"tagName") + L"." + name}) {
+    for (const std::wstring& key : {name, Property(L"__tag") + L"." + name}) {
         const auto fault = objects_.faults.find(key);
         if (fault != objects_.faults.end()) return fault->second;
     }
@@ -147,10 +200,18 @@ STDMETHODIMP PageObject::Invoke(DISPID number, REFIID, LCID, WORD flags, DISPPAR
                                 VARIANT* answer, EXCEPINFO* exception, UINT*) {
     ++objects_.calls;
     const ComPtr<IDispatch> self(this);
-    const auto known = objects_.names.find(number);
-    if (known == objects_.names.end()) return DISP_E_MEMBERNOTFOUND;
-    std::wstring name = known->second;
-    if (const HRESULT fault = Fault(name); FAILED(fault)) return fault;
+    std::wstring name = OwnName(number);
+    const bool own = !name.empty();
+    if (!own) {
+        const auto known = objects_.names.find(number);
+        if (known == objects_.names.end()) return DISP_E_MEMBERNOTFOUND;
+        name = known->second;
+    }
+    if (const HRESULT fault = Fault(name); fault != S_OK) {
+        if (fault == S_FALSE && answer) answer->vt = VT_NULL;
+        return fault;
+    }
+    if (own && IsHidden(name)) name.insert(0, L"__own_");
     const bool puts = (flags & DISPATCH_PROPERTYPUT) != 0;
     bool method = (flags & DISPATCH_METHOD) != 0;
     if (!method && Has((puts ? L"put_" : L"get_") + name)) {

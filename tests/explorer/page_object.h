@@ -10,6 +10,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -28,7 +29,7 @@ struct PageObjects {
     std::map<DISPID, std::wstring> names;
     // Those that somebody keeps, by the script's object.
     std::map<IUnknown*, PageObject*> alive;
-    // Members that fail: "VALUE" everywhere, or "INPUT.VALUE" of one tag.
+    // Members that fail: "VALUE" everywhere, or "INPUT.VALUE" of one tag. S_FALSE answers Null.
     std::map<std::wstring, HRESULT> faults;
     // The browser of a window, which it gives as a service.
     std::function<ComPtr<IWebBrowser2>(IDispatch* script_window)> browser_of;
@@ -74,6 +75,11 @@ public:
 private:
     static const IID& EventsOf(IDispatch* script);
     std::wstring Property(const wchar_t* name) const;
+    // A member by its number in the type library, for the kinds whose pages can hide it.
+    std::span<const struct Own> OwnMembers() const;
+    DISPID OwnNumber(const std::wstring& name) const;  // 0 for none
+    std::wstring OwnName(DISPID number) const;         // "" for none
+    bool IsHidden(const std::wstring& name) const;
     bool Has(const std::wstring& name, DISPID* number = nullptr) const;
     // S_OK, or how the member is to fail.
     HRESULT Fault(const std::wstring& name) const;

@@ -64,7 +64,10 @@ void ExplorerBrowser::NoteNavigation(const EventArguments& arguments) {
 }
 
 void ExplorerBrowser::NoteShown(const EventArguments& arguments) {
-    if (!Is(arguments.At(0).Object().get())) return;
+    if (!Is(arguments.At(0).Object().get())) {
+        pages_->DropLeftFrames();
+        return;
+    }
     ComPtr<IDispatch> document;
     Did(browser_->get_Document(document.Out()), "get", "Document");
     pages_->KeepOnly(document.As<IUnknown>().get());
@@ -89,10 +92,15 @@ void ExplorerBrowser::NoteError(const EventArguments& arguments) {
     });
 }
 
-void ExplorerBrowser::Lose() {
+void ExplorerBrowser::Part() {
     if (!browser_) return;
     if (find_successor_ && calls_.Now() < may_move_until_)
         moving_until_ = calls_.Now() + kMovesForMs;
+    Lose();
+}
+
+void ExplorerBrowser::Lose() {
+    if (!browser_) return;
     browser_ = nullptr;
     pages_->KeepOnly(nullptr);
     if (moving_until_ == 0) Tell([](BrowserEvents& events) { events.OnQuit(); });

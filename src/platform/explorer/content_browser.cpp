@@ -7,6 +7,7 @@
 #include "platform/explorer/content_window.h"
 #include "platform/explorer/explorer_element.h"
 #include "platform/explorer/foreground.h"
+#include "platform/explorer/pointer_element.h"
 
 namespace tamrin {
 namespace {
@@ -131,6 +132,13 @@ void ContentBrowser::SetForeground() { BringToForeground(window_.frame); }
 std::optional<ScreenPoint> ContentBrowser::ElementScreenPoint(const Element& element) {
     if (element) pages_->fired_click().ReplaceBy(ExplorerElement::Of(element)->identity());
     return Alive() ? ScreenPointOf(element, window_.content) : std::nullopt;
+}
+
+std::vector<Element> ContentBrowser::UnderPointer() {
+    POINT pointer{};
+    Look();
+    if (!page_ || !GetCursorPos(&pointer)) return {};
+    return ElementsAt({pointer.x, pointer.y}, window_.content, *page_);
 }
 
 std::unique_ptr<Connection> ContentBrowser::Connect(BrowserEvents& events) {

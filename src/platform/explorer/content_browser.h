@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "platform/explorer/com_calls.h"
 #include "platform/explorer/explorer_window.h"
@@ -40,6 +41,7 @@ public:
     std::uint64_t Handle() override;
     void SetForeground() override;
     std::optional<ScreenPoint> ElementScreenPoint(const Element& element) override;
+    std::vector<Element> UnderPointer() override;
     std::unique_ptr<Connection> Connect(BrowserEvents& events) override;
 
     void DeliverEvents() override;

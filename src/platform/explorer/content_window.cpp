@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "platform/explorer/explorer_element.h"
+#include "platform/explorer/page_scale.h"
 
 namespace tamrin {
 namespace {
@@ -18,17 +19,6 @@ BOOL CALLBACK Collect(HWND window, LPARAM into) {
         // NOLINTNEXTLINE(performance-no-int-to-ptr): what EnumChildWindows was given
         reinterpret_cast<std::vector<HWND>*>(into)->push_back(window);
     return TRUE;
-}
-
-// Screen pixels for a pixel of the page: the zoom, and the screen's resolution where the page
-// counts in its own.
-double ScaleOf(ExplorerDocument& page) {
-    const DispatchObject window = page.Window();
-    if (!window) return 1;
-    const DispatchObject screen = page.ObjectOf(window.Get("screen"), "screen");
-    const double device = screen.Get("deviceXDPI").Number().value_or(0);
-    const double logical = screen.Get("logicalXDPI").Number().value_or(0);
-    return device > 0 && logical > 0 ? device / logical : 1;
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 
 #include "platform/explorer/call_aside.h"
 #include "platform/explorer/exception_info.h"
+#include "platform/explorer/member_numbers.h"
 
 namespace tamrin {
 namespace {
@@ -18,6 +19,8 @@ std::optional<DISPID> ObjectType::MemberOf(IDispatch& object, std::string_view m
                                            HRESULT& error, bool ask_again) {
     const auto known = members_.find(member);
     if (known != members_.end() && !ask_again) return known->second;
+    const auto hideable = ask_again ? std::nullopt : HideableMember(name_, member);
+    if (hideable) return hideable;
     const Bstr name(member);
     OLECHAR* names[] = {name.get()};
     DISPID number = DISPID_UNKNOWN;

@@ -6,6 +6,7 @@
 #include "platform/explorer/content_window.h"
 #include "platform/explorer/explorer_element.h"
 #include "platform/explorer/foreground.h"
+#include "platform/explorer/pointer_element.h"
 #include "platform/text.h"
 
 namespace tamrin {
@@ -34,7 +35,7 @@ ExplorerBrowser::~ExplorerBrowser() {
 
 bool ExplorerBrowser::Did(HRESULT result, const char* kind, const char* member) {
     const bool done = calls_.Note(result, kind, "browser", member);
-    if (IsDisconnected(result)) Lose();
+    if (IsDisconnected(result)) Part();
     return done;
 }
 
@@ -42,6 +43,7 @@ bool ExplorerBrowser::Navigate(const std::string& address) {
     pages_->fired_click().Settle();
     if (!browser_) return false;
     Listen();
+    if (!browser_) return false;
     Variant url{std::string_view(address)};
     Variant none;
     VARIANT empty = none.get();
@@ -88,12 +90,17 @@ bool ExplorerBrowser::Alive() {
     return browser_ || Moving();
 }
 
-Document ExplorerBrowser::document() {
-    if (!browser_) return {};
+std::shared_ptr<ExplorerDocument> ExplorerBrowser::Page() {
+    if (!browser_) return nullptr;
     Listen();
     ComPtr<IDispatch> document;
-    if (!Did(browser_->get_Document(document.Out()), "get", "Document")) return {};
-    auto page = pages_->Page(std::move(document));
+    if (!browser_ || !Did(browser_->get_Document(document.Out()), "get", "Document"))
+        return nullptr;
+    return pages_->Page(std::move(document));
+}
+
+Document ExplorerBrowser::document() {
+    auto page = Page();
     return page ? Document(std::move(page)) : Document();
 }
 
@@ -169,6 +176,13 @@ std::optional<ScreenPoint> ExplorerBrowser::ElementScreenPoint(const Element& el
     if (element) pages_->fired_click().ReplaceBy(ExplorerElement::Of(element)->identity());
     const HWND content = Content();
     return content ? ScreenPointOf(element, content) : std::nullopt;
+}
+
+std::vector<Element> ExplorerBrowser::UnderPointer() {
+    POINT pointer{};
+    const auto page = Page();
+    if (!page || !GetCursorPos(&pointer)) return {};
+    return ElementsAt({pointer.x, pointer.y}, Content(), *page);
 }
 
 std::unique_ptr<Connection> ExplorerBrowser::Connect(BrowserEvents& events) {

@@ -9,6 +9,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "platform/explorer/com_calls.h"
 #include "platform/explorer/event_sink.h"
@@ -42,6 +43,7 @@ public:
     std::uint64_t Handle() override;
     void SetForeground() override;
     std::optional<ScreenPoint> ElementScreenPoint(const Element& element) override;
+    std::vector<Element> UnderPointer() override;
     std::unique_ptr<Connection> Connect(BrowserEvents& events) override;
 
     // Where to look for the browser that takes the place of this one, given its window. A browser
@@ -65,13 +67,16 @@ private:
     void NoteShown(const EventArguments& arguments);
     void NoteComplete(const EventArguments& arguments);
     void NoteError(const EventArguments& arguments);
-    // The browser is gone, or on its way into another process.
+    // The browser is gone.
     void Lose();
+    // The object answers no more: the browser is gone, or on its way into another process.
+    void Part();
     // Whether it is still on its way; at the end it is here again, or lost.
     bool Moving();
     void Tell(std::function<void(BrowserEvents&)> call);
     HWND Window();
     HWND Content();
+    std::shared_ptr<ExplorerDocument> Page();
 
     ComCalls& calls_;
     ComPtr<IWebBrowser2> browser_;

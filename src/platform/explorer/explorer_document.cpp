@@ -43,18 +43,7 @@ NamedElements ExplorerDocument::Named(std::string_view name) {
 Element ExplorerDocument::InForm(const Element& form, const Variant& name) {
     const DispatchObject& object = ExplorerElement::Of(form)->object();
     const DispatchObject elements = ObjectOf(object.Get("elements"), "collection");
-    // A collection that has a tag is none: it is the control of that name, which hides it.
-    if (elements && !elements.Get("tagName").HasValue())
-        return ElementOf(elements.Call("item", name));
-    const auto wanted = name.Text();
-    for (Element& element : Elements(object.Call("getElementsByTagName", Variant("*")))) {
-        const std::string tag = element.tagName();
-        const bool control =
-            tag == "INPUT" || tag == "SELECT" || tag == "TEXTAREA" || tag == "BUTTON";
-        if (!control || element.getAttribute("type") == "image") continue;
-        if (element.id() == wanted || element.name() == wanted) return std::move(element);
-    }
-    return {};
+    return ElementOf(elements.Call("item", name));
 }
 
 std::vector<Element> ExplorerDocument::links() {

@@ -94,7 +94,7 @@ std::string ExplorerElement::Live(std::string_view property) {
     if (property == "href") return getAttribute("href").value_or("");
     if (property == "src") return tag_ == "FORM" ? "" : object().Text("src");
     if (IsOneOf(property, {"id", "name"})) return TextMember(property);
-    return property == "innerText" ? TextMember(property) : "";
+    return IsOneOf(property, {"innerText", "outerHTML"}) ? TextMember(property) : "";
 }
 
 std::string ExplorerElement::TextMember(std::string_view property) {

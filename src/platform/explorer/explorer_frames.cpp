@@ -1,5 +1,6 @@
 #include "platform/explorer/explorer_frames.h"
 
+#include "platform/explorer/explorer_element.h"
 #include "platform/explorer/served_browser.h"
 
 namespace tamrin {
@@ -12,6 +13,17 @@ ComPtr<IDispatch> DocumentOfBrowser(const DispatchObject& window) {
     const auto browser = BrowserServedBy(calls, window.object().get());
     if (browser) calls.Note(browser->get_Document(document.Out()), "get", "frame", "Document");
     return document;
+}
+
+// The page of a window inside a page, which `holder` holds.
+std::shared_ptr<ExplorerDocument> PageOf(const DispatchObject& window, ExplorerDocument& outer,
+                                         const Element& holder) {
+    if (!window) return nullptr;
+    auto document = window.Get("document").Object();
+    if (!document) document = DocumentOfBrowser(window);
+    auto inside = outer.pool().Page(std::move(document));
+    if (inside) inside->SetHolder(holder);
+    return inside;
 }
 
 // The elements that hold frames, in the order of the page.
@@ -38,19 +50,20 @@ std::vector<Frame> FramesOf(ExplorerDocument& page) {
         Frame frame;
         const auto index = static_cast<std::size_t>(i);
         if (index < holders.size()) frame.element = holders[index];
-        if (inner) {
-            auto document = inner.Get("document").Object();
-            if (!document) document = DocumentOfBrowser(inner);
-            if (auto inside = page.pool().Page(std::move(document))) {
-                inside->SetHolder(frame.element);
-                frame.document = Document(std::move(inside));
-            }
-        }
+        if (auto inside = PageOf(inner, page, frame.element))
+            frame.document = Document(std::move(inside));
         frame.name = frame.element.name();
         if (frame.name.empty()) frame.name = frame.element.id();
         frames.push_back(std::move(frame));
     }
     return frames;
+}
+
+std::shared_ptr<ExplorerDocument> PageInside(const Element& frame) {
+    ExplorerElement& element = *ExplorerElement::Of(frame);
+    ExplorerDocument& outer = element.page();
+    const auto window = outer.ObjectOf(element.object().Get("contentWindow"), "window");
+    return PageOf(window, outer, frame);
 }
 
 }  // namespace tamrin

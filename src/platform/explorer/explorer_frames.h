@@ -10,4 +10,7 @@ namespace tamrin {
 // scripts of another origin is reached by way of the frame's browser.
 std::vector<Frame> FramesOf(ExplorerDocument& page);
 
+// The page that an element which is a frame shows; null where it cannot be reached.
+std::shared_ptr<ExplorerDocument> PageInside(const Element& frame);
+
 }  // namespace tamrin

@@ -1,6 +1,7 @@
 #include "platform/explorer/page_pool.h"
 
 #include "platform/explorer/explorer_document.h"
+#include "platform/explorer/explorer_frames.h"
 #include "platform/explorer/page_moment.h"
 
 namespace tamrin {
@@ -22,6 +23,14 @@ void PagePool::KeepOnly(IUnknown* document) {
     for (const auto& [identity, known] : pages_) {
         const auto page = known.lock();
         if (page && identity != document) page->SetGone();
+    }
+}
+
+void PagePool::DropLeftFrames() {
+    for (const auto& page : Pages()) {
+        if (!page->holder()) continue;
+        const auto shown = PageInside(page->holder());
+        if (shown && shown != page) page->SetGone();
     }
 }
 

@@ -30,6 +30,9 @@ public:
     // window that is gone.
     void KeepOnly(IUnknown* document);
 
+    // A frame shows another page: those that no frame shows any more answer empty from now on.
+    void DropLeftFrames();
+
     // The pages that somebody keeps.
     std::vector<std::shared_ptr<ExplorerDocument>> Pages() const;
 

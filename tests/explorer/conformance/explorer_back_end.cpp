@@ -59,6 +59,7 @@ public:
     BrowserLauncher& launcher() override { return launcher_; }
     Clock& clock() override { return clock_; }
     std::uint64_t RoundTrips() override { return calls_.count(); }
+    bool BringsKeysAlong() override { return false; }
 
 private:
     ComCalls calls_;
