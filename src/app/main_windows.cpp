@@ -7,6 +7,7 @@
 #include "app/browser_choice.h"
 #include "app/console_report.h"
 #include "app/frm_ie_auto.h"
+#include "app/paths.h"
 #include "app/profile_folder.h"
 #include "platform/chromium/chromium_windows.h"
 #include "platform/chromium/launcher.h"
@@ -54,7 +55,9 @@ public:
                   [&] { return ExplorerAnswers(calls_, sources_, clock); }) {
         calls_.Trace([&](const std::string& line) {
             const std::string& path = globals.options.trace_path;
-            if (!path.empty()) files.Append(path, clock.TimeStamp() + " " + line + "\r\n");
+            if (path.empty()) return;
+            files.Append(ResolvePath(path, files.ProgramFolder(), files),
+                         clock.TimeStamp() + " " + line + "\r\n");
         });
     }
 

@@ -18,9 +18,9 @@
 #include "platform/chromium/notice_queue.h"
 #include "platform/chromium/outline.h"
 #include "platform/chromium/page_dialog.h"
-#include "platform/subscribers.h"
 #include "platform/clock.h"
 #include "platform/files.h"
+#include "platform/subscribers.h"
 
 namespace tamrin {
 
