@@ -231,8 +231,12 @@ TEST_F(PageTest, AnswersPlacesAndButtons) {
     EXPECT_FALSE(page.Named("out").by_id.getBoundingClientRect());
     EXPECT_EQ(a.DefaultButton().id(), "p");
     EXPECT_FALSE(page.Named("out").by_id.DefaultButton());
-    world.Run("el('a').parentElement.__children.shift(); el('p').parentElement = null;");
+    world.Run(
+        "var a = el('a'); a.parentElement.__children.shift();"
+        "a.parentElement = el('p').parentElement = null");
     EXPECT_FALSE(page.Named("p").by_id.click());
+    Sleep(1100);  // it was there when it was found
+    EXPECT_EQ(a.value() + a.getAttribute("type").value_or(""), "");
 }
 
 }  // namespace

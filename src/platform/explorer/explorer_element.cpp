@@ -45,6 +45,9 @@ std::string WithReturns(std::string_view text) {
     return lines;
 }
 
+// An element that was found is taken to be in its page for so long.
+constexpr std::uint64_t kSeenForMs = 1000;
+
 constexpr std::array<std::string_view, 8> kMomentProperties = {
     "id", "name", "tagName", "value", "checked", "selectedIndex", "href", "src"};
 constexpr std::array<std::string_view, 4> kMomentAttributes = {"type", "alt", "href", "onclick"};
@@ -56,7 +59,8 @@ ExplorerElement::ExplorerElement(std::shared_ptr<ExplorerDocument> page,
     : page_(std::move(page)),
       tag_(std::move(tag)),
       object_(page_->Object(object, tag_)),
-      identity_(object.As<IUnknown>()) {}
+      identity_(object.As<IUnknown>()),
+      seen_at_(GetTickCount64()) {}
 
 Element ExplorerElement::Make(std::shared_ptr<ExplorerDocument> page,
                               const ComPtr<IDispatch>& object, std::string_view tag) {
@@ -80,8 +84,18 @@ std::string ExplorerElement::Get(std::string_view property) {
     return Live(property);
 }
 
+bool ExplorerElement::IsThere() {
+    if (!object()) return false;
+    // Asked at every read, it would double their calls.
+    const std::uint64_t now = GetTickCount64();
+    if (now - seen_at_ < kSeenForMs) return true;
+    if (!page_->Holds(object())) return false;
+    seen_at_ = now;
+    return true;
+}
+
 std::string ExplorerElement::Live(std::string_view property) {
-    if (!object()) return {};
+    if (!IsThere()) return {};
     if (property == "tagName") return tag_;
     if (property == "value") {
         if (!HasValue(tag_)) return {};
@@ -115,7 +129,7 @@ std::optional<std::string> ExplorerElement::getAttribute(std::string_view name) 
 }
 
 std::optional<std::string> ExplorerElement::LiveAttribute(std::string_view name) {
-    if (!object()) return std::nullopt;
+    if (!IsThere()) return std::nullopt;
     if (EqualsIgnoreCase(name, "type") &&
         IsOneOf(tag_, {"INPUT", "BUTTON", "SELECT", "TEXTAREA"})) {
         const std::string type = TextMember("type");

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -55,6 +56,8 @@ private:
     // The element of the event that is being told, when this is its active element.
     const ElementMoment* RelatedInMoment(std::size_t role, bool& told) const;
 
+    // Whether it still was in its page a moment ago.
+    bool IsThere();
     bool Is(std::string_view type);
     bool CanAct() const;
     bool PutText(std::string_view value);
@@ -72,6 +75,7 @@ private:
     std::string tag_;
     DispatchObject object_;
     ComPtr<IUnknown> identity_;
+    std::uint64_t seen_at_;
 };
 
 }  // namespace tamrin

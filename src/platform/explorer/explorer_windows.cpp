@@ -45,11 +45,14 @@ std::vector<ExplorerWindows::Entry> ExplorerWindows::InOrder() {
     }
     if (sources_.contents) AddContents(screen, entries);
     // The tabs of one window stand in one place and stay in the order of the list.
-    std::stable_sort(entries.begin(), entries.end(), [&screen](const Entry& a, const Entry& b) {
-        return std::find(screen.begin(), screen.end(), a.frame) <
-               std::find(screen.begin(), screen.end(), b.frame);
-    });
-    return entries;
+    std::vector<Entry> ordered;
+    ordered.reserve(entries.size());
+    for (const HWND frame : screen) {
+        for (Entry& entry : entries) {
+            if (entry.frame == frame) ordered.push_back(std::move(entry));
+        }
+    }
+    return ordered;
 }
 
 void ExplorerWindows::AddContents(const std::vector<HWND>& screen, std::vector<Entry>& entries) {
