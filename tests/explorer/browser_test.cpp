@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "explorer/browser_double.h"
+#include "explorer/no_input.h"
 #include "explorer/page_world.h"
 #include "platform/explorer/content_window.h"
 #include "platform/explorer/explorer_answers.h"
@@ -27,14 +28,6 @@ public:
     void OnQuit() override { lines.emplace_back("quit"); }
 
     Strings lines;
-};
-
-class NoInput : public Input {
-public:
-    ScreenPoint GetCursorPos() override { return {}; }
-    void SetCursorPos(ScreenPoint) override {}
-    void LeftButton(bool) override {}
-    bool SendKeys(const std::vector<KeyStroke>&) override { return false; }
 };
 
 class BrowserTest : public testing::Test {

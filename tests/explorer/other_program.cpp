@@ -30,18 +30,21 @@ HWND MakeDoor() {
 OtherProgram::OtherProgram() {
     std::promise<HWND> made;
     auto door = made.get_future();
-    thread_ = std::thread([&made] {
+    thread_ = std::thread([this, &made] {
         OleInitialize(nullptr);
         made.set_value(MakeDoor());
         MSG message;
         while (GetMessageW(&message, nullptr, 0, 0) > 0) DispatchMessageW(&message);
         OleUninitialize();
+        over_ = true;
     });
     door_ = door.get();
 }
 
 OtherProgram::~OtherProgram() {
     Do([] { PostQuitMessage(0); });
+    // When its windows go, those of this thread may be told.
+    Pump([this] { return over_.load(); });
     thread_.join();
 }
 

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <thread>
@@ -30,6 +31,7 @@ public:
 
 private:
     HWND door_ = nullptr;
+    std::atomic<bool> over_ = false;
     std::thread thread_;
 };
 

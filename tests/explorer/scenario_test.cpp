@@ -6,6 +6,7 @@
 
 #include "app/frm_ie_auto.h"
 #include "explorer/explorer_machine.h"
+#include "explorer/no_input.h"
 #include "platform/explorer/explorer_launcher.h"
 #include "platform/headless/headless_window_system.h"
 #include "platform/headless/virtual_clock.h"
@@ -18,14 +19,6 @@ namespace tamrin::test {
 namespace {
 
 using Lines = std::vector<std::string>;
-
-class NoInput : public Input {
-public:
-    ScreenPoint GetCursorPos() override { return {}; }
-    void SetCursorPos(ScreenPoint) override {}
-    void LeftButton(bool) override {}
-    bool SendKeys(const std::vector<KeyStroke>&) override { return false; }
-};
 
 class ScenarioTest : public testing::Test {
 protected:

@@ -4,29 +4,16 @@
 
 #include <map>
 
+#include "platform/explorer/com_object.h"
 #include "platform/explorer/variant.h"
 
 namespace tamrin::test {
 
-class ScriptEngine::Site : public IActiveScriptSite {
+class ScriptEngine::Site : public ComObject<IActiveScriptSite> {
 public:
-    virtual ~Site() = default;
     std::map<std::wstring, ComPtr<IDispatch>> objects;
     std::string error;
 
-    STDMETHODIMP QueryInterface(REFIID id, void** object) override {
-        const bool known = id == IID_IUnknown || id == IID_IActiveScriptSite;
-        *object = known ? this : nullptr;
-        if (!known) return E_NOINTERFACE;
-        AddRef();
-        return S_OK;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
-    STDMETHODIMP_(ULONG) Release() override {
-        const ULONG left = --references_;
-        if (left == 0) delete this;
-        return left;
-    }
     STDMETHODIMP GetLCID(LCID*) override { return E_NOTIMPL; }
     STDMETHODIMP GetItemInfo(LPCOLESTR name, DWORD, IUnknown** item, ITypeInfo**) override {
         const auto found = objects.find(name);
@@ -54,9 +41,6 @@ public:
     }
     STDMETHODIMP OnEnterScript() override { return S_OK; }
     STDMETHODIMP OnLeaveScript() override { return S_OK; }
-
-private:
-    ULONG references_ = 0;
 };
 
 ScriptEngine::ScriptEngine() : site_(new Site) {

@@ -4,6 +4,8 @@
 
 #include <utility>
 
+#include "platform/explorer/com_object.h"
+
 namespace tamrin {
 namespace {
 
@@ -22,25 +24,9 @@ void CALLBACK Tick(PVOID window, BOOLEAN) { PostMessageW(static_cast<HWND>(windo
 
 }  // namespace
 
-class CallFilter::Filter : public IMessageFilter {
+class CallFilter::Filter : public ComObject<IMessageFilter> {
 public:
     Filter(const ComCalls& calls, HWND clock) : calls_(calls), clock_(clock) {}
-    virtual ~Filter() = default;
-
-    STDMETHODIMP QueryInterface(REFIID id, void** object) override {
-        if (!object) return E_POINTER;
-        const bool known = id == IID_IUnknown || id == IID_IMessageFilter;
-        *object = known ? this : nullptr;
-        if (!known) return E_NOINTERFACE;
-        AddRef();
-        return S_OK;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
-    STDMETHODIMP_(ULONG) Release() override {
-        const ULONG left = --references_;
-        if (left == 0) delete this;
-        return left;
-    }
 
     // Events of the browser come while it is called; they are only noted.
     STDMETHODIMP_(DWORD) HandleInComingCall(DWORD, HTASK, DWORD, LPINTERFACEINFO) override {
@@ -71,7 +57,6 @@ private:
 
     const ComCalls& calls_;
     const HWND clock_;
-    ULONG references_ = 1;
 };
 
 CallFilter::CallFilter(ComCalls& calls, CallLimits limits)
@@ -79,10 +64,10 @@ CallFilter::CallFilter(ComCalls& calls, CallLimits limits)
       clock_(CreateWindowExW(0, L"STATIC", nullptr, 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr,
                              nullptr)) {
     calls.SetLimits(std::move(limits));
-    filter_ = new Filter(calls, clock_);
+    filter_ = ComPtr<Filter>(new Filter(calls, clock_));
     CreateTimerQueueTimer(&timer_, nullptr, Tick, clock_, kTickMs, kTickMs,
                           WT_EXECUTEINTIMERTHREAD);
-    calls.Note(CoRegisterMessageFilter(filter_, nullptr), "call", "program",
+    calls.Note(CoRegisterMessageFilter(filter_.get(), nullptr), "call", "program",
                "CoRegisterMessageFilter");
 }
 
@@ -90,7 +75,6 @@ CallFilter::~CallFilter() {
     IMessageFilter* registered = nullptr;
     CoRegisterMessageFilter(nullptr, &registered);
     if (registered) registered->Release();
-    filter_->Release();
     DeleteTimerQueueTimer(nullptr, timer_, INVALID_HANDLE_VALUE);  // waits for the last tick
     DestroyWindow(clock_);
     calls_.SetLimits({});

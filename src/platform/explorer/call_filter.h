@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include "platform/explorer/com_calls.h"
+#include "platform/explorer/com_ptr.h"
 
 namespace tamrin {
 
@@ -22,7 +23,7 @@ public:
 private:
     class Filter;
     ComCalls& calls_;
-    Filter* filter_;
+    ComPtr<Filter> filter_;
     HWND clock_;
     HANDLE timer_ = nullptr;
 };

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "platform/explorer/com_object.h"
+
 namespace tamrin {
 
 Variant EventArguments::At(std::size_t index) const {
@@ -10,28 +12,12 @@ Variant EventArguments::At(std::size_t index) const {
 }
 
 // What the browser holds. It may keep it for longer than the connection lives.
-class EventConnection::Sink : public IDispatch {
+class EventConnection::Sink : public ComObject<IDispatch> {
 public:
     Sink(REFIID interface_id, std::vector<EventHandler> handlers)
         : interface_id_(interface_id), handlers_(std::move(handlers)) {}
-    virtual ~Sink() = default;
 
     void Close() { handlers_.clear(); }
-
-    STDMETHODIMP QueryInterface(REFIID id, void** object) override {
-        if (!object) return E_POINTER;
-        const bool known = id == IID_IUnknown || id == IID_IDispatch || id == interface_id_;
-        *object = known ? static_cast<IDispatch*>(this) : nullptr;
-        if (!known) return E_NOINTERFACE;
-        AddRef();
-        return S_OK;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
-    STDMETHODIMP_(ULONG) Release() override {
-        const ULONG left = --references_;
-        if (left == 0) delete this;
-        return left;
-    }
 
     // Events are told by number; nobody asks for their names.
     STDMETHODIMP GetTypeInfoCount(UINT* count) override {
@@ -58,6 +44,9 @@ public:
         return S_OK;
     }
 
+protected:
+    bool Knows(REFIID id) const override { return id == IID_IDispatch || id == interface_id_; }
+
 private:
     static VARIANT TrueValue() {
         VARIANT value{};
@@ -68,7 +57,6 @@ private:
 
     const IID interface_id_;
     std::vector<EventHandler> handlers_;
-    ULONG references_ = 0;
 };
 
 std::unique_ptr<EventConnection> EventConnection::Make(ComCalls& calls, IUnknown* source,

@@ -3,6 +3,7 @@
 
 #include "conformance/back_end.h"
 #include "explorer/explorer_machine.h"
+#include "explorer/no_input.h"
 #include "platform/explorer/explorer_launcher.h"
 #include "platform/windows/clock.h"
 
@@ -38,15 +39,6 @@ Reply Fetch(const std::string& url) {
     return reply;
 }
 
-// There are no windows for it to reach.
-class NoInput : public Input {
-public:
-    ScreenPoint GetCursorPos() override { return {}; }
-    void SetCursorPos(ScreenPoint) override {}
-    void LeftButton(bool) override {}
-    bool SendKeys(const std::vector<KeyStroke>&) override { return false; }
-};
-
 class ExplorerBackEnd : public BackEnd {
 public:
     ExplorerBackEnd() {
@@ -65,7 +57,7 @@ private:
     ComCalls calls_;
     WindowsClock clock_;
     test::ExplorerMachine machine_{calls_, Fetch};
-    NoInput input_;
+    test::NoInput input_;
     ExplorerLauncher launcher_{calls_, machine_.Sources(), input_};
 };
 
