@@ -138,8 +138,7 @@ TEST_P(ScenarioInModeTest, IsRecordedAndAsksTheSameOfTheServerWhenItIsPlayed) {
         "input→,id=size,type=select-one,indt=1",
         "input→,id=pay,type=radio,indt=True,value=card",
         "input→,id=gift,type=checkbox,indt=True",
-        "input→,id=note,type=textarea,indt=a\x02"
-        "b",
+        "input→,id=note,type=textarea,indt=a\002b",
         "click→,id=go,type=submit,indt=送信",
         "input→,id=inner,type=text,indt=q",
         "click→,id=,type=href,indt=次へ",
