@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "explorer/browser_stub.h"
+#include "explorer/bare_browser.h"
 #include "explorer/event_source.h"
 #include "platform/explorer/variant.h"
 
@@ -16,7 +16,7 @@ namespace tamrin::test {
 
 // A browser window, or the browser of a frame. The test says what it shows and fires its events,
 // with their arguments as the browser gives them.
-class BrowserDouble : public BrowserStub, public EventContainer {
+class BrowserDouble : public BareBrowser, public EventContainer {
 public:
     BrowserDouble() : EventContainer(DIID_DWebBrowserEvents2) {}
 
@@ -45,8 +45,8 @@ public:
     void FireOnQuit();
 
     STDMETHODIMP QueryInterface(REFIID id, void** object) override;
-    STDMETHODIMP_(ULONG) AddRef() override { return BrowserStub::AddRef(); }
-    STDMETHODIMP_(ULONG) Release() override { return BrowserStub::Release(); }
+    STDMETHODIMP_(ULONG) AddRef() override { return BareBrowser::AddRef(); }
+    STDMETHODIMP_(ULONG) Release() override { return BareBrowser::Release(); }
 
     STDMETHODIMP Navigate2(VARIANT* url, VARIANT*, VARIANT*, VARIANT*, VARIANT*) override;
     STDMETHODIMP Quit() override;

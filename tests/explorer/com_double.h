@@ -6,6 +6,8 @@
 
 #include <cstddef>
 
+#include "platform/explorer/com_object.h"
+
 namespace tamrin::test {
 
 // How many doubles there are that somebody keeps a reference to.
@@ -14,21 +16,12 @@ inline std::size_t& DoublesAlive() {
     return alive;
 }
 
-// The part that all doubles of the browser's objects share: references, and no names of members.
+// The part that all doubles of the browser's objects share: they are counted.
 template <typename Interface>
-class ComDouble : public Interface {
+class ComDouble : public ComObject<Interface> {
 public:
     ComDouble() { ++DoublesAlive(); }
-    virtual ~ComDouble() { --DoublesAlive(); }
-    ComDouble(const ComDouble&) = delete;
-    ComDouble& operator=(const ComDouble&) = delete;
-
-    STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
-    STDMETHODIMP_(ULONG) Release() override {
-        const ULONG left = --references_;
-        if (left == 0) delete this;
-        return left;
-    }
+    ~ComDouble() override { --DoublesAlive(); }
 
 protected:
     // Answers QueryInterface for one of the object's interfaces.
@@ -38,9 +31,6 @@ protected:
         as->AddRef();
         return S_OK;
     }
-
-private:
-    ULONG references_ = 0;
 };
 
 // The same for one that is reached by names.

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "explorer/page_world.h"
+#include "explorer/page_rig.h"
 #include "platform/explorer/explorer_document.h"
 #include "platform/explorer/page_pool.h"
 
@@ -32,20 +32,7 @@ public:
     Strings lines;
 };
 
-class PageEventsTest : public testing::Test {
-protected:
-    Document Open(std::string_view html, int mode = 11) {
-        return Document(pool->Page(world.Open(html, mode)));
-    }
-    void TearDown() override {
-        pool.reset();
-        EXPECT_EQ(world.objects.alive.size(), 0U);
-    }
-
-    ComCalls calls;
-    PageWorld world;
-    std::shared_ptr<PagePool> pool = std::make_shared<PagePool>(calls);
-};
+using PageEventsTest = PageRig;
 
 TEST_F(PageEventsTest, TellOfTheUserInsideDeliverOnly) {
     for (const int mode : {11, 7}) {

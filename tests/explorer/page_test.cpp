@@ -3,7 +3,7 @@
 #include <iterator>
 
 #include "explorer/browser_double.h"
-#include "explorer/page_world.h"
+#include "explorer/page_rig.h"
 #include "platform/explorer/explorer_document.h"
 #include "platform/explorer/page_pool.h"
 
@@ -12,25 +12,13 @@ namespace {
 
 using Strings = std::vector<std::string>;
 
-class PageTest : public testing::Test {
+class PageTest : public PageRig {
 protected:
-    Document Open(std::string_view html, int mode = 11) {
-        return Document(pool->Page(world.Open(html, mode)));
-    }
-    // The program has let go of the page: nobody may keep a reference.
-    void TearDown() override {
-        pool.reset();
-        EXPECT_EQ(world.objects.alive.size(), 0U);
-    }
     static std::string Ids(const std::vector<Element>& elements) {
         std::string ids;
         for (const Element& element : elements) ids += element.id() + " ";
         return ids;
     }
-
-    ComCalls calls;
-    PageWorld world;
-    std::shared_ptr<PagePool> pool = std::make_shared<PagePool>(calls);
 };
 
 struct KeysRow {

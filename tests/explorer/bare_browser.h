@@ -8,8 +8,8 @@
 
 namespace tamrin::test {
 
-// What a browser's object can and no program here uses.
-class BrowserStub : public DispatchDouble<IWebBrowser2> {
+// What a browser's object can do beside what the program uses, all of it refused.
+class BareBrowser : public DispatchDouble<IWebBrowser2> {
 public:
     STDMETHODIMP GoBack() override { return E_NOTIMPL; }
     STDMETHODIMP GoForward() override { return E_NOTIMPL; }
