@@ -2,12 +2,12 @@
 
 #include <iterator>
 
-#include "app/settings.h"
+#include "platform/text.h"
 
 namespace tamrin {
 namespace {
 
-bool NamesExplorer(const std::string& path) { return LowerCase(path).ends_with("iexplore.exe"); }
+bool NamesExplorer(const std::string& path) { return EndsWithIgnoreCase(path, "iexplore.exe"); }
 
 }  // namespace
 

@@ -1,21 +1,10 @@
 #include "app/command_line.h"
 
 #include "app/paths.h"
+#include "platform/text.h"
 
 namespace tamrin {
 namespace {
-
-std::string ReplaceAll(std::string_view text, std::string_view from, std::string_view to) {
-    std::string result;
-    result.reserve(text.size());
-    for (;;) {
-        const auto at = text.find(from);
-        result += text.substr(0, at);
-        if (at == std::string_view::npos) return result;
-        result += to;
-        text.remove_prefix(at + from.size());
-    }
-}
 
 Switch ReadSwitch(std::string_view piece) {
     Switch item;

@@ -3,7 +3,7 @@
 #include <array>
 
 #include "app/license_text.h"
-#include "app/lines.h"
+#include "platform/text.h"
 
 namespace tamrin {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "app/lines.h"
+#include "platform/text.h"
 
 namespace tamrin {
 namespace {

@@ -4,8 +4,8 @@
 #include <array>
 #include <utility>
 
-#include "app/lines.h"
 #include "app/record_finding.h"
+#include "platform/text.h"
 #include "platform/utf8.h"
 #include "recorder/tag_list.h"
 

@@ -4,7 +4,7 @@
 #include <array>
 
 #include "app/paths.h"
-#include "app/settings.h"
+#include "platform/text.h"
 #include "scenario/character_escape.h"
 
 namespace tamrin {
@@ -29,9 +29,11 @@ void OptionsLoad(Options& options, const Files& files, const TextCodec& codec) {
     if (!bytes) return;
     const std::string text = UnescapeCharacters(codec.Decode(*bytes));
     options.recent_files.clear();
-    ForEachLine(text, [&](std::string_view line) {
+    std::string_view rest = text;
+    while (!rest.empty()) {
+        const std::string_view line = TakeLine(rest, LineEnds::kAny);
         const auto equals = line.find('=');
-        if (equals == std::string_view::npos) return;
+        if (equals == std::string_view::npos) continue;
         const std::string key = LowerCase(TrimBlankRuns(line.substr(0, equals)));
         std::string value = StripQuotes(line.substr(equals + 1));
         if (key == "browser") {
@@ -46,7 +48,7 @@ void OptionsLoad(Options& options, const Files& files, const TextCodec& codec) {
                    options.recent_files.size() < kMostRecentFiles) {
             options.recent_files.push_back(std::move(value));
         }
-    });
+    }
 }
 
 bool OptionsSave(const Options& options, Files& files, const TextCodec& codec) {

@@ -5,7 +5,7 @@
 #include <iterator>
 #include <utility>
 
-#include "app/lines.h"
+#include "platform/text.h"
 
 namespace tamrin {
 namespace {

@@ -152,7 +152,7 @@ std::string ActionItem(std::string_view act) {
 }
 
 std::string ActionOfItem(std::string_view item) {
-    item = TrimBlanks(item);
+    item = Trim(item);
     return std::string(item.substr(0, item.find_first_of(" ,\t")));
 }
 

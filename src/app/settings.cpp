@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "app/paths.h"
+#include "platform/text.h"
 #include "player/input_data.h"
 
 namespace tamrin {
@@ -14,36 +15,19 @@ void SetDefaultConf(Settings& settings, const Place& screen) {
     settings.form_bottom = settings.form_top + 300;
 }
 
-void ForEachLine(std::string_view text, const std::function<void(std::string_view line)>& take) {
-    while (!text.empty()) {
-        const auto end = text.find('\n');
-        std::string_view line = text.substr(0, end);
-        text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
-        if (line.ends_with('\r')) line.remove_suffix(1);
-        take(line);
-    }
-}
-
-std::string LowerCase(std::string_view text) {
-    std::string result(text);
-    for (char& c : result) {
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + 32);
-    }
-    return result;
-}
-
 void ForEachSetting(
     std::string_view text,
     const std::function<void(const std::string& key, std::string_view value)>& take) {
-    ForEachLine(text, [&](std::string_view line) {
+    while (!text.empty()) {
+        const std::string_view line = TakeLine(text, LineEnds::kAny);
         const auto equals = line.find('=');
-        if (equals == std::string_view::npos) return;
-        if (line.find('=', equals + 1) != std::string_view::npos) return;
+        if (equals == std::string_view::npos) continue;
+        if (line.find('=', equals + 1) != std::string_view::npos) continue;
         std::string_view value = line.substr(equals + 1);
         const auto first = value.find_first_not_of(' ');
         value.remove_prefix(first == std::string_view::npos ? value.size() : first);
         take(LowerCase(TrimBlankRuns(line.substr(0, equals))), value);
-    });
+    }
 }
 
 int SettingNumber(std::string_view value) {

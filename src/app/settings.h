@@ -12,12 +12,6 @@ namespace tamrin {
 // Sets every setting to its default. The main window's is the bottom right corner of the screen.
 void SetDefaultConf(Settings& settings, const Place& screen);
 
-// Calls `take` with each line of a text, without its line end (CR LF or LF).
-void ForEachLine(std::string_view text, const std::function<void(std::string_view line)>& take);
-
-// A text with the letters A to Z as a to z.
-std::string LowerCase(std::string_view text);
-
 // Calls `take` with each setting of a settings file's text: one per line, key and value parted by
 // one "=". The key comes without the blanks around it and in lower case, the value without those in
 // front of it. A line with no "=" or more than one is passed over.

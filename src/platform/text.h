@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tamrin {
 
@@ -25,7 +26,36 @@ public:
 // comparison of record keys, element attributes and tag names.
 bool EqualsIgnoreCase(std::string_view a, std::string_view b);
 
-// Whether `text` begins with `prefix` under the same comparison.
+// Whether `text` begins with `prefix`, or ends with `suffix`, under the same comparison.
 bool StartsWithIgnoreCase(std::string_view text, std::string_view prefix);
+bool EndsWithIgnoreCase(std::string_view text, std::string_view suffix);
+
+// The text with its letters A to Z in lower case, or a to z in upper case. All other characters
+// stay as they are, full-width letters too.
+std::string LowerCase(std::string_view text);
+std::string UpperCase(std::string_view text);
+
+// The white space of a page: blank, tab and line ends.
+inline constexpr std::string_view kWhiteSpace = " \t\r\n";
+
+// A text without the characters of `blanks` at its two ends; "" when it has no others.
+std::string_view Trim(std::string_view text, std::string_view blanks = " ");
+
+// The text with each `from`, searched from the front, replaced by `to`. `from` must not be empty.
+std::string ReplaceAll(std::string_view text, std::string_view from, std::string_view to);
+
+// What ends a line: LF or CR LF as in texts that people exchange, or a CR alone as well, as in
+// files of any origin.
+enum class LineEnds { kLf, kAny };
+
+// Takes the first line and its end off `text`, and answers the line without its end.
+std::string_view TakeLine(std::string_view& text, LineEnds ends);
+
+// The lines of a text that people exchange (the clipboard, a text box). A text that ends in a line
+// end has one more line, which is empty. An empty text is one empty line.
+std::vector<std::string> SplitLines(std::string_view text);
+
+// The lines joined by CR LF, with none behind the last one.
+std::string JoinLines(const std::vector<std::string>& lines);
 
 }  // namespace tamrin

@@ -17,7 +17,7 @@ struct Number {
 };
 
 Number ReadNumber(std::string_view text) {
-    text = TrimBlanks(text);
+    text = Trim(text);
     const char* begin = text.data();
     const char* end = begin + text.size();
     if (begin != end && *begin == '+') ++begin;
@@ -62,7 +62,7 @@ std::string ExpandReservedTexts(std::string_view text, const ReservedTexts& rese
 }
 
 std::string_view FirstToken(std::string_view text) {
-    text = TrimBlanks(text);
+    text = Trim(text);
     if (text.starts_with('"')) {
         text.remove_prefix(1);
         return text.substr(0, text.find('"'));
@@ -79,17 +79,11 @@ std::optional<double> WholeNumber(std::string_view text) {
 }
 
 std::optional<bool> TruthValue(std::string_view text) {
-    text = TrimBlanks(text);
+    text = Trim(text);
     if (EqualsIgnoreCase(text, "True")) return true;
     if (EqualsIgnoreCase(text, "False")) return false;
     if (const auto number = WholeNumber(text)) return *number != 0;
     return std::nullopt;
-}
-
-std::string_view TrimBlanks(std::string_view text) {
-    const auto first = text.find_first_not_of(' ');
-    if (first == std::string_view::npos) return {};
-    return text.substr(first, text.find_last_not_of(' ') - first + 1);
 }
 
 }  // namespace tamrin

@@ -32,7 +32,4 @@ std::optional<double> WholeNumber(std::string_view text);
 // for any other text.
 std::optional<bool> TruthValue(std::string_view text);
 
-// A text without the blanks around it.
-std::string_view TrimBlanks(std::string_view text);
-
 }  // namespace tamrin

@@ -5,6 +5,8 @@
 #include <charconv>
 #include <string>
 
+#include "platform/text.h"
+
 namespace tamrin {
 namespace {
 
@@ -50,17 +52,9 @@ constexpr auto kKeyNames = std::to_array<KeyName>({
     {"UP", "UP"},
 });
 
-std::string Capitals(std::string_view text) {
-    std::string result(text);
-    for (char& c : result) {
-        if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 32);
-    }
-    return result;
-}
-
 // The name that a stroke carries for a name written in braces; empty when there is no such key.
 std::string CanonicalName(std::string_view written) {
-    const std::string name = Capitals(written);
+    const std::string name = UpperCase(written);
     const auto* entry = std::find_if(kKeyNames.begin(), kKeyNames.end(),
                                      [&](const KeyName& key) { return key.written == name; });
     if (entry != kKeyNames.end()) return std::string(entry->name);

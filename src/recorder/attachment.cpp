@@ -1,10 +1,10 @@
 #include "recorder/attachment.h"
 
-#include <algorithm>
 #include <array>
-#include <cctype>
 #include <charconv>
 #include <utility>
+
+#include "platform/text.h"
 
 namespace tamrin {
 
@@ -59,10 +59,7 @@ void Attachment::ShowHandle() {
     std::array<char, 20> digits;
     const auto end =
         std::to_chars(digits.begin(), digits.end(), handle_, hexadecimal_ ? 16 : 10).ptr;
-    std::transform(digits.begin(), end, digits.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
-    txthWnd_.SetText(
-        std::string_view(digits.data(), static_cast<std::size_t>(end - digits.data())));
+    txthWnd_.SetText(UpperCase({digits.data(), static_cast<std::size_t>(end - digits.data())}));
 }
 
 void Attachment::BringToFront() {

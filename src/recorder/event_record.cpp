@@ -9,13 +9,6 @@
 namespace tamrin {
 namespace {
 
-std::string_view TrimWhite(std::string_view text) {
-    constexpr std::string_view kWhite = " \t\r\n";
-    const auto first = text.find_first_not_of(kWhite);
-    if (first == std::string_view::npos) return {};
-    return text.substr(first, text.find_last_not_of(kWhite) - first + 1);
-}
-
 // A text with CR LF for each line end, however the page writes it.
 std::string WithLineEnds(std::string_view text) {
     std::string result;
@@ -31,7 +24,7 @@ std::optional<EventValue> ReadLinkClick(const Element& active) {
     std::string href = GetHref(active);
     if (href.empty()) href = GetHref(active.parentElement());
     if (href.empty()) return std::nullopt;
-    std::string text = CleanValue(TrimWhite(active.innerText()));
+    std::string text = CleanValue(Trim(active.innerText(), kWhiteSpace));
     return EventValue{"href", text.empty() ? std::move(href) : std::move(text)};
 }
 
@@ -83,9 +76,7 @@ std::string CleanValue(std::string_view text) {
     for (char& c : value) {
         if (c == '\t') c = ' ';
     }
-    const auto first = value.find_first_not_of(' ');
-    if (first == std::string::npos) return "";
-    return value.substr(first, value.find_last_not_of(' ') - first + 1);
+    return std::string(Trim(value));
 }
 
 std::string BuildEventRecord(std::string_view id, const EventValue& read, std::string_view event) {

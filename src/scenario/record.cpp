@@ -28,23 +28,6 @@ bool LastPieceIs(std::string_view text, std::string_view key) {
     return whole && EqualsIgnoreCase(text.substr(begin), key);
 }
 
-std::string ReplaceAll(std::string_view text, std::string_view from, std::string_view to) {
-    std::string replaced;
-    replaced.reserve(text.size());
-    std::size_t begin = 0;
-    for (std::size_t at = text.find(from); at != text.npos; at = text.find(from, begin)) {
-        replaced.append(text, begin, at - begin).append(to);
-        begin = at + from.size();
-    }
-    return replaced.append(text, begin);
-}
-
-std::string_view TrimBlanks(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(' ');
-    return first == text.npos ? std::string_view()
-                              : text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
-
 }  // namespace
 
 std::string GetRecordItem(std::string_view line, std::string_view key) {
@@ -92,7 +75,7 @@ std::string BuildElementRecord(std::string_view act, std::string_view id, std::s
     const std::string value = EncodeItemValue(indt);
     std::string line(act);
     line.append("\t,id=").append(id).append(",type=").append(type);
-    return line.append(",indt=").append(TrimBlanks(value));
+    return line.append(",indt=").append(Trim(value));
 }
 
 std::string BuildUrlRecord(std::string_view size_bar, std::string_view address) {

@@ -15,16 +15,6 @@ constexpr std::string_view kLineEnd = "\r\n";
 constexpr std::string_view kCipherMark = "CIPHER";
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
-// Takes the first line off `text`, its end too, and answers it without its end.
-std::string_view TakeLine(std::string_view& text) {
-    const auto end =
-        std::find_if(text.begin(), text.end(), [](char c) { return c == '\r' || c == '\n'; });
-    const std::string_view line = text.substr(0, static_cast<std::size_t>(end - text.begin()));
-    text.remove_prefix(line.size());
-    text.remove_prefix(text.starts_with(kLineEnd) ? 2 : text.empty() ? 0 : 1);
-    return line;
-}
-
 // Appends the lines of `text`, each passed through `decode`. Splitting comes first: neither CR nor
 // LF is ever a part of a longer character, and so a damaged character cannot join two lines.
 template <typename Decode>
@@ -33,7 +23,8 @@ void AppendLines(std::vector<std::string>& lines, std::string_view text, Decode 
         const auto ends = std::count(text.begin(), text.end(), '\n');
         lines.reserve(static_cast<std::size_t>(ends) + 1);
     }
-    while (!text.empty()) lines.push_back(UnescapeCharacters(decode(TakeLine(text))));
+    while (!text.empty())
+        lines.push_back(UnescapeCharacters(decode(TakeLine(text, LineEnds::kAny))));
 }
 
 // Every line below the mark is deciphered by itself, so that a file put together from several
@@ -44,7 +35,8 @@ std::vector<std::string> DecipherLines(std::string_view text, Decode decode) {
     text = text.substr(0, text.find_last_not_of(kLineEnd) + 1);
     std::vector<std::string> lines;
     while (!text.empty()) {
-        const std::string plain = DecipherText(TakeLine(text), kScenarioCipherParameter);
+        const std::string plain =
+            DecipherText(TakeLine(text, LineEnds::kAny), kScenarioCipherParameter);
         // Nothing but filler is an empty record, except as the one line of a scenario without any.
         if (plain.empty() && (!lines.empty() || !text.empty())) lines.emplace_back();
         AppendLines(lines, plain, decode);
@@ -59,7 +51,7 @@ std::string EncodeLines(std::string_view text, const TextCodec& codec) {
     std::string bytes;
     bytes.reserve(text.size());
     while (!text.empty()) {
-        const std::string_view line = TakeLine(text);
+        const std::string_view line = TakeLine(text, LineEnds::kAny);
         if (const auto encoded = codec.Encode(line)) {
             bytes += *encoded;
         } else {
@@ -100,7 +92,7 @@ std::vector<std::string> ReadScenarioText(std::string_view bytes, const TextCode
     if (utf8) bytes.remove_prefix(kByteOrderMark.size());
     const auto decode = [&codec](std::string_view line) { return codec.Decode(line); };
     std::string_view rest = bytes;
-    if (TakeLine(rest) == kCipherMark) return DecipherLines(rest, decode);
+    if (TakeLine(rest, LineEnds::kAny) == kCipherMark) return DecipherLines(rest, decode);
     if (utf8) return ScenarioTextLines(bytes);
     std::vector<std::string> lines;
     AppendLines(lines, bytes, decode);

@@ -1,11 +1,11 @@
 // What is done to an element.
 
-#include <algorithm>
 #include <nlohmann/json.hpp>
 
 #include "platform/chromium/chromium_document.h"
 #include "platform/chromium/chromium_element.h"
 #include "platform/chromium/element_list.h"
+#include "platform/text.h"
 
 namespace tamrin {
 namespace {
@@ -23,10 +23,7 @@ std::string FullPath(std::string_view path, const Files& files) {
 
 std::string EventType(std::string_view event) {
     if (event.starts_with("on")) event.remove_prefix(2);
-    std::string type(event);
-    std::transform(type.begin(), type.end(), type.begin(),
-                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
-    return type;
+    return LowerCase(event);
 }
 
 }  // namespace

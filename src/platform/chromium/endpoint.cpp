@@ -2,15 +2,10 @@
 
 #include <charconv>
 
+#include "platform/text.h"
+
 namespace tamrin {
 namespace {
-
-std::string_view Trimmed(std::string_view text) {
-    constexpr std::string_view kBlanks = " \t\r\n";
-    const auto begin = text.find_first_not_of(kBlanks);
-    if (begin == std::string_view::npos) return {};
-    return text.substr(begin, text.find_last_not_of(kBlanks) - begin + 1);
-}
 
 unsigned short ReadPort(std::string_view text) {
     unsigned short port = 0;
@@ -25,14 +20,14 @@ unsigned short ReadPort(std::string_view text) {
 std::optional<Endpoint> ReadActivePort(std::string_view text) {
     const auto line_end = text.find('\n');
     if (line_end == std::string_view::npos) return std::nullopt;
-    Endpoint endpoint{ReadPort(Trimmed(text.substr(0, line_end))),
-                      std::string(Trimmed(text.substr(line_end)))};
+    Endpoint endpoint{ReadPort(Trim(text.substr(0, line_end), kWhiteSpace)),
+                      std::string(Trim(text.substr(line_end), kWhiteSpace))};
     if (endpoint.port == 0 || !endpoint.path.starts_with('/')) return std::nullopt;
     return endpoint;
 }
 
 std::optional<Endpoint> ReadDebugAddress(std::string_view text) {
-    text = Trimmed(text);
+    text = Trim(text, kWhiteSpace);
     const auto scheme = text.find("://");
     if (scheme != std::string_view::npos) text.remove_prefix(scheme + 3);
     const auto slash = text.find('/');

@@ -19,22 +19,6 @@ bool HasValue(std::string_view tag) {
     return IsOneOf(tag, {"INPUT", "TEXTAREA", "SELECT", "BUTTON", "OPTION", "DATA", "PARAM"});
 }
 
-std::string Capitals(std::string_view tag) {
-    std::string capitals(tag);
-    for (char& c : capitals) {
-        if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
-    }
-    return capitals;
-}
-
-std::string SmallLetters(std::string_view name) {
-    std::string small(name);
-    for (char& c : small) {
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-    }
-    return small;
-}
-
 // The lines of a text end in CR LF, as a form sends them; newer pages answer them without the CR.
 std::string WithReturns(std::string_view text) {
     std::string lines;
@@ -64,7 +48,7 @@ ExplorerElement::ExplorerElement(std::shared_ptr<ExplorerDocument> page,
 
 Element ExplorerElement::Make(std::shared_ptr<ExplorerDocument> page,
                               const ComPtr<IDispatch>& object, std::string_view tag) {
-    return Element(std::make_shared<ExplorerElement>(std::move(page), object, Capitals(tag)));
+    return Element(std::make_shared<ExplorerElement>(std::move(page), object, UpperCase(tag)));
 }
 
 const DispatchObject& ExplorerElement::object() const {
@@ -121,7 +105,7 @@ std::string ExplorerElement::TextMember(std::string_view property) {
 std::optional<std::string> ExplorerElement::getAttribute(std::string_view name) {
     if (PageMoment* moment = page_->moment()) {
         if (const ElementMoment* then = moment->Find(identity())) {
-            const auto known = then->attributes.find(SmallLetters(name));
+            const auto known = then->attributes.find(LowerCase(name));
             if (known != then->attributes.end()) return known->second;
         }
     }

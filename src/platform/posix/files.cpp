@@ -20,11 +20,6 @@
 namespace tamrin {
 namespace {
 
-bool HasExtension(std::string_view name, std::string_view extension) {
-    return name.size() >= extension.size() &&
-           EqualsIgnoreCase(name.substr(name.size() - extension.size()), extension);
-}
-
 // Holds the lock of an open file, and deletes the file before it lets go of it.
 class PosixFileLock : public FileLock {
 public:
@@ -135,7 +130,7 @@ std::vector<std::string> PosixFiles::List(const std::string& folder,
     if (!listing) return names;
     while (const dirent* entry = readdir(listing.get())) {
         const std::string_view name = entry->d_name;
-        if (HasExtension(name, extension) && IsFile(folder + "/" + entry->d_name)) {
+        if (EndsWithIgnoreCase(name, extension) && IsFile(folder + "/" + entry->d_name)) {
             names.emplace_back(name);
         }
     }

@@ -15,11 +15,6 @@ using OwnedSearch = Owned<HANDLE, FindClose>;
 
 DWORD Attributes(const std::string& path) { return GetFileAttributesW(Wide(path).c_str()); }
 
-bool HasExtension(std::string_view name, std::string_view extension) {
-    return name.size() >= extension.size() &&
-           EqualsIgnoreCase(name.substr(name.size() - extension.size()), extension);
-}
-
 OwnedHandle OpenToRead(const std::string& path) {
     return OwnFile(CreateFileW(Wide(path).c_str(), GENERIC_READ,
                                FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
@@ -139,7 +134,7 @@ std::vector<std::string> WindowsFiles::List(const std::string& folder,
     do {
         if ((entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) continue;
         std::string name = Utf8(entry.cFileName);
-        if (HasExtension(name, extension)) names.push_back(std::move(name));
+        if (EndsWithIgnoreCase(name, extension)) names.push_back(std::move(name));
     } while (FindNextFileW(search.get(), &entry));
     return names;
 }
