@@ -121,6 +121,10 @@ public:
     // elsewhere.
     virtual std::vector<Element> UnderPointer() { return {}; }
 
+    // Asks the pages for the events of all that their user has done until now, in one round trip.
+    // True when no event waits to be delivered by Clock::DoEvents.
+    virtual bool AllDelivered() { return true; }
+
     // Subscribes; `events` must outlive the answer.
     virtual std::unique_ptr<Connection> Connect(BrowserEvents& events) = 0;
 };

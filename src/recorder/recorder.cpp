@@ -11,9 +11,12 @@ namespace {
 constexpr int kEnter = 13;
 // Stands for the value of a field whose getting the focus was not seen.
 constexpr const char* kNoData = "-- no data --";
-// What a page has told may still be on its way: the browser holds an event of one frame back until
-// that of another, which happened before it, has come.
-constexpr int kOnTheWayMs = 60;
+// Before a recording ends, the browser has to say so many times, at these intervals, that it has
+// delivered all events: a key can still be on its way into the page at the first time.
+constexpr int kQuietTimes = 3;
+constexpr int kQuietStepMs = 20;
+// How long the end of a recording waits for that at most.
+constexpr std::uint32_t kFlushLimitMs = 3000;
 // An event that is handled so soon after another has waited behind it.
 constexpr std::uint32_t kBehindMs = 10;
 
@@ -52,9 +55,7 @@ void Recorder::Start(std::shared_ptr<Browser> browser, RecordKind kind) {
 }
 
 void Recorder::Finish() {
-    clock_.DoEvents();
-    clock_.Sleep(kOnTheWayMs);
-    clock_.DoEvents();
+    HandleAllEvents();
     if (!browser_ || !event_doc_ || watch_left_) return;
     // The handle that is watched answers as at its last event; a fresh one answers as it is now.
     Element active = event_doc_->document().activeElement();
@@ -66,6 +67,17 @@ void Recorder::Finish() {
     if (!(active == watch_elm_)) return;
     watch_elm_ = active;
     if (InputText(active) != watch_text_) RecordEvent("input", page);
+}
+
+void Recorder::HandleAllEvents() {
+    const std::uint32_t start = clock_.TickCount();
+    for (int quiet = 0; quiet < kQuietTimes && clock_.TickCount() - start < kFlushLimitMs;) {
+        clock_.DoEvents();
+        const bool all = !browser_ || browser_->AllDelivered();
+        quiet = all ? quiet + 1 : 0;
+        clock_.Sleep(kQuietStepMs);
+    }
+    clock_.DoEvents();
 }
 
 void Recorder::Release() {

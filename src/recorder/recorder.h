@@ -81,6 +81,9 @@ private:
     void CheckClickedFrame(PageLink& page);
     static std::optional<DefaultButton> FindDefaultButton(const PageLink& page);
 
+    // Handles events until the browser has no more of what the user has done.
+    void HandleAllEvents();
+
     // record_event.cpp
     void RecordEvent(std::string_view event, const PageLink* page);
     void Record(const std::string& id, const EventValue& read, std::string_view event);

@@ -40,6 +40,7 @@ public:
     std::optional<ScreenPoint> ElementScreenPoint(const Element& element) override;
     // One round trip, and one more for each frame that the pointer is in.
     std::vector<Element> UnderPointer() override;
+    bool AllDelivered() override { return tab_->AllDelivered(); }
     std::unique_ptr<Connection> Connect(BrowserEvents& events) override {
         return subscribers_.Connect(events);
     }

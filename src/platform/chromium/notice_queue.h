@@ -78,6 +78,8 @@ public:
     // No last moment comes any more.
     void EndNavigationWait();
 
+    bool Empty() const { return waiting_.empty(); }
+
     // The next notice whose time has come.
     std::optional<Notice> Next(std::uint32_t tick);
 

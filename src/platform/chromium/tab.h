@@ -132,6 +132,9 @@ public:
     // Goes on to the next thing that happened, in order, and answers it; null when there is none.
     // It is the current one until the next call.
     const Notice* NextNotice();
+    // Waits for the pages to send their notices of what their user has done until now (one round
+    // trip), and answers whether none is left for NextNotice.
+    bool AllDelivered();
     const Notice* current() const { return current_ ? &*current_ : nullptr; }
     // What the current notice tells of the page with that agent; null when it tells nothing.
     const PageMoment* MomentOf(std::string_view agent) const;

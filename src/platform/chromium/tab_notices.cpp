@@ -108,6 +108,11 @@ const Notice* Tab::NextNotice() {
     return current();
 }
 
+bool Tab::AllDelivered() {
+    Settle();
+    return notices_.Empty();
+}
+
 const PageMoment* Tab::MomentOf(std::string_view agent) const {
     if (!current_) return nullptr;
     for (const auto& moment : current_->moments) {
