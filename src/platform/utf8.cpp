@@ -5,12 +5,12 @@
 namespace tamrin {
 namespace {
 
-// How many bytes follow a first byte, which bits of it count, and the least code that needs so many
-// bytes. A `mask` of zero says that the byte begins no character.
+// For a first byte: how many bytes follow, which of its bits belong to the code, and the smallest
+// code of that length. A `mask` of zero means that the byte begins no character.
 struct Shape {
     std::size_t following;
     unsigned mask;
-    char32_t least;
+    char32_t smallest;
 };
 
 Shape ShapeOf(unsigned char first) {
@@ -26,8 +26,7 @@ char Byte(char32_t bits) { return static_cast<char>(static_cast<unsigned char>(b
 }  // namespace
 
 bool IsAscii(std::string_view text) {
-    // Joining all bytes instead of stopping at the first high one lets the compiler take many at
-    // once.
+    // Without an early exit the compiler can check many bytes at once.
     unsigned char all = 0;
     for (const char c : text) all |= static_cast<unsigned char>(c);
     return all < 0x80U;
@@ -44,7 +43,7 @@ Utf8Character ReadUtf8(std::string_view text, std::size_t at) {
         if ((byte & 0xC0U) != 0x80U) return invalid;
         code = code << 6U | (byte & 0x3FU);
     }
-    if (code < shape.least || !IsScalarValue(code)) return invalid;
+    if (code < shape.smallest || !IsScalarValue(code)) return invalid;
     return {code, shape.following + 1};
 }
 
@@ -75,10 +74,10 @@ std::string ValidUtf8(std::string_view text) {
     return valid;
 }
 
-std::size_t CutLength(std::string_view text, std::size_t most) {
-    if (text.size() <= most) return text.size();
-    while (most > 0 && (static_cast<unsigned char>(text[most]) & 0xC0U) == 0x80U) --most;
-    return most;
+std::size_t CutLength(std::string_view text, std::size_t limit) {
+    if (text.size() <= limit) return text.size();
+    while (limit > 0 && (static_cast<unsigned char>(text[limit]) & 0xC0U) == 0x80U) --limit;
+    return limit;
 }
 
 }  // namespace tamrin

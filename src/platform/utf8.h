@@ -6,10 +6,10 @@
 
 namespace tamrin {
 
-// What stands for bytes that are no character.
+// Replaces bytes that are no valid character.
 inline constexpr char32_t kReplacementCharacter = 0xFFFD;
 
-// One character of a UTF-8 text and the bytes that it takes there.
+// One character of a UTF-8 text and its length in bytes.
 struct Utf8Character {
     char32_t code = 0;
     std::size_t length = 0;
@@ -17,7 +17,7 @@ struct Utf8Character {
     bool operator==(const Utf8Character&) const = default;
 };
 
-// Whether `code` is a Unicode scalar value: what a text can hold, so no surrogate.
+// Whether `code` is a Unicode scalar value: a code point that is no surrogate.
 constexpr bool IsScalarValue(char32_t code) {
     return code < 0xD800 || (code > 0xDFFF && code <= 0x10FFFF);
 }
@@ -29,11 +29,12 @@ bool IsAscii(std::string_view text);
 // begins no valid character (cut off, overlong, surrogate) answers U+FFFD of length 1.
 Utf8Character ReadUtf8(std::string_view text, std::size_t at);
 
-// Appends the character; one that is no scalar value is appended as U+FFFD.
+// Appends the character, or U+FFFD when `code` is no scalar value.
 void AppendUtf8(std::string& text, char32_t code);
 
-// How many bytes of a valid text, `most` at most, make whole characters.
-std::size_t CutLength(std::string_view text, std::size_t most);
+// The length of the longest beginning of a valid text that has at most `limit` bytes and ends with
+// a whole character.
+std::size_t CutLength(std::string_view text, std::size_t limit);
 
 // Answers the text with every byte that belongs to no valid character replaced by U+FFFD.
 std::string ValidUtf8(std::string_view text);

@@ -13,15 +13,15 @@ namespace {
 
 constexpr std::string_view kOpening = "%%U+";
 constexpr std::string_view kClosing = "%%";
-constexpr std::size_t kMostDigits = 6;
+constexpr std::size_t kMaxDigits = 6;
 
-// The character for which the escape at the beginning of `text` stands, and the escape's length; a
-// length of 0 when there is none.
+// The character of the escape at the beginning of `text` and the escape's length; a length of 0
+// when there is none.
 Utf8Character ReadEscape(std::string_view text) {
     const char* digits = text.data() + kOpening.size();
-    const char* most = digits + std::min(kMostDigits, text.size() - kOpening.size());
+    const char* last = digits + std::min(kMaxDigits, text.size() - kOpening.size());
     unsigned code = 0;
-    const auto [end, error] = std::from_chars(digits, most, code, 16);
+    const auto [end, error] = std::from_chars(digits, last, code, 16);
     const auto length = static_cast<std::size_t>(end - text.data());
     const bool closed = text.substr(length).starts_with(kClosing);
     if (error != std::errc() || !closed || !IsScalarValue(code)) return {};

@@ -10,12 +10,14 @@ namespace tamrin {
 namespace {
 
 constexpr std::size_t kFillerBytes = 50;
-constexpr unsigned kFirstFiller = 'G';
 
-// The numbers that say which places are swapped: a linear congruential generator of 24 bits whose
-// state, seen as a fraction of 2^24, is the draw. Files depend on each of its constants. It runs in
-// whole numbers, so that every machine draws the same, and in both directions, so that undoing the
-// swaps from the last to the first needs no list of them.
+// The hexadecimal digits 0 to F of the cipher.
+constexpr std::string_view kDigits = "Vd2*:R~mJ5_eQs=N";
+
+// Chooses the places to swap: a linear congruential generator of 24 bits whose state, read as a
+// fraction of 2^24, is the draw. Files depend on each of its constants. It uses whole numbers, so
+// that every machine draws the same, and runs in both directions, so that the swaps can be undone
+// from the last to the first without a list of them.
 class PlaceGenerator {
 public:
     // Seeds from the single-precision form of the negated parameter; the seeding takes one draw.
@@ -44,7 +46,7 @@ private:
     std::uint32_t state_ = 0;
 };
 
-// Each swap joins the place drawn for it with the one drawn two draws later. The first character
+// Each swap exchanges the place drawn for it and the one drawn two draws later. The first character
 // keeps its place.
 void Scramble(std::string& text, int parameter) {
     if (text.size() < 3) return;
@@ -82,42 +84,21 @@ void Unscramble(std::string& text, int parameter) {
     }
 }
 
-// What MapChar answers when enciphering, for every byte.
-constexpr std::array<char, 256> EncipheredDigits() {
-    std::array<char, 256> digits{};
-    for (const char c : kHexAlphabet) digits[static_cast<unsigned char>(c)] = MapChar(c, true);
-    return digits;
-}
-
-// The value of each character of the cipher's alphabet as a hexadecimal digit; 0 for all others.
-constexpr std::array<unsigned char, 256> DigitValues() {
+// The value of each digit of the cipher; 0 for all other characters.
+constexpr std::array<unsigned char, 256> kDigitValues = [] {
     std::array<unsigned char, 256> values{};
-    for (const char c : kCipherAlphabet) {
-        values[static_cast<unsigned char>(c)] =
-            static_cast<unsigned char>(kHexAlphabet.find(MapChar(c, false)));
+    for (unsigned char value = 0; value < kDigits.size(); ++value) {
+        values[static_cast<unsigned char>(kDigits[value])] = value;
     }
     return values;
-}
+}();
 
-constexpr std::array<char, 256> kEncipheredDigits = EncipheredDigits();
-constexpr std::array<unsigned char, 256> kDigitValues = DigitValues();
-
-void AppendHex(std::string& hex, unsigned byte) {
-    hex += kHexAlphabet[byte >> 4U];
-    hex += kHexAlphabet[byte & 0xFU];
+void AppendDigits(std::string& digits, unsigned byte) {
+    digits += kDigits[byte >> 4U];
+    digits += kDigits[byte & 0xFU];
 }
 
 }  // namespace
-
-std::string RandomFiller(std::size_t count, std::mt19937& random) {
-    std::string hex;
-    hex.reserve(2 * count);
-    for (std::size_t i = 0; i < count; ++i) {
-        // The upper four of 32 random bits.
-        AppendHex(hex, kFirstFiller + static_cast<unsigned>(random() >> 28U));
-    }
-    return hex;
-}
 
 std::string EncipherText(std::string_view bytes, int parameter) {
     std::mt19937 filler{std::random_device{}()};
@@ -127,9 +108,11 @@ std::string EncipherText(std::string_view bytes, int parameter) {
 std::string EncipherText(std::string_view bytes, int parameter, std::mt19937& filler) {
     std::string line;
     line.reserve(2 * (bytes.size() + kFillerBytes));
-    for (const char c : bytes) AppendHex(line, static_cast<unsigned char>(c));
-    line += RandomFiller(kFillerBytes, filler);
-    for (char& digit : line) digit = kEncipheredDigits[static_cast<unsigned char>(digit)];
+    for (const char c : bytes) AppendDigits(line, static_cast<unsigned char>(c));
+    for (std::size_t i = 0; i < kFillerBytes; ++i) {
+        // The upper four of 32 random bits: a letter from 'G' to 'V'.
+        AppendDigits(line, 'G' + static_cast<unsigned>(filler() >> 28U));
+    }
     Scramble(line, parameter);
     return line;
 }

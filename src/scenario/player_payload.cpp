@@ -1,11 +1,13 @@
 #include "scenario/player_payload.h"
 
 #include <algorithm>
+#include <array>
+#include <boost/crc.hpp>
+#include <boost/endian/buffers.hpp>
 #include <cstdint>
+#include <cstring>
 
 #include "platform/files.h"
-#include "scenario/checksum.h"
-#include "scenario/little_endian.h"
 #include "scenario/program_image.h"
 
 namespace tamrin {
@@ -13,21 +15,31 @@ namespace {
 
 constexpr std::string_view kMark = "TAMRIN\x01";
 constexpr std::string_view kName = "TAMRINPL";
-constexpr std::uint64_t kVersion = 1;
-constexpr std::size_t kTrailerSize = 24;
+constexpr std::uint32_t kVersion = 1;
 constexpr std::size_t kAlignment = 8;  // of a signature
 
+// The trailer, byte for byte as the file holds it.
 struct Trailer {
-    std::uint64_t checksum = 0;
-    std::uint64_t length = 0;
-    std::uint64_t version = 0;
+    boost::endian::little_uint32_buf_t checksum;
+    boost::endian::little_uint64_buf_t length;
+    boost::endian::little_uint32_buf_t version;
+    std::array<char, 8> name;
 };
+constexpr std::size_t kTrailerSize = 24;
+static_assert(sizeof(Trailer) == kTrailerSize && kName.size() == sizeof(Trailer::name));
 
-// The trailer with which `bytes` end.
+// The trailer at the end of `bytes`.
 std::optional<Trailer> ReadTrailer(std::string_view bytes) {
     if (bytes.size() < kTrailerSize || !bytes.ends_with(kName)) return std::nullopt;
-    bytes.remove_prefix(bytes.size() - kTrailerSize);
-    return Trailer{ReadNumber(bytes, 0, 4), ReadNumber(bytes, 4, 8), ReadNumber(bytes, 12, 4)};
+    Trailer trailer;
+    std::memcpy(&trailer, bytes.data() + bytes.size() - kTrailerSize, kTrailerSize);
+    return trailer;
+}
+
+std::uint32_t Checksum(std::string_view bytes) {
+    boost::crc_32_type crc;
+    crc.process_bytes(bytes.data(), bytes.size());
+    return crc.checksum();
 }
 
 bool IsMarked(std::string_view program) {
@@ -35,14 +47,14 @@ bool IsMarked(std::string_view program) {
     return place > 0 && program.substr(place).starts_with(kMark);
 }
 
-// Cuts what a player carries off its bytes, which have no signature. False when it is damaged.
+// Removes what a player without a signature carries. False when the player is damaged.
 bool RemovePayload(std::string& player) {
     const auto trailer = ReadTrailer(player);
-    if (!trailer || trailer->version != kVersion) return false;
+    if (!trailer || trailer->version.value() != kVersion) return false;
     player.resize(player.size() - kTrailerSize);
-    if (trailer->length > player.size()) return false;
-    const std::size_t size = player.size() - trailer->length;
-    if (Checksum(std::string_view(player).substr(size)) != trailer->checksum) return false;
+    if (trailer->length.value() > player.size()) return false;
+    const std::size_t size = player.size() - trailer->length.value();
+    if (Checksum(std::string_view(player).substr(size)) != trailer->checksum.value()) return false;
     player.resize(size);
     return true;
 }
@@ -57,12 +69,14 @@ Payload ReadPayload(const Files& files, const std::string& program) {
     end -= std::min<std::uint64_t>(end, kTrailerSize);
     const auto trailer = ReadTrailer(files.ReadPart(program, end, kTrailerSize).value_or(""));
     if (!trailer) return {marked ? Carried::kCut : Carried::kNothing, ""};
-    if (trailer->version > kVersion) return {Carried::kNewer, ""};
-    if (!marked || trailer->version != kVersion || trailer->length > end) {
+    const std::uint32_t version = trailer->version.value();
+    const std::uint64_t length = trailer->length.value();
+    if (version > kVersion) return {Carried::kNewer, ""};
+    if (!marked || version != kVersion || length > end) return {Carried::kChanged, ""};
+    auto scenario = files.ReadPart(program, end - length, length);
+    if (!scenario || Checksum(*scenario) != trailer->checksum.value()) {
         return {Carried::kChanged, ""};
     }
-    auto scenario = files.ReadPart(program, end - trailer->length, trailer->length);
-    if (!scenario || Checksum(*scenario) != trailer->checksum) return {Carried::kChanged, ""};
     return {Carried::kScenario, *std::move(scenario)};
 }
 
@@ -77,10 +91,12 @@ std::optional<std::string> MakePlayer(std::string program, std::string_view scen
     std::string payload(scenario);
     while ((program.size() + payload.size()) % kAlignment != 0) payload += '\n';
     program += payload;
-    AppendNumber(program, Checksum(payload), 4);
-    AppendNumber(program, payload.size(), 8);
-    AppendNumber(program, kVersion, 4);
-    program += kName;
+    Trailer trailer{};
+    trailer.checksum = Checksum(payload);
+    trailer.length = payload.size();
+    trailer.version = kVersion;
+    std::ranges::copy(kName, trailer.name.begin());
+    program.append(reinterpret_cast<const char*>(&trailer), sizeof trailer);
     return program;
 }
 

@@ -8,28 +8,27 @@ namespace tamrin {
 
 class Files;
 
-// A stand-alone player: a copy of the program that carries a scenario. In its file stand, one
-// behind the other,
+// A stand-alone player: a copy of the program that carries a scenario. Its file consists of
 //   the program, with the mark "TAMRIN" and the byte 1 in its head (MarkPlace),
-//   the scenario as the text of an enciphered file, with LF behind it until the place is a multiple
-//     of eight, where a signature can follow at once,
-//   and the trailer of 24 bytes, its numbers with the lowest byte first:
-//     4  the CRC-32 (Checksum) of the scenario's bytes
-//     8  their number, the LF behind them counted
-//     4  the version of all this, 1
+//   the scenario as the text of an enciphered file, padded with LF until the size of the file is a
+//     multiple of eight, so that a signature can follow at once,
+//   the trailer of 24 bytes, its numbers with the lowest byte first:
+//     4  the CRC-32 of the scenario and its padding, as in ZIP files
+//     8  the size of both
+//     4  the version of this format, 1
 //     8  "TAMRINPL"
-// The mark tells a player that has lost its end from a program that carries nothing. Version and
-// name are last, so that a later version may hold more in front of them.
+// The mark distinguishes a player that has lost its end from a program that carries nothing.
+// Version and name are last, so that a later version may add fields before them.
 //
-// A digital signature ends a Windows program's file. A player is signed after it was made: the
-// signature then covers the scenario, which is found in front of it. A player made by a signed
-// program has no signature, for it is not what was signed.
+// A digital signature is the end of a Windows program's file. A player is signed after it was made:
+// the signature then covers the scenario, which is found before it. A player that a signed program
+// makes has no signature, because it is not the file that was signed.
 
 enum class Carried {
     kNothing,   // an ordinary program, or a file that cannot be read
     kScenario,  // a whole scenario
     kCut,       // a player whose file ends too early
-    kChanged,   // a player whose scenario is not the one that was written
+    kChanged,   // a player whose scenario differs from the one that was written
     kNewer,     // a player of a later version
 };
 
@@ -38,12 +37,12 @@ struct Payload {
     std::string scenario;  // the bytes of a scenario file
 };
 
-// What a program file carries. Reads the file's head and its last bytes, and more only of a player.
+// What a program file carries. Reads only the head and the last bytes of a file that is no player.
 Payload ReadPayload(const Files& files, const std::string& program);
 
-// The bytes of a player that carries the bytes of a scenario file, made of those of a program or of
-// another player, whose scenario is left out. Nothing when they are no program's, or those of a
-// damaged player.
+// Answers the bytes of a player that carries the bytes of a scenario file. `program` is the bytes
+// of a program, or of a player, whose scenario is replaced. Nothing when they are not a program or
+// a damaged player.
 std::optional<std::string> MakePlayer(std::string program, std::string_view scenario);
 
 }  // namespace tamrin

@@ -15,8 +15,8 @@ constexpr std::string_view kLineEnd = "\r\n";
 constexpr std::string_view kCipherMark = "CIPHER";
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
-// Appends the lines of `text`, each passed through `decode`. Splitting comes first: neither CR nor
-// LF is ever a part of a longer character, and so a damaged character cannot join two lines.
+// Appends the lines of `text`, each decoded by `decode`. The text is split before it is decoded: CR
+// and LF are never part of a longer character, so a damaged character cannot join two lines.
 template <typename Decode>
 void AppendLines(std::vector<std::string>& lines, std::string_view text, Decode decode) {
     if (lines.empty()) {
@@ -27,8 +27,7 @@ void AppendLines(std::vector<std::string>& lines, std::string_view text, Decode 
         lines.push_back(UnescapeCharacters(decode(TakeLine(text, LineEnds::kAny))));
 }
 
-// Every line below the mark is deciphered by itself, so that a file put together from several
-// reads, too.
+// Deciphers each line below the mark separately, so that a file joined from several files works.
 template <typename Decode>
 std::vector<std::string> DecipherLines(std::string_view text, Decode decode) {
     // Empty lines at the end of the file are no records.
@@ -37,15 +36,15 @@ std::vector<std::string> DecipherLines(std::string_view text, Decode decode) {
     while (!text.empty()) {
         const std::string plain =
             DecipherText(TakeLine(text, LineEnds::kAny), kScenarioCipherParameter);
-        // Nothing but filler is an empty record, except as the one line of a scenario without any.
+        // Only filler is an empty record, except as the only line of a scenario without records.
         if (plain.empty() && (!lines.empty() || !text.empty())) lines.emplace_back();
         AppendLines(lines, plain, decode);
     }
     return lines;
 }
 
-// Encodes a text of whole lines. Almost always the code page holds all of it; where it does not,
-// only the lines concerned are taken apart.
+// Encodes a text of whole lines. The code page almost always holds all of it; otherwise only lines
+// with other characters are encoded character by character.
 std::string EncodeLines(std::string_view text, const TextCodec& codec) {
     if (auto all = codec.Encode(text)) return *std::move(all);
     std::string bytes;
@@ -73,7 +72,7 @@ std::string WriteScenarioText(const std::vector<std::string>& lines, const TextC
     for (const std::string& line : lines) {
         std::string_view rest = line;
         if (!cipher && text.empty() && line == kCipherMark) {
-            // Read back as it stands it would announce an enciphered file.
+            // As the first line it would mark an enciphered file.
             AppendEscape(text, static_cast<unsigned char>(rest.front()));
             rest.remove_prefix(1);
         }

@@ -13,8 +13,19 @@ using Lines = std::vector<std::string>;
 
 const PosixTextCodec codec;
 
+const std::string kGolden = TAMRIN_SOURCE_DIR "/tests/scenario/golden/";
+
 std::string Enciphered(std::string_view bytes) {
     return EncipherText(bytes, kScenarioCipherParameter) + "\r\n";
+}
+
+// Another implementation made the golden line, with filler of the same Mersenne twister from 1.
+TEST(EncipherText, MakesTheLineThatEarlierFilesHold) {
+    std::mt19937 filler(1);
+    const std::string plain = FileBytes(kGolden + "plain.csv");
+    const std::string line = EncipherText(plain, kScenarioCipherParameter, filler);
+    EXPECT_EQ("CIPHER\r\n" + line + "\r\n", FileBytes(kGolden + "enciphered.csv"));
+    EXPECT_NE(line, EncipherText(plain, kScenarioCipherParameter)) << "the filler is random";
 }
 
 TEST(ReadScenarioText, ReadsPlainAndEncipheredFilesAlike) {
@@ -26,10 +37,9 @@ TEST(ReadScenarioText, ReadsPlainAndEncipheredFilesAlike) {
         "",
         "click\t,id=send,type=submit,indt=送信",
     };
-    const std::string golden = TAMRIN_SOURCE_DIR "/tests/scenario/golden/";
-    EXPECT_EQ(ReadScenarioText(FileBytes(golden + "plain.csv"), codec), lines);
-    EXPECT_EQ(ReadScenarioText(FileBytes(golden + "enciphered.csv"), codec), lines);
-    EXPECT_EQ(WriteScenarioText(lines, codec, false), FileBytes(golden + "plain.csv"));
+    EXPECT_EQ(ReadScenarioText(FileBytes(kGolden + "plain.csv"), codec), lines);
+    EXPECT_EQ(ReadScenarioText(FileBytes(kGolden + "enciphered.csv"), codec), lines);
+    EXPECT_EQ(WriteScenarioText(lines, codec, false), FileBytes(kGolden + "plain.csv"));
 }
 
 TEST(ReadScenarioText, SplitsAtAnyLineEnd) {
@@ -43,17 +53,17 @@ TEST(ReadScenarioText, SplitsAtAnyLineEnd) {
         {"a\nb", {"a", "b"}},
         {"a\rb\r\r\nc", {"a", "b", "", "c"}},
         {"a\n\r\n\n", {"a", "", ""}},
-        {"\xEF\xBB\xBF"
-         "日本\r\n\xFF",
-         {"日本", "\uFFFD"}},
-        {"\xEF\xBB\xBF", {}},
+        {"\uFEFF日本\r\n\xFF", {"日本", "\uFFFD"}},
+        {"\uFEFF", {}},
         {"\x93\xFA\x96\r\n\x7B", {"日\uFFFD", "{"}},  // half a character ends its own line only
         {"a\r\nCIPHER\r\nb", {"a", "CIPHER", "b"}},
         {"cipher\r\nb", {"cipher", "b"}},
         {"CIPHER \r\nb", {"CIPHER ", "b"}},
         {std::string_view("a\0b", 3), {std::string("a\0b", 3)}},
     };
-    for (const auto& row : rows) EXPECT_EQ(ReadScenarioText(row.bytes, codec), row.lines);
+    for (const auto& row : rows) {
+        EXPECT_EQ(ReadScenarioText(row.bytes, codec), row.lines) << row.bytes;
+    }
 }
 
 TEST(ReadScenarioText, DeciphersEachLineByItself) {
@@ -69,12 +79,9 @@ TEST(ReadScenarioText, DeciphersEachLineByItself) {
         {Enciphered("a\r\n\r\n") + "\r\n", {"a", ""}},
     };
     for (const auto& row : rows) {
-        EXPECT_EQ(ReadScenarioText("CIPHER\r\n" + row.below_mark, codec), row.lines);
-        EXPECT_EQ(ReadScenarioText("\xEF\xBB\xBF"
-                                   "CIPHER\n" +
-                                       row.below_mark,
-                                   codec),
-                  row.lines);
+        for (const char* mark : {"CIPHER\r\n", "\uFEFFCIPHER\n"}) {
+            EXPECT_EQ(ReadScenarioText(mark + row.below_mark, codec), row.lines) << row.below_mark;
+        }
     }
 }
 
@@ -96,9 +103,10 @@ TEST(WriteScenarioText, EscapesWhatTheFileCannotHold) {
         {"CIPHERED", "CIPHERED"},
     };
     for (const auto& row : rows) {
-        const std::string bytes = WriteScenarioText({row.line, "CIPHER"}, codec, false);
+        const Lines lines = {row.line, "CIPHER"};
+        const std::string bytes = WriteScenarioText(lines, codec, false);
         EXPECT_EQ(bytes, std::string(row.written) + "\r\nCIPHER\r\n");
-        EXPECT_EQ(ReadScenarioText(bytes, codec), (Lines{row.line, "CIPHER"}));
+        EXPECT_EQ(ReadScenarioText(bytes, codec), lines);
     }
     EXPECT_EQ(WriteScenarioText({"a\xE6\x97\xFF"}, codec, false),
               "a%%U+FFFD%%%%U+FFFD%%%%U+FFFD%%\r\n");

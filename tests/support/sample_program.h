@@ -1,10 +1,8 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
-#include <string_view>
-
-#include "scenario/little_endian.h"
 
 namespace tamrin::test {
 
@@ -13,30 +11,24 @@ enum class ProgramKind { kWindows32, kWindows64, kLinux };
 inline constexpr ProgramKind kProgramKinds[] = {ProgramKind::kWindows32, ProgramKind::kWindows64,
                                                 ProgramKind::kLinux};
 
+// Writes a number over `size` bytes, the lowest first.
 inline void PutNumber(std::string& bytes, std::size_t at, std::uint64_t number, std::size_t size) {
-    std::string text;
-    AppendNumber(text, number, size);
-    bytes.replace(at, size, text);
+    for (; size > 0; --size, number >>= 8U) bytes.at(at++) = static_cast<char>(number & 0xFFU);
 }
 
-// Where the headers of a sample stand.
+// Where the headers of a sample are.
 inline constexpr std::size_t kPe = 0x80;
 inline constexpr std::size_t kPeChecksum = kPe + 24 + 64;
 inline std::size_t CertificateEntryOf(ProgramKind kind) {
     return kPe + 24 + (kind == ProgramKind::kWindows64 ? 144 : 128);
 }
 
-// A file with the headers of a program and a body of no use, 5003 bytes long.
+// A file with the headers of a program and a meaningless body, 5003 bytes long.
 inline std::string SampleProgram(ProgramKind kind) {
-    std::string program(5003, 'b');
-    program.replace(0, 1024, 1024, '\0');
-    if (kind == ProgramKind::kLinux)
-        return program.replace(0, 4,
-                               "\x7F"
-                               "ELF");
-    program.replace(0, 2, "MZ");
+    std::string program = std::string(1024, '\0') + std::string(3979, 'b');
+    if (kind == ProgramKind::kLinux) return program.replace(0, 4, "\177ELF");
+    program.replace(0, 2, "MZ").replace(kPe, 2, "PE");
     PutNumber(program, 0x3C, kPe, 4);
-    program.replace(kPe, 2, "PE");
     PutNumber(program, kPe + 24, kind == ProgramKind::kWindows64 ? 0x20B : 0x10B, 2);
     PutNumber(program, kPeChecksum, 12345, 4);
     return program;
