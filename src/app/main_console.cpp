@@ -16,7 +16,6 @@
 #include "platform/headless/console_dialogs.h"
 #include "platform/headless/headless_window_system.h"
 #include "platform/posix/files.h"
-#include "platform/posix/interrupt.h"
 #include "platform/posix/processes.h"
 #include "platform/posix/system_clock.h"
 #include "platform/posix/text_codec.h"
@@ -83,7 +82,7 @@ ExitCode SavePlayer(frmIeAuto& window, const std::string& player, const std::str
 }
 
 int Run(std::vector<std::string> arguments) {
-    CatchInterrupt();
+    PosixProcesses::CatchInterrupt();
     PosixFiles files;
     PosixTextCodec codec;
     PosixProcesses processes;
@@ -93,7 +92,7 @@ int Run(std::vector<std::string> arguments) {
     Globals globals;
     ChromiumLauncher launcher(processes, files, clock,
                               {.executable = [&] { return globals.options.browser_path; },
-                               .stop_requested = Interrupted});
+                               .stop_requested = PosixProcesses::Interrupted});
     ChromiumWindows browsers(processes, files, clock,
                              {.executable = [&] { return globals.options.browser_path; },
                               .debug_address = [&] { return globals.options.debug_address; },
@@ -103,7 +102,8 @@ int Run(std::vector<std::string> arguments) {
     ConsoleReport report(std::cout);
     window.onRecordDone = [&](const RecordReport& record) { report.Record(record); };
     clock.AddSource([&] {
-        if (Interrupted() && globals.ActivityContains("play")) window.cmdStop_Click();
+        if (PosixProcesses::Interrupted() && globals.ActivityContains("play"))
+            window.cmdStop_Click();
     });
     clock.AddSource([&] { launcher.DeliverEvents(); });
     clock.AddSource([&] { browsers.DeliverEvents(); });
@@ -121,8 +121,8 @@ int Run(std::vector<std::string> arguments) {
             std::cerr << kUsage;
             break;
         case Task::kRecord:
-            code =
-                RecordToFile(window, platform, arguments[1], arguments[2], Interrupted, std::cout);
+            code = RecordToFile(window, platform, arguments[1], arguments[2],
+                                PosixProcesses::Interrupted, std::cout);
             break;
         case Task::kMakePlayer:
             code = SavePlayer(window, arguments[1], arguments[2], files);

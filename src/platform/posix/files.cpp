@@ -10,17 +10,90 @@
 #include <array>
 #include <cerrno>
 #include <climits>
-#include <memory>
+#include <utility>
 
-#include "platform/posix/atomic_file.h"
-#include "platform/posix/descriptor.h"
-#include "platform/posix/own_executable.h"
+#include "platform/posix/processes.h"
 #include "platform/text.h"
 
 namespace tamrin {
 namespace {
 
-// Holds the lock of an open file, and deletes the file before it lets go of it.
+constexpr int kMaxLinks = 40;  // as many as the system itself follows
+constexpr int kMaxNames = 100;
+
+// Owns a file descriptor; false when it holds none.
+class Descriptor {
+public:
+    explicit Descriptor(int number) : number_(number) {}
+    ~Descriptor() { Close(); }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+
+    explicit operator bool() const { return number_ >= 0; }
+    int get() const { return number_; }
+
+    // Closes it now; false when the system reports that something written was lost.
+    bool Close() {
+        const int number = std::exchange(number_, -1);
+        return number < 0 || close(number) == 0;
+    }
+
+private:
+    int number_;
+};
+
+bool WriteAll(int file, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t count = write(file, bytes.data(), bytes.size());
+        if (count < 0 && errno != EINTR) return false;
+        if (count > 0) bytes.remove_prefix(static_cast<std::size_t>(count));
+    }
+    return true;
+}
+
+// The folder of `path` with its final separator; empty for the current one.
+std::string FolderOf(const std::string& path) { return path.substr(0, path.rfind('/') + 1); }
+
+// Follows symbolic links to the path that a write would reach, whether that file exists or not.
+// Renaming onto the link itself would replace the link.
+std::optional<std::string> FollowLinks(std::string path) {
+    for (int links = 0; links < kMaxLinks; ++links) {
+        std::array<char, PATH_MAX> target;
+        const ssize_t length = readlink(path.c_str(), target.data(), target.size());
+        if (length < 0) return path;
+        const std::string_view next(target.data(), static_cast<std::size_t>(length));
+        path = (next.starts_with('/') ? std::string() : FolderOf(path)).append(next);
+    }
+    return std::nullopt;
+}
+
+// Opens a new file in `folder` and sets `path` to its path; -1 on failure. The process number keeps
+// two programs apart, and the count skips files that a crash has left.
+int OpenNewFile(const std::string& folder, mode_t mode, std::string& path) {
+    for (int i = 0; i < kMaxNames; ++i) {
+        path = folder + ".tamrin-" + std::to_string(getpid()) + "-" + std::to_string(i);
+        const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+        if (file >= 0 || errno != EEXIST) return file;
+    }
+    return -1;
+}
+
+// Gives a file the owner and the permissions of the one that it replaces. Where the system refuses
+// the group, the new file gets no group permissions, because its group is another one.
+void TakeOver(int file, const struct stat& old) {
+    const bool grouped =
+        fchown(file, old.st_uid, old.st_gid) == 0 || fchown(file, -1U, old.st_gid) == 0;
+    fchmod(file, old.st_mode & (grouped ? 0777U : 0707U));
+}
+
+// Makes a rename survive a power cut. Some file systems cannot; the file itself is flushed already.
+void FlushFolder(const std::string& folder) {
+    const Descriptor descriptor(
+        open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (descriptor) fsync(descriptor.get());
+}
+
+// Holds the lock of an open file and deletes the file before it gives up the lock.
 class PosixFileLock : public FileLock {
 public:
     PosixFileLock(std::string path, int file) : path_(std::move(path)), file_(file) {}
@@ -30,8 +103,8 @@ public:
         if (Held()) unlink(path_.c_str());
     }
 
-    // Whether the lock was to be had, on the file that stands at the path: he who held it before
-    // may have deleted the one that was opened.
+    // Whether the lock is held, on the file that is at the path now: the program that had the lock
+    // before may have deleted the file that was opened.
     bool Held() const {
         struct stat own, standing;
         return file_ && flock(file_.get(), LOCK_EX | LOCK_NB) == 0 &&
@@ -60,8 +133,8 @@ std::optional<std::string> PosixFiles::Read(const std::string& path) const {
     const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
     struct stat status;
     if (!file || fstat(file.get(), &status) != 0) return std::nullopt;
-    // The size is a hint: a pipe has none, and a file may grow meanwhile. One byte more than it
-    // tells the end of an ordinary file without a second block.
+    // The size is a hint: a pipe has none, and a file may grow meanwhile. One byte more finds the
+    // end of an ordinary file without a second block.
     std::string bytes(static_cast<std::size_t>(status.st_size) + 1, '\0');
     std::size_t used = 0;
     for (;;) {
@@ -99,7 +172,25 @@ std::optional<std::uint64_t> PosixFiles::Size(const std::string& path) const {
 }
 
 bool PosixFiles::Replace(const std::string& path, std::string_view bytes) {
-    return ReplaceFile(path, bytes);
+    const auto target = FollowLinks(path);
+    if (!target) return false;
+    struct stat old;
+    const bool exists = stat(target->c_str(), &old) == 0;
+    if (exists && (!S_ISREG(old.st_mode) || access(target->c_str(), W_OK) != 0)) return false;
+
+    const std::string folder = FolderOf(*target);
+    std::string beside;
+    Descriptor file(OpenNewFile(folder, exists ? 0600 : 0666, beside));
+    if (!file) return false;
+    if (exists) TakeOver(file.get(), old);
+    const bool replaced = WriteAll(file.get(), bytes) && fsync(file.get()) == 0 && file.Close() &&
+                          rename(beside.c_str(), target->c_str()) == 0;
+    if (replaced) {
+        FlushFolder(folder);
+    } else {
+        unlink(beside.c_str());
+    }
+    return replaced;
 }
 
 bool PosixFiles::Append(const std::string& path, std::string_view bytes) {
@@ -138,7 +229,7 @@ std::vector<std::string> PosixFiles::List(const std::string& folder,
 }
 
 std::string PosixFiles::ProgramFolder() const {
-    const std::string program = OwnExecutable();
+    const std::string program = PosixProcesses().OwnExecutable();
     if (program.empty()) return CurrentFolder();
     return program.substr(0, std::max<std::size_t>(1, program.rfind('/')));
 }

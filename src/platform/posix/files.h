@@ -12,11 +12,12 @@
 
 namespace tamrin {
 
-// The files of a POSIX system. Only "/" separates folders; a path is bytes to the system and taken
-// as it is. Only the root folder itself is answered with a final separator.
+// The files of a POSIX system. Only "/" separates folders, and a path is passed to the system
+// unchanged. Only the root folder is answered with a final separator.
 //
-// Replace writes through a symbolic link, keeps the permissions of the old file, and refuses what a
-// person could not write to: a file without write permission, a folder, a device.
+// Replace writes through a symbolic link, keeps the permissions of the old file and, where the
+// system allows it, its owner, and refuses what a person could not write to: a file without write
+// permission, a folder, a device.
 class PosixFiles : public Files {
 public:
     bool IsFile(const std::string& path) const override;

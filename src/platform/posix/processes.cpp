@@ -1,7 +1,6 @@
 #include "platform/posix/processes.h"
 
 #include <fcntl.h>
-#include <signal.h>
 #include <stdlib.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -13,13 +12,11 @@
 
 #include <array>
 #include <cerrno>
+#include <csignal>
 #include <filesystem>
 #include <optional>
 #include <string_view>
 #include <system_error>
-
-#include "platform/posix/descriptor.h"
-#include "platform/posix/own_executable.h"
 
 namespace tamrin {
 namespace {
@@ -53,8 +50,8 @@ private:
     bool killed_ = false;
 };
 
-// This process's environment, with an encoding of UTF-8 where it names none (a server's often does
-// not): programs read the paths in their arguments, and the names of files, in it.
+// This process's environment, with the encoding UTF-8 where it sets none, as on many servers:
+// programs read file names and the paths in their arguments in this encoding.
 std::vector<std::string> Utf8Environment() {
     const char* encoding = "";
     for (const char* name : {"LANG", "LC_CTYPE", "LC_ALL"}) {
@@ -73,7 +70,7 @@ std::vector<std::string> Utf8Environment() {
     return variables;
 }
 
-// The words as the system's calls take them; they must outlive the answer.
+// The words in the form of the system's calls; they must outlive the answer.
 std::vector<char*> Pointers(const std::vector<std::string>& words) {
     std::vector<char*> pointers;
     pointers.reserve(words.size() + 1);
@@ -82,10 +79,10 @@ std::vector<char*> Pointers(const std::vector<std::string>& words) {
     return pointers;
 }
 
-// How long a started program is to live: with this one, or as long as it likes.
+// Whether a started program ends with this one or lives on.
 enum class Life { kBound, kOwn };
 
-// Runs in the new process, where only calls that are safe after fork are allowed. Answers only when
+// Runs in the new process, where only calls that are safe after fork are allowed. Returns only when
 // the program cannot be started.
 void BecomeProgram(char* const* command, char* const* environment, Life life, pid_t parent) {
     if (life == Life::kOwn) {
@@ -95,7 +92,7 @@ void BecomeProgram(char* const* command, char* const* environment, Life life, pi
         setpgid(0, 0);
 #ifdef __linux__
         prctl(PR_SET_PDEATHSIG, SIGKILL);
-        if (getppid() != parent) _exit(1);  // it ended before it could be watched
+        if (getppid() != parent) _exit(1);  // it has ended already
 #else
         (void)parent;
 #endif
@@ -103,7 +100,7 @@ void BecomeProgram(char* const* command, char* const* environment, Life life, pi
     const int nothing = open("/dev/null", O_RDWR);
     for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) dup2(nothing, stream);
     signal(SIGPIPE, SIG_DFL);
-    // The raised priority is this program's own.
+    // The raised priority is for this program only.
     if (getpriority(PRIO_PROCESS, 0) < 0) setpriority(PRIO_PROCESS, 0, 0);
     execve(command[0], command, environment);
 }
@@ -114,8 +111,8 @@ bool IsExecutable(const std::string& path) {
            access(path.c_str(), X_OK) == 0;
 }
 
-// The new process, or nothing when the program cannot be started. One with a life of its own has
-// no number that stays.
+// The id of the new process, or nothing when the program cannot be started. With Life::kOwn it is
+// the id of a process that has already ended.
 std::optional<pid_t> Spawn(const std::string& executable, const std::vector<std::string>& arguments,
                            Life life) {
     std::vector<std::string> command = arguments;
@@ -124,7 +121,7 @@ std::optional<pid_t> Spawn(const std::string& executable, const std::vector<std:
     const std::vector<std::string> variables = Utf8Environment();
     const std::vector<char*> environment = Pointers(variables);
 
-    // A pipe that a successful exec closes tells whether there was one.
+    // A successful exec closes this pipe without a byte in it.
     std::array<int, 2> failure{};
     if (pipe(failure.data()) != 0) return std::nullopt;
     for (const int end : failure) fcntl(end, F_SETFD, FD_CLOEXEC);
@@ -147,6 +144,8 @@ std::optional<pid_t> Spawn(const std::string& executable, const std::vector<std:
     if (life == Life::kOwn || got != 0) waitpid(id, nullptr, 0);
     return got == 0 ? std::optional(id) : std::nullopt;
 }
+
+volatile std::sig_atomic_t interrupted = 0;
 
 }  // namespace
 
@@ -178,7 +177,7 @@ std::string PosixProcesses::FindExecutable(const std::string& name) const {
 std::string PosixProcesses::MakeTemporaryFolder() {
     std::string folder = Environment("TMPDIR");
     if (folder.empty()) folder = "/tmp";
-    folder += "/tamrin-" + std::string(6, 'X');  // in whose place mkdtemp puts letters of its own
+    folder += "/tamrin-" + std::string(6, 'X');  // mkdtemp replaces them
     return mkdtemp(folder.data()) ? folder : "";
 }
 
@@ -204,19 +203,24 @@ std::string PosixProcesses::Environment(const std::string& name) const {
     return value ? value : "";
 }
 
-std::string PosixProcesses::OwnExecutable() const { return tamrin::OwnExecutable(); }
+std::string PosixProcesses::OwnExecutable() const {
+    std::error_code error;
+    return std::filesystem::read_symlink("/proc/self/exe", error).string();
+}
 
-// The system refuses to have a file written while it is run; opening it changes nothing. This one
-// is asked about beforehand: some kernels do not refuse.
+// The system does not open a running program for writing; opening alone changes nothing. This
+// program's own file is compared first, because some kernels do open it.
 bool PosixProcesses::IsRunning(const std::string& executable) const {
     struct stat file, own;
     if (stat(executable.c_str(), &file) != 0 || !S_ISREG(file.st_mode)) return false;
-    if (stat(tamrin::OwnExecutable().c_str(), &own) == 0 && file.st_ino == own.st_ino &&
+    if (stat(OwnExecutable().c_str(), &own) == 0 && file.st_ino == own.st_ino &&
         file.st_dev == own.st_dev) {
         return true;
     }
-    const Descriptor descriptor(open(executable.c_str(), O_WRONLY | O_CLOEXEC));
-    return !descriptor && errno == ETXTBSY;
+    const int opened = open(executable.c_str(), O_WRONLY | O_CLOEXEC);
+    if (opened < 0) return errno == ETXTBSY;
+    close(opened);
+    return false;
 }
 
 void PosixProcesses::AllowRunning(const std::string& path) {
@@ -227,5 +231,14 @@ void PosixProcesses::AllowRunning(const std::string& path) {
 }
 
 void PosixProcesses::RaisePriority() { setpriority(PRIO_PROCESS, 0, -10); }
+
+void PosixProcesses::CatchInterrupt() {
+    struct sigaction action{};
+    action.sa_handler = [](int /*signal*/) { interrupted = 1; };
+    action.sa_flags = SA_RESETHAND;
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaction(signal, &action, nullptr);
+}
+
+bool PosixProcesses::Interrupted() { return interrupted != 0; }
 
 }  // namespace tamrin

@@ -10,13 +10,13 @@ namespace tamrin {
 
 class PosixProcesses : public Processes {
 public:
-    // The program gets a process group of its own. Where the system can (Linux), it is also ended
-    // when this process ends without dropping the answer.
+    // The program gets a process group of its own. On Linux it also ends when this process ends
+    // without dropping the answer.
     std::unique_ptr<Process> Start(const std::string& executable,
                                    const std::vector<std::string>& arguments) override;
     bool Launch(const std::string& executable, const std::vector<std::string>& arguments) override;
 
-    // Looks along PATH. A name with a slash in it stands for itself.
+    // Searches PATH. A name with a slash in it is a path already.
     std::string FindExecutable(const std::string& name) const override;
 
     // In TMPDIR, else in /tmp.
@@ -30,6 +30,11 @@ public:
     bool IsRunning(const std::string& executable) const override;
     void AllowRunning(const std::string& path) override;
     void RaisePriority() override;
+
+    // Ctrl+C, or another request to end (SIGTERM, SIGHUP). From CatchInterrupt on, the first one is
+    // only remembered, so that the program can stop in good order; a second one ends it at once.
+    static void CatchInterrupt();
+    static bool Interrupted();
 };
 
 }  // namespace tamrin

@@ -12,8 +12,8 @@ bool Opened(iconv_t converter) {
     return converter != reinterpret_cast<iconv_t>(-1);  // NOLINT: that is how iconv_open fails
 }
 
-// Converts the beginning of `text` and takes it off: all of it, or what stands before bytes that
-// are no character.
+// Converts the beginning of `text` and removes it: all of it, or the part before bytes that are no
+// character.
 void AppendConverted(std::string& converted, iconv_t converter, std::string_view& text) {
     std::array<char, 4096> buffer;
     // iconv does not write through its source in spite of the type.
@@ -30,8 +30,8 @@ void AppendConverted(std::string& converted, iconv_t converter, std::string_view
     text.remove_prefix(text.size() - left);
 }
 
-// How many of the bytes that begin with something undecodable count as one bad character: both
-// bytes of a pair to which the code page assigns nothing, otherwise one.
+// The length of the undecodable character at the beginning of `bytes`: two for a pair of bytes to
+// which the code page assigns nothing, otherwise one.
 std::size_t BadLength(std::string_view bytes) {
     const auto byte = [&](std::size_t at) { return static_cast<unsigned char>(bytes[at]); };
     const bool lead = (byte(0) >= 0x81 && byte(0) <= 0x9F) || (byte(0) >= 0xE0 && byte(0) <= 0xFC);
@@ -74,7 +74,7 @@ std::optional<std::string> PosixTextCodec::Encode(std::string_view utf8) const {
     bytes.reserve(utf8.size());
     std::string_view rest = utf8;
     AppendConverted(bytes, from_utf8_, rest);
-    // Some characters share one code: the reverse tells whether any was exchanged for another.
+    // Some characters share one code; decoding shows whether one was replaced by another.
     if (!rest.empty() || Decode(bytes) != utf8) return std::nullopt;
     return bytes;
 }
