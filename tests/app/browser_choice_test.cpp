@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/headless/virtual_clock.h"
 #include "support/scripted_browser.h"
 #include "support/scripted_user.h"
+#include "support/virtual_clock.h"
 
 namespace tamrin::test {
 namespace {

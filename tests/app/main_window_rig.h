@@ -9,13 +9,13 @@
 
 #include "app/frm_ie_auto.h"
 #include "platform/headless/headless_window_system.h"
-#include "platform/headless/virtual_clock.h"
 #include "platform/posix/text_codec.h"
 #include "support/memory_files.h"
 #include "support/no_processes.h"
 #include "support/scripted_browser.h"
 #include "support/scripted_dialogs.h"
 #include "support/scripted_user.h"
+#include "support/virtual_clock.h"
 
 namespace tamrin::test {
 

@@ -9,11 +9,11 @@
 #include "explorer/no_input.h"
 #include "platform/explorer/explorer_launcher.h"
 #include "platform/headless/headless_window_system.h"
-#include "platform/headless/virtual_clock.h"
 #include "platform/windows/text_codec.h"
 #include "support/memory_files.h"
 #include "support/no_processes.h"
 #include "support/scripted_dialogs.h"
+#include "support/virtual_clock.h"
 
 namespace tamrin::test {
 namespace {

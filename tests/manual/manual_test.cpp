@@ -8,7 +8,7 @@
 #include <iterator>
 #include <set>
 #include <string>
-#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace tamrin {
@@ -28,27 +28,28 @@ fs::path PagePath() {
     return path ? path : TAMRIN_MANUAL;
 }
 
-// The values of an attribute, written such as ` id="`.
-Texts Values(const std::string& page, std::string_view attribute) {
+// The values of an attribute in a page.
+Texts Values(const std::string& page, const std::string& attribute) {
     Texts values;
-    for (auto at = page.find(attribute); at != page.npos; at = page.find(attribute, at)) {
-        at += attribute.size();
+    const std::string begin = " " + attribute + "=\"";
+    for (auto at = page.find(begin); at != page.npos; at = page.find(begin, at)) {
+        at += begin.size();
         values.push_back(page.substr(at, page.find('"', at) - at));
     }
     return values;
 }
 
-TEST(Manual, LeadsToItsOwnPlacesAndPicturesAlone) {
+TEST(Manual, LinksOnlyToItsOwnPlacesAndPictures) {
     const std::string page = ReadAll(PagePath());
     ASSERT_FALSE(page.empty()) << PagePath();
-    const Texts places = Values(page, " id=\"");
+    const Texts places = Values(page, "id");
     const std::set<std::string> known(places.begin(), places.end());
     EXPECT_EQ(known.size(), places.size()) << "two places have one name";
-    for (const std::string& link : Values(page, " href=\"")) {
+    for (const std::string& link : Values(page, "href")) {
         EXPECT_TRUE(link.starts_with('#') && known.contains(link.substr(1))) << link;
     }
-    const Texts sources = Values(page, " src=\"");
-    std::set<std::string> pictures(sources.begin(), sources.end());
+    const Texts sources = Values(page, "src");
+    const std::set<std::string> pictures(sources.begin(), sources.end());
     std::set<std::string> files;
     for (const auto& file : fs::directory_iterator(PagePath().parent_path() / "images")) {
         files.insert("images/" + file.path().filename().string());
@@ -56,17 +57,13 @@ TEST(Manual, LeadsToItsOwnPlacesAndPicturesAlone) {
     EXPECT_EQ(pictures, files) << "missing, or shown nowhere";
 }
 
-// Tables of controls hold captions and tips, which explain themselves.
-std::string WithoutControlTables(std::string source) {
-    constexpr std::string_view kBegin = "to_array<ControlSpec>({";
-    for (auto at = source.find(kBegin); at != source.npos; at = source.find(kBegin)) {
+// The string literals of a source, neighbours joined, without those in tables of controls: captions
+// and tips explain themselves.
+Texts Literals(std::string source) {
+    constexpr const char* kControls = "to_array<ControlSpec>({";
+    for (auto at = source.find(kControls); at != source.npos; at = source.find(kControls)) {
         source.erase(at, source.find("\n});", at) - at);
     }
-    return source;
-}
-
-// The string literals of a source, of which neighbours are one.
-Texts Literals(const std::string& source) {
     Texts literals;
     bool joins = false;
     for (std::size_t at = 0; at < source.size(); ++at) {
@@ -76,12 +73,10 @@ Texts Literals(const std::string& source) {
             at += 2;
             joins = false;
         } else if (source[at] == '"') {
-            const std::size_t begin = at + 1;
-            at = begin;
+            const std::size_t begin = ++at;
             while (at < source.size() && source[at] != '"') at += source[at] == '\\' ? 2 : 1;
-            if (!joins) literals.emplace_back();
+            if (!std::exchange(joins, true)) literals.emplace_back();
             literals.back() += source.substr(begin, at - begin);
-            joins = true;
         } else if (source[at] != ' ' && source[at] != '\n') {
             joins = false;
         }
@@ -89,37 +84,25 @@ Texts Literals(const std::string& source) {
     return literals;
 }
 
-// The sentences of a literal, one for each of its lines, as a page writes them.
-Texts Sentences(const std::string& literal) {
-    Texts sentences;
-    std::size_t at = 0;
-    while (at <= literal.size()) {
-        const std::size_t end = std::min(literal.find("\\r\\n", at), literal.size());
-        const std::string_view line = std::string_view(literal).substr(at, end - at);
-        const auto ends_with = [&](const char* mark) { return line.ends_with(mark); };
-        if (std::ranges::any_of(std::array{"。", "！", "？", "："}, ends_with)) {
-            sentences.emplace_back();
-            for (const char c : line) {
-                sentences.back() += c == '<' ? "&lt;" : c == '>' ? "&gt;" : std::string(1, c);
-            }
-        }
-        at = end + 4;
-    }
-    return sentences;
-}
-
-TEST(Manual, ExplainsEverySentenceThatTheProgramSays) {
+TEST(Manual, ExplainsEverySentenceOfTheProgram) {
     const std::string page = ReadAll(PagePath());
     int sentences = 0;
-    const fs::path root = fs::path(TAMRIN_SOURCE_DIR) / "src";
-    for (const auto& file : fs::recursive_directory_iterator(root)) {
+    for (const auto& file : fs::recursive_directory_iterator(TAMRIN_SOURCE_DIR "/src")) {
         // The console program speaks to those who read the README.
         const std::string name = file.path().filename().string();
         if (file.path().extension() != ".cpp" || name.find("console") != name.npos) continue;
-        for (const std::string& literal : Literals(WithoutControlTables(ReadAll(file.path())))) {
-            for (const std::string& sentence : Sentences(literal)) {
+        for (std::string text : Literals(ReadAll(file.path()))) {
+            // Line by line, as the page has them.
+            for (std::size_t end = 0; !text.empty(); text.erase(0, end + 4)) {
+                end = std::min(text.find("\\r\\n"), text.size());
+                std::string line;
+                for (const char c : text.substr(0, end)) {
+                    line += c == '<' ? "&lt;" : c == '>' ? "&gt;" : std::string(1, c);
+                }
+                const auto ends = [&](const char* mark) { return line.ends_with(mark); };
+                if (std::ranges::none_of(std::array{"。", "！", "？", "："}, ends)) continue;
                 ++sentences;
-                EXPECT_NE(page.find(sentence), page.npos) << name << ": " << sentence;
+                EXPECT_NE(page.find(line), page.npos) << name << ": " << line;
             }
         }
     }

@@ -7,9 +7,9 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/headless/virtual_clock.h"
 #include "recorder/recorder.h"
 #include "support/scripted_user.h"
+#include "support/virtual_clock.h"
 
 namespace tamrin::test {
 

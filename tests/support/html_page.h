@@ -8,27 +8,39 @@
 
 namespace tamrin::test {
 
-// A node of a page in memory.
-struct Node {
-    std::string tag;  // capitals
+// What a user changes in a node.
+struct NodeState {
+    std::string value;
+    bool checked = false;
+    int selected = -1;  // of a select: the position of its option
+};
+
+// A node of a page in memory: an element, or a piece of text, whose tag is empty.
+struct Node : NodeState {
+    std::string tag;   // in capitals
+    std::string text;  // of a piece of text
     std::map<std::string, std::string> attributes;
-    std::string text;  // directly inside, joined
     Node* parent = nullptr;
     std::vector<std::unique_ptr<Node>> children;
 
-    // What a user changes.
-    std::string value;
-    bool checked = false;
-    int selected = -1;
-
-    std::string Attribute(const std::string& name) const;
+    std::string Attribute(const std::string& name) const;  // "" when there is none
     bool Has(const std::string& name) const { return attributes.contains(name); }
     std::string InnerText() const;
     std::string OuterHtml() const;
-    std::vector<Node*> Below(std::string_view tag_name);  // "*" for all, in document order
+
+    // The elements below with that tag, "*" for all, in document order.
+    std::vector<Node*> Below(std::string_view tag_name);
+
+    // The form that holds this element; null when there is none.
+    Node* Form();
+    // The first submit button of that form, which Enter presses; null when there is none.
+    Node* DefaultButton();
+    bool IsSubmit() const;
+    bool IsFrame() const { return tag == "IFRAME" || tag == "FRAME"; }
 };
 
-// Reads a small, well-formed page: tags with quoted or bare attributes, and text.
+// Reads a page of tags, attributes with or without quotation marks, texts and entities. The end of
+// an outer element, or of an option the next one, ends an element too. The root has no tag.
 std::unique_ptr<Node> ParseHtml(std::string_view html);
 
 }  // namespace tamrin::test

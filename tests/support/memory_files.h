@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <memory>
 #include <set>
 #include <string>
 #include <vector>
@@ -14,10 +15,9 @@ namespace tamrin::test {
 class MemoryFiles : public Files {
 public:
     std::map<std::string, std::string> contents;
-    std::set<std::string> locked;  // can be read, and neither written nor deleted
+    std::set<std::string> locked;  // can be read, but neither written nor deleted
     bool full_disk = false;
-    std::set<std::string> held;              // by Lock
-    mutable std::vector<std::size_t> parts;  // the sizes asked for by ReadPart
+    mutable std::vector<std::size_t> parts;  // the sizes that ReadPart was asked for
 
     bool IsFile(const std::string& path) const override { return contents.contains(path); }
     bool IsFolder(const std::string& path) const override {
@@ -27,30 +27,25 @@ public:
     }
     std::optional<std::string> Read(const std::string& path) const override {
         const auto file = contents.find(path);
-        if (file == contents.end()) return std::nullopt;
-        return file->second;
+        return file == contents.end() ? std::nullopt : std::optional(file->second);
     }
     std::optional<std::string> ReadPart(const std::string& path, std::uint64_t offset,
                                         std::size_t size) const override {
-        const auto file = contents.find(path);
-        if (file == contents.end()) return std::nullopt;
         parts.push_back(size);
-        return file->second.substr(std::min<std::uint64_t>(offset, file->second.size()), size);
+        auto bytes = Read(path);
+        if (bytes) bytes = bytes->substr(std::min<std::uint64_t>(offset, bytes->size()), size);
+        return bytes;
     }
     std::optional<std::uint64_t> Size(const std::string& path) const override {
-        const auto file = contents.find(path);
-        if (file == contents.end()) return std::nullopt;
-        return file->second.size();
+        return IsFile(path) ? std::optional(contents.at(path).size()) : std::nullopt;
     }
     bool Replace(const std::string& path, std::string_view bytes) override {
-        if (full_disk || locked.contains(path)) return false;
-        contents[path] = bytes;
-        return true;
+        if (CanWrite(path)) contents[path] = bytes;
+        return CanWrite(path);
     }
     bool Append(const std::string& path, std::string_view bytes) override {
-        if (full_disk || locked.contains(path)) return false;
-        contents[path] += bytes;
-        return true;
+        if (CanWrite(path)) contents[path] += bytes;
+        return CanWrite(path);
     }
     bool MakeFolder(const std::string& /*path*/) override { return !full_disk; }
     bool Delete(const std::string& path) override {
@@ -58,34 +53,34 @@ public:
         return !contents.contains(path);
     }
     std::unique_ptr<FileLock> Lock(const std::string& path) override {
-        class Held : public FileLock {
-        public:
-            Held(std::set<std::string>& all, std::string path) : all_(all), path_(std::move(path)) {
-                all_.insert(path_);
-            }
-            ~Held() override { all_.erase(path_); }
-            Held(const Held&) = delete;
-            Held& operator=(const Held&) = delete;
-
-        private:
-            std::set<std::string>& all_;
-            std::string path_;
+        struct Held : FileLock {
+            std::shared_ptr<void> held;
         };
-        return held.contains(path) ? nullptr : std::make_unique<Held>(held, path);
+        std::weak_ptr<void>& holder = holders_[path];
+        if (!holder.expired()) return nullptr;
+        auto lock = std::make_unique<Held>();
+        holder = lock->held = std::make_shared<int>();
+        return lock;
     }
     std::vector<std::string> List(const std::string& folder,
                                   std::string_view extension) const override {
         std::vector<std::string> names;
         for (const auto& [path, bytes] : contents) {
-            if (!path.starts_with(folder + "\\") || !path.ends_with(extension)) continue;
-            const std::string name = path.substr(folder.size() + 1);
-            if (name.find('\\') == std::string::npos) names.push_back(name);
+            const auto name = path.rfind('\\') + 1;
+            if (path.substr(0, name) == folder + "\\" && path.ends_with(extension)) {
+                names.push_back(path.substr(name));
+            }
         }
         return names;
     }
     std::string ProgramFolder() const override { return "C:\\tamrin"; }
     std::string CurrentFolder() const override { return "C:\\work"; }
     char Separator() const override { return '\\'; }
+
+private:
+    bool CanWrite(const std::string& path) const { return !full_disk && !locked.contains(path); }
+
+    std::map<std::string, std::weak_ptr<void>> holders_;
 };
 
 }  // namespace tamrin::test

@@ -10,16 +10,16 @@
 
 namespace tamrin::test {
 
-// A player with everything around it in memory. What it does to the window is written down among
-// the calls of the web.
-class PlayerRig : public PlayerHost, public BrowserEvents {
+// A player with everything around it in memory. What it does to the window is among the calls of
+// the web.
+class PlayerRig : public PlayerHost {
 public:
     PlayerRig() : web(clock), player(globals, clock, web, *this) {
         globals.settings.auto_point = false;
         globals.settings.mouse_click = false;
     }
 
-    // A record line: an action and its items, the tab between them put in.
+    // The record line of an action and its items.
     static std::string Line(std::string_view act, std::string_view items) {
         return std::string(act) + "\t" + std::string(items);
     }
@@ -35,7 +35,7 @@ public:
         return player.Play();
     }
 
-    // The calls behind those that every run begins with, a "; " between them.
+    // The calls after those with which every run begins, joined by "; ".
     std::string CallsOnPage() const {
         std::string calls;
         for (std::size_t i = 5; i < web.calls.size(); ++i) {
@@ -58,11 +58,7 @@ public:
         messages.push_back(title + "|" + text);
     }
     std::string ClipboardText() override { return clipboard; }
-    void HoldBrowser(std::shared_ptr<Browser> browser) override {
-        connection.reset();
-        held = std::move(browser);
-        if (held) connection = held->Connect(*this);
-    }
+    void HoldBrowser(std::shared_ptr<Browser> browser) override { held = std::move(browser); }
     bool WindowVisible() override { return visible; }
     void SetWindowVisible(bool now_visible) override {
         visible = now_visible;
@@ -73,11 +69,6 @@ public:
     void LeaveTray() override {}
     void CloseWindow() override { closed = true; }
     void RecordDone(const RecordReport& report) override { reports.push_back(report); }
-
-    void DocumentComplete(bool /*top*/) override {}
-    void BeforeNavigate2(const std::string& /*url*/) override {}
-    void NavigateError(const std::string& /*url*/, const std::string& /*reason*/) override {}
-    void OnQuit() override {}
 
     VirtualClock clock;
     ScriptedWeb web;
@@ -91,7 +82,6 @@ public:
     std::vector<RecordReport> reports;
     std::string clipboard;
     std::shared_ptr<Browser> held;
-    std::unique_ptr<Connection> connection;
     Rect window;
     int selected = -1;
     int repeat = 1;

@@ -1,8 +1,11 @@
 #include "support/scripted_browser.h"
 
-#include <algorithm>
-
 namespace tamrin::test {
+
+ScriptedWeb::ScriptedWeb(VirtualClock& clock) : clock_(clock) {
+    clock.AddSource([this] { Deliver(); });
+}
+
 std::shared_ptr<Browser> ScriptedWeb::Create(std::string& why) {
     why = refusal;
     if (!refusal.empty()) return nullptr;
@@ -24,21 +27,6 @@ bool ScriptedWeb::SendKeys(const std::vector<KeyStroke>& keys) {
     return takes_keys;
 }
 
-ScriptedWeb::ScriptedWeb(VirtualClock& clock) : clock_(clock) {
-    clock.AddSource([this] { Deliver(); });
-}
-
-void ScriptedWeb::Deliver() {
-    if (delivering_) return;
-    delivering_ = true;
-    while (!queue_.empty()) {
-        const auto event = std::move(queue_.front());
-        queue_.pop_front();
-        event();
-    }
-    delivering_ = false;
-}
-
 void ScriptedWeb::Note(const std::string& call) {
     calls.push_back(call);
     const auto found = on_call.find(call);
@@ -47,34 +35,15 @@ void ScriptedWeb::Note(const std::string& call) {
     action();
 }
 
-class ScriptedBrowser::Subscription : public Connection {
-public:
-    Subscription(std::shared_ptr<ScriptedBrowser> browser, BrowserEvents& events)
-        : browser_(std::move(browser)), events_(&events) {
-        browser_->subscribers_.push_back(events_);
-    }
-    ~Subscription() override { std::erase(browser_->subscribers_, events_); }
-
-private:
-    std::shared_ptr<ScriptedBrowser> browser_;
-    BrowserEvents* events_;
-};
-
-void ScriptedBrowser::Show(const std::string& address) {
-    page_ = ScriptedPage::Load(web_, address);
+void ScriptedWeb::Deliver() {
+    if (delivering_) return;
+    delivering_ = true;
+    for (; !queue_.empty(); queue_.pop_front()) queue_.front()();
+    delivering_ = false;
 }
 
-Document ScriptedBrowser::document() {
-    return alive_ && page_ ? page_->MakeDocument() : Document();
-}
-
-void ScriptedBrowser::Tell(std::function<void(BrowserEvents&)> event) {
-    const auto self = shared_from_this();
-    web_.Queue([self, event = std::move(event)] {
-        for (BrowserEvents* events : std::vector<BrowserEvents*>(self->subscribers_)) {
-            event(*events);
-        }
-    });
+Document MakeDocument(ScriptedWeb& web, const std::string& address) {
+    return Document(ScriptedPage::Load(web, address));
 }
 
 bool ScriptedBrowser::Navigate(const std::string& address) {
@@ -86,17 +55,21 @@ bool ScriptedBrowser::Navigate(const std::string& address) {
 
 void ScriptedBrowser::Load(const std::string& address) {
     ++loading_;
-    const auto self = shared_from_this();
-    web_.clock().At(
-        web_.clock().Elapsed() + static_cast<std::uint64_t>(web_.load_ms), [self, address] {
-            --self->loading_;
-            self->Show(address);
-            if (self->page_) {
-                self->Tell([](BrowserEvents& e) { e.DocumentComplete(true); });
-            } else {
-                self->Tell([=](BrowserEvents& e) { e.NavigateError(address, "no page"); });
-            }
+    const auto loaded = [self = shared_from_this(), address] {
+        --self->loading_;
+        self->Show(address);
+        const bool found = self->page_ != nullptr;
+        self->Tell([=](BrowserEvents& e) {
+            found ? e.DocumentComplete(true) : e.NavigateError(address, "no page");
         });
+    };
+    web_.clock().At(web_.clock().Elapsed() + static_cast<std::uint64_t>(web_.load_ms), loaded);
+}
+
+void ScriptedBrowser::Tell(std::function<void(BrowserEvents&)> event) {
+    web_.Queue([self = shared_from_this(), event = std::move(event)] {
+        self->subscribers_.ForEach(event);
+    });
 }
 
 void ScriptedBrowser::Quit() {
@@ -135,14 +108,10 @@ std::vector<Element> ScriptedBrowser::UnderPointer() {
     for (const std::string& name : pointer) {
         Node* const node = at ? at->Find(name) : nullptr;
         if (!node) break;
-        path.push_back(at->MakeElement(*node));
-        at = path.size() < pointer.size() ? at->FramePage(*node) : nullptr;
+        path.push_back(at->MakeElement(node));
+        at = node->IsFrame() ? at->FramePage(*node) : nullptr;
     }
     return path;
-}
-
-std::unique_ptr<Connection> ScriptedBrowser::Connect(BrowserEvents& events) {
-    return std::make_unique<Subscription>(shared_from_this(), events);
 }
 
 }  // namespace tamrin::test

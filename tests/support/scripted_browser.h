@@ -8,40 +8,31 @@
 #include <vector>
 
 #include "platform/browser.h"
-#include "platform/headless/virtual_clock.h"
 #include "support/scripted_page.h"
+#include "support/virtual_clock.h"
 
 namespace tamrin::test {
 
 // A small web of pages in memory, the browser that shows it, and the mouse and keyboard before it.
-// Everything that is done to them is written down in order in `calls`.
+// `calls` records everything that is done to them, in order.
 class ScriptedWeb : public BrowserLauncher, public Input {
 public:
     explicit ScriptedWeb(VirtualClock& clock);
     ScriptedWeb(const ScriptedWeb&) = delete;
     ScriptedWeb& operator=(const ScriptedWeb&) = delete;
 
-    // Pages by address, as HTML.
-    std::map<std::string, std::string> pages;
-    // How long a page takes to load, milliseconds.
-    int load_ms = 30;
-    // Runs when a call is written down that equals the key.
+    std::map<std::string, std::string> pages;  // HTML by address
+    int load_ms = 30;                          // how long a page takes to load
+    // Runs when a call is recorded that equals the key.
     std::map<std::string, std::function<void()>> on_call;
-    // Why no browser can be started; "" when one can.
-    std::string refusal;
-    // Element ids that take no value.
-    std::string refuses_value;
-    // Whether elements have a place on the screen: (100, 100) for each.
-    bool has_screen_points = true;
-    // Whether what is in front takes keys.
-    bool takes_keys = true;
-    // Whether the browser stays busy whatever happens.
-    bool busy = false;
+    std::string refusal;            // why no browser can be started; "" when one can
+    std::string refuses_value;      // the id of an element that takes no value
+    bool has_screen_points = true;  // whether each element is at (100, 100) of the screen
+    bool takes_keys = true;         // whether the window in front takes keys
+    bool busy = false;              // whether the browser is always busy
 
     std::vector<std::string> calls;
-    // How often the page was asked for elements.
-    int lookups = 0;
-
+    int lookups = 0;  // how often a page was asked for elements
     // The browser made last, null before the first.
     class ScriptedBrowser* browser = nullptr;
 
@@ -54,7 +45,7 @@ public:
     bool SendKeys(const std::vector<KeyStroke>& keys) override;
 
     void Note(const std::string& call);
-    // Has an event delivered by DoEvents: one at a time, also when its handler handles events.
+    // Has DoEvents deliver an event: one at a time, also when its handler handles events.
     void Queue(std::function<void()> event) { queue_.push_back(std::move(event)); }
     VirtualClock& clock() { return clock_; }
 
@@ -67,7 +58,7 @@ private:
     ScreenPoint cursor_{3, 4};
 };
 
-// A page as a document; the frames' pages come from the same web.
+// A page as a document; the pages of its frames come from the same web.
 Document MakeDocument(ScriptedWeb& web, const std::string& address);
 
 class ScriptedBrowser : public Browser, public std::enable_shared_from_this<ScriptedBrowser> {
@@ -79,7 +70,7 @@ public:
     bool Busy() override { return alive_ && (web_.busy || loading_ > 0); }
     int ReadyState() override { return alive_ && page_ && loading_ == 0 ? 4 : 1; }
     bool Alive() override { return alive_; }
-    Document document() override;
+    Document document() override { return Document(alive_ ? page_ : nullptr); }
     void SetVisible(bool visible) override { web_.Note(visible ? "visible" : "hidden"); }
     void SetPlace(const WindowPlace& place) override;
     void SetBars(const WindowBars& bars) override;
@@ -88,35 +79,56 @@ public:
     void SetForeground() override { ++brought_to_front; }
     std::optional<ScreenPoint> ElementScreenPoint(const Element& element) override;
     std::vector<Element> UnderPointer() override;
-    std::unique_ptr<Connection> Connect(BrowserEvents& events) override;
+    std::unique_ptr<Connection> Connect(BrowserEvents& events) override {
+        return subscribers_.Connect(events);
+    }
 
     // The window goes away as if killed.
     void Die();
-    // Begins with a page that has been shown for long.
-    void Show(const std::string& address);
+    // Has shown this page for long.
+    void Show(const std::string& address) { page_ = ScriptedPage::Load(web_, address); }
+    // Shows another page when it is loaded.
+    void Load(const std::string& address);
+    // Tells the subscribers in DoEvents.
+    void Tell(std::function<void(BrowserEvents&)> event);
+    const std::shared_ptr<ScriptedPage>& page() const { return page_; }
+    const Subscribers<BrowserEvents>& subscribers() const { return subscribers_; }
 
     WindowState state{{0, 0, 1024, 768}, {true, true, true, true}, false};
     std::uint64_t handle = 1;
     int brought_to_front = 0;
-    // Where the user's pointer stands: the names of the frames and of the element.
+    // Where the user's pointer is: the names of the frames and of the element.
     std::vector<std::string> pointer;
     int pointer_questions = 0;
 
-    // Tells the subscribers in DoEvents.
-    void Tell(std::function<void(BrowserEvents&)> event);
-    // Shows another page after the time that it takes to load.
-    void Load(const std::string& address);
-    const std::shared_ptr<ScriptedPage>& page() const { return page_; }
-    std::vector<BrowserEvents*> subscribers() const { return subscribers_; }
-
 private:
-    class Subscription;
-
     ScriptedWeb& web_;
     std::shared_ptr<ScriptedPage> page_;
-    std::vector<BrowserEvents*> subscribers_;
+    Subscribers<BrowserEvents> subscribers_;
     int loading_ = 0;
     bool alive_ = true;
+};
+
+// The windows that a user has open.
+class ScriptedWindows : public BrowserWindows {
+public:
+    std::vector<std::shared_ptr<Browser>> visible;
+    std::shared_ptr<Browser> focused;
+    std::shared_ptr<Browser> opens;  // the window that Open answers
+    std::string refusal;             // why none can be opened
+    std::vector<std::string> opened;
+    int focus_questions = 0;
+
+    std::vector<std::shared_ptr<Browser>> Visible() override { return visible; }
+    std::shared_ptr<Browser> Focused() override {
+        ++focus_questions;
+        return focused;
+    }
+    std::shared_ptr<Browser> Open(const std::string& address, std::string& why) override {
+        opened.push_back(address);
+        why = refusal;
+        return refusal.empty() ? opens : nullptr;
+    }
 };
 
 }  // namespace tamrin::test

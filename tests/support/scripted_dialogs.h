@@ -10,8 +10,8 @@
 
 namespace tamrin::test {
 
-// Dialogs whose answers are queued. A box that nobody queued an answer for fails the test with its
-// text; so does a queued answer that no box took.
+// Dialogs whose answers are queued. A box without a queued answer fails the test with its text; so
+// does a queued answer that no box took.
 class ScriptedDialogs : public Dialogs {
 public:
     ~ScriptedDialogs() override {
@@ -26,35 +26,27 @@ public:
 
     Answer MsgBox(const std::string& text, const std::string& title, Buttons /*buttons*/,
                   bool /*cancel_is_default*/) override {
-        shown.push_back(title + "|" + text);
-        if (answers.empty()) {
-            ADD_FAILURE() << "unexpected box: " << text;
-            return Answer::kCancel;
-        }
-        const Answer answer = answers.front();
-        answers.pop_front();
-        return answer;
+        return Next(answers, title + "|" + text, Answer::kCancel);
     }
-    std::string SaveFile(const FileDialog& dialog) override {
-        return Take(dialog.title + "|" + dialog.filter + "|" + dialog.proposed);
-    }
+    std::string SaveFile(const FileDialog& dialog) override { return OpenFile(dialog); }
     std::string OpenFile(const FileDialog& dialog) override {
-        return Take(dialog.title + "|" + dialog.filter + "|" + dialog.proposed);
+        return Next(paths, dialog.title + "|" + dialog.filter + "|" + dialog.proposed, {});
     }
     std::string OpenFolder(const std::string& title, const std::string& start) override {
-        return Take(title + "|" + start);
+        return Next(paths, title + "|" + start, {});
     }
 
 private:
-    std::string Take(const std::string& what) {
-        shown.push_back(what);
-        if (paths.empty()) {
-            ADD_FAILURE() << "unexpected dialog: " << what;
-            return "";
+    template <class T>
+    T Next(std::deque<T>& queue, const std::string& dialog, T dismissed) {
+        shown.push_back(dialog);
+        if (queue.empty()) {
+            ADD_FAILURE() << "unexpected: " << dialog;
+            return dismissed;
         }
-        const std::string path = paths.front();
-        paths.pop_front();
-        return path;
+        const T answer = queue.front();
+        queue.pop_front();
+        return answer;
     }
 };
 

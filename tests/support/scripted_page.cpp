@@ -1,32 +1,16 @@
 #include "support/scripted_page.h"
 
-#include <algorithm>
+#include <set>
 
 #include "support/scripted_browser.h"
 
 namespace tamrin::test {
 namespace {
 
-using Page = std::shared_ptr<ScriptedPage>;
-
-std::string Label(const Node& node) {
-    for (const char* key : {"id", "name", "href"}) {
-        if (node.Has(key)) return node.Attribute(key);
-    }
-    return node.tag;
-}
-
-bool IsSubmit(const Node& node) {
-    const std::string type = node.Attribute("type");
-    if (node.tag == "BUTTON" && type.empty()) return true;
-    return (node.tag == "INPUT" || node.tag == "BUTTON") && (type == "submit" || type == "image");
-}
-
-bool IsFrame(const Node& node) { return node.tag == "IFRAME" || node.tag == "FRAME"; }
-
 class ScriptedElement : public ElementObject {
 public:
-    ScriptedElement(Page page, Node& node) : page_(std::move(page)), node_(node) {}
+    ScriptedElement(std::shared_ptr<ScriptedPage> page, Node& node)
+        : page_(std::move(page)), node_(node) {}
 
     std::string Get(std::string_view property) override {
         const auto state = page_->StateOf(node_);
@@ -41,8 +25,8 @@ public:
         return node_.Attribute(std::string(property));
     }
     bool Put(std::string_view property, std::string_view value) override {
-        Note("put", std::string(property) + "=" + std::string(value));
-        if (Label(node_) == page_->web().refuses_value) return false;
+        Note("put", std::string(property).append("=").append(value));
+        if (Label() == page_->web().refuses_value) return false;
         if (property == "value") node_.value = value;
         if (property == "checked") node_.checked = value == "True";
         if (property == "selectedIndex") node_.selected = std::stoi(std::string(value));
@@ -53,30 +37,27 @@ public:
         if (name == "type" && node_.tag == "SELECT") return "select-one";
         if (name == "type" && node_.tag == "TEXTAREA") return "textarea";
         if (name == "type" && node_.tag == "INPUT" && !node_.Has("type")) return "text";
-        const std::string key(name);
-        if (!node_.Has(key)) return std::nullopt;
-        return node_.Attribute(key);
+        const auto found = node_.attributes.find(std::string(name));
+        return found == node_.attributes.end() ? std::nullopt : std::optional(found->second);
     }
-    Element parentElement() override {
-        return node_.parent ? page_->MakeElement(*node_.parent) : Element();
-    }
-    Element form() override { return ElementOf(ScriptedPage::FormOf(&node_)); }
-    Element DefaultButton() override { return ElementOf(ScriptedPage::DefaultButton(node_)); }
+    Element parentElement() override { return page_->MakeElement(node_.parent); }
+    Element form() override { return page_->MakeElement(node_.Form()); }
+    Element DefaultButton() override { return page_->MakeElement(node_.DefaultButton()); }
     std::vector<std::string> OptionTexts() override {
         std::vector<std::string> texts;
         for (const Node* option : node_.Below("OPTION")) texts.push_back(option->InnerText());
         return texts;
     }
     bool fireEvent(std::string_view event) override {
-        Note("fire", std::string(event));
+        Note("fire", event);
         return !page_->gone();
     }
     bool click() override {
-        Note("click", "");
+        Note("click");
         return true;
     }
-    void scrollIntoView() override { Note("scroll", ""); }
-    void Outline() override { Note("outline", ""); }
+    void scrollIntoView() override { Note("scroll"); }
+    void Outline() override { Note("outline"); }
     std::optional<Rect> getBoundingClientRect() override {
         const double side = node_.Has("tiny") ? 6 : 20;
         return Rect{10, 20, 10 + side, 20 + side};
@@ -87,93 +68,18 @@ public:
     }
 
 private:
-    Element ElementOf(Node* node) const { return node ? page_->MakeElement(*node) : Element(); }
-    void Note(const std::string& what, const std::string& detail) {
-        page_->web().Note(what + " " + Label(node_) + (detail.empty() ? "" : " " + detail));
+    std::string Label() const {
+        for (const char* key : {"id", "name", "href"}) {
+            if (node_.Has(key)) return node_.Attribute(key);
+        }
+        return node_.tag;
+    }
+    void Note(const std::string& what, std::string_view detail = "") {
+        page_->web().Note((what + " " + Label()).append(detail.empty() ? "" : " ").append(detail));
     }
 
-    Page page_;
+    std::shared_ptr<ScriptedPage> page_;
     Node& node_;
-};
-
-class Subscription : public Connection {
-public:
-    Subscription(Page page, DocumentEvents& events) : page_(std::move(page)), events_(&events) {
-        page_->subscribers().push_back(events_);
-    }
-    ~Subscription() override {
-        auto& all = page_->subscribers();
-        all.erase(std::find(all.begin(), all.end(), events_));
-    }
-
-private:
-    Page page_;
-    DocumentEvents* events_;
-};
-
-class ScriptedDocument : public DocumentObject {
-public:
-    explicit ScriptedDocument(Page page) : page_(std::move(page)) {}
-
-    std::string url() override { return page_->address(); }
-    bool hasFocus() override { return true; }
-    Element activeElement() override {
-        Node* const active = page_->active();
-        return active ? page_->MakeElement(*active) : Element();
-    }
-    std::vector<Element> getElementsByTagName(std::string_view tag) override {
-        ++page_->web().lookups;
-        return Elements(page_->root().Below(tag));
-    }
-    NamedElements Named(std::string_view name) override {
-        ++page_->web().lookups;
-        NamedElements named;
-        for (Node* node : page_->root().Below("*")) {
-            if (node->Has("name") && node->Attribute("name") == name) {
-                named.by_name.push_back(page_->MakeElement(*node));
-            }
-            if (!named.by_id && node->Has("id") && node->Attribute("id") == name) {
-                named.by_id = page_->MakeElement(*node);
-            }
-        }
-        for (Node* form : page_->root().Below("FORM")) {
-            for (Node* node : form->Below("*")) {
-                if (node->Attribute("name") != name && node->Attribute("id") != name) continue;
-                named.in_forms.push_back(page_->MakeElement(*node));
-                break;
-            }
-        }
-        return named;
-    }
-    std::vector<Element> links() override {
-        ++page_->web().lookups;
-        return Elements(page_->root().Below("A"));
-    }
-    std::vector<Frame> frames() override {
-        std::vector<Frame> frames;
-        if (page_->gone()) return frames;
-        for (Node* node : page_->root().Below("*")) {
-            if (!IsFrame(*node)) continue;
-            const Page inner = page_->FramePage(*node);
-            frames.push_back({node->Attribute("name"), inner ? inner->MakeDocument() : Document(),
-                              page_->MakeElement(*node)});
-        }
-        return frames;
-    }
-    std::unique_ptr<Connection> Connect(DocumentEvents& events) override {
-        return page_->gone() ? nullptr : std::make_unique<Subscription>(page_, events);
-    }
-
-private:
-    std::vector<Element> Elements(const std::vector<Node*>& nodes) const {
-        std::vector<Element> elements;
-        for (Node* node : nodes) {
-            if (!page_->gone()) elements.push_back(page_->MakeElement(*node));
-        }
-        return elements;
-    }
-
-    Page page_;
 };
 
 }  // namespace
@@ -184,29 +90,15 @@ ScriptedPage::ScriptedPage(ScriptedWeb& web, std::string address, const std::str
     active_ = &Body();
 }
 
-Node& ScriptedPage::Body() {
-    const auto bodies = root_->Below("BODY");
-    return bodies.empty() ? *root_ : *bodies.front();
-}
-
-Node* ScriptedPage::FormOf(Node* node) {
-    while (node && node->tag != "FORM") node = node->parent;
-    return node;
-}
-
-Node* ScriptedPage::DefaultButton(Node& node) {
-    Node* const form = FormOf(&node);
-    if (!form) return nullptr;
-    for (Node* button : form->Below("*")) {
-        if (IsSubmit(*button)) return button;
-    }
-    return nullptr;
-}
-
-Page ScriptedPage::Load(ScriptedWeb& web, const std::string& address) {
+std::shared_ptr<ScriptedPage> ScriptedPage::Load(ScriptedWeb& web, const std::string& address) {
     const auto html = web.pages.find(address);
     if (html == web.pages.end()) return nullptr;
     return std::make_shared<ScriptedPage>(web, address, html->second);
+}
+
+Node& ScriptedPage::Body() {
+    const auto bodies = root_->Below("BODY");
+    return bodies.empty() ? *root_ : *bodies.front();
 }
 
 Node* ScriptedPage::Find(const std::string& name) {
@@ -216,31 +108,29 @@ Node* ScriptedPage::Find(const std::string& name) {
     return nullptr;
 }
 
-Page ScriptedPage::FramePage(Node& frame) {
+std::shared_ptr<ScriptedPage> ScriptedPage::FramePage(Node& frame) {
     auto& page = frames_[&frame];
     if (!page || page->gone()) page = Load(web_, frame.Attribute("src"));
     return page;
 }
 
+std::optional<NodeState> ScriptedPage::StateOf(const Node& node) const {
+    if (moment_ && moment_->states.contains(&node)) return moment_->states.at(&node);
+    return gone_ ? std::nullopt : std::optional<NodeState>(node);
+}
+
 ScriptedPage::Moment ScriptedPage::Now() const {
     Moment moment{active_, {}};
-    for (Node* node : {active_, active_ ? DefaultButton(*active_) : nullptr}) {
-        if (node) moment.states[node] = {node->value, node->checked, node->selected};
-    }
+    for (const Node* node = active_; node; node = node->parent) moment.states[node] = *node;
+    const Node* const button = active_ ? active_->DefaultButton() : nullptr;
+    if (button) moment.states[button] = *button;
     return moment;
 }
 
-std::optional<ScriptedPage::State> ScriptedPage::StateOf(Node& node) const {
-    if (moment_) {
-        const auto kept = moment_->states.find(&node);
-        if (kept != moment_->states.end()) return kept->second;
-        // The parent and the form of the active element are kept as well, and have no state.
-        for (const Node* up = moment_->active; up; up = up->parent) {
-            if (up == &node) return State{};
-        }
-    }
-    if (gone_) return std::nullopt;
-    return State{node.value, node.checked, node.selected};
+void ScriptedPage::During(const Moment& moment, const std::function<void()>& act) {
+    moment_ = &moment;
+    act();
+    moment_ = nullptr;
 }
 
 void ScriptedPage::Leave() {
@@ -251,29 +141,43 @@ void ScriptedPage::Leave() {
     }
 }
 
-void ScriptedPage::During(const Moment& moment, const std::function<void()>& act) {
-    moment_ = &moment;
-    act();
-    moment_ = nullptr;
+Element ScriptedPage::MakeElement(Node* node) {
+    return node ? Element(std::make_shared<ScriptedElement>(shared_from_this(), *node)) : Element();
 }
 
-void ScriptedPage::Tell(const Moment& moment, const std::function<void(DocumentEvents&)>& tell) {
-    During(moment, [&] {
-        for (DocumentEvents* events : std::vector<DocumentEvents*>(subscribers_)) tell(*events);
-    });
+std::vector<Element> ScriptedPage::getElementsByTagName(std::string_view tag) {
+    ++web_.lookups;
+    std::vector<Element> elements;
+    for (Node* node : gone_ ? std::vector<Node*>() : root_->Below(tag)) {
+        elements.push_back(MakeElement(node));
+    }
+    return elements;
 }
 
-Document ScriptedPage::MakeDocument() {
-    return Document(std::make_shared<ScriptedDocument>(shared_from_this()));
+NamedElements ScriptedPage::Named(std::string_view name) {
+    ++web_.lookups;
+    NamedElements named;
+    std::set<const Node*> forms;  // that have one already
+    for (Node* node : root_->Below("*")) {
+        const bool by_name = node->Has("name") && node->Attribute("name") == name;
+        const bool by_id = node->Has("id") && node->Attribute("id") == name;
+        if (by_name) named.by_name.push_back(MakeElement(node));
+        if (by_id && !named.by_id) named.by_id = MakeElement(node);
+        if ((by_name || by_id) && node->Form() && forms.insert(node->Form()).second) {
+            named.in_forms.push_back(MakeElement(node));
+        }
+    }
+    return named;
 }
 
-Element ScriptedPage::MakeElement(Node& node) {
-    return Element(std::make_shared<ScriptedElement>(shared_from_this(), node));
-}
-
-Document MakeDocument(ScriptedWeb& web, const std::string& address) {
-    const Page page = ScriptedPage::Load(web, address);
-    return page ? page->MakeDocument() : Document();
+std::vector<Frame> ScriptedPage::frames() {
+    std::vector<Frame> frames;
+    for (Node* node : gone_ ? std::vector<Node*>() : root_->Below("*")) {
+        if (node->IsFrame())
+            frames.push_back(
+                {node->Attribute("name"), Document(FramePage(*node)), MakeElement(node)});
+    }
+    return frames;
 }
 
 }  // namespace tamrin::test

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -9,7 +8,6 @@
 #include <string>
 #include <string_view>
 #include <system_error>
-#include <thread>
 
 namespace tamrin {
 
@@ -24,14 +22,10 @@ public:
                         .string();
         } while (!std::filesystem::create_directory(path_));
     }
-    // The last processes of a browser that has just ended may still write into it.
+    // What the last processes of a browser write at this moment stays behind.
     ~TemporaryFolder() {
         std::error_code failure;
-        for (int attempt = 0; attempt < 20; ++attempt) {
-            std::filesystem::remove_all(path_, failure);
-            if (!failure) return;
-            std::this_thread::sleep_for(std::chrono::milliseconds(50));
-        }
+        std::filesystem::remove_all(path_, failure);
     }
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;

@@ -6,9 +6,8 @@
 
 namespace tamrin {
 
-// Dialogs where nobody sits: a message goes to `output` with its title, and is answered by the
-// button that changes nothing (Cancel where there is one). File and folder dialogs are
-// dismissed.
+// Dialogs without a user: a message goes to `output` with its title, and the answer is the button
+// that changes nothing (Cancel where there is one). File and folder dialogs are dismissed.
 class ConsoleDialogs : public Dialogs {
 public:
     explicit ConsoleDialogs(std::ostream& output) : output_(output) {}

@@ -46,7 +46,7 @@ public:
 private:
     friend class HeadlessForm;
 
-    // Follows a form that has grown by so many pixels.
+    // Moves and sizes the control after the form has grown by so many pixels.
     void Stretch(int wider, int taller);
 
     HeadlessForm& form_;
@@ -115,7 +115,7 @@ private:
 // A form in memory, made from its tables. It is a client area without borders.
 class HeadlessForm : public Form {
 public:
-    // `show_modal` stands in for the user of a modal form.
+    // `show_modal` acts as the user of a modal form.
     HeadlessForm(const FormSpec& spec, std::function<void(HeadlessForm&)> show_modal);
 
     Control& Find(std::string_view name, int index = -1) override;
@@ -133,8 +133,8 @@ public:
     void ShowModal(Form& owner) override;
     bool Close() override;
 
-    // Does what a user's click does: presses a button, turns a check box, chooses an option or a
-    // menu entry. A control that takes no input does nothing.
+    // Does what a user's click does: presses a button, toggles a check box, chooses an option or a
+    // menu entry. A disabled control does nothing.
     void Click(std::string_view name, int index = -1);
 
     // Does what a shortcut key does: chooses the entry that has it, if it is enabled.

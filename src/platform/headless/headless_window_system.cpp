@@ -5,7 +5,7 @@
 namespace tamrin {
 namespace {
 
-// Takes itself off the window system's list when it goes.
+// Is in the window system's list as long as it exists.
 class ListedForm : public HeadlessForm {
 public:
     ListedForm(const FormSpec& spec, std::function<void(HeadlessForm&)> show_modal,

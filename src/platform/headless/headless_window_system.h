@@ -12,8 +12,8 @@
 
 namespace tamrin {
 
-// Forms in memory on a screen of 1280 x 1024 pixels at 96 dots per inch. There is no clipboard but
-// the text that was set, no keyboard, and nothing to open a path with.
+// Forms in memory on a screen of 1280 x 1024 pixels at 96 dots per inch. The clipboard holds only
+// what the program sets, there is no keyboard, and no path can be opened.
 class HeadlessWindowSystem : public WindowSystem {
 public:
     explicit HeadlessWindowSystem(Dialogs& dialogs) : dialogs_(dialogs) {}
@@ -37,15 +37,15 @@ public:
     // Ticks the timers of all forms; call it from the clock's DoEvents.
     void RunTimers(std::uint32_t now);
 
-    // Acts in place of the user on each modal form; without it a modal form is over at once.
+    // Acts as the user of each modal form; without it a modal form closes at once.
     std::function<void(HeadlessForm&)> onModal;
 
-    // The form of that name made last that still exists, null when there is none.
+    // The newest form of that name that still exists, null when there is none.
     HeadlessForm* FindForm(std::string_view name);
 
     void HoldCtrl(bool held) { ctrl_held_ = held; }
 
-    // What was to be opened, in order.
+    // The paths of all ShellOpen calls, in order.
     const std::vector<std::string>& opened() const { return opened_; }
 
 private:

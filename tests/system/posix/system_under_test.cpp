@@ -2,10 +2,10 @@
 
 #include "platform/headless/console_dialogs.h"
 #include "platform/headless/headless_window_system.h"
-#include "platform/headless/virtual_clock.h"
 #include "platform/posix/files.h"
 #include "platform/posix/processes.h"
 #include "platform/posix/text_codec.h"
+#include "support/virtual_clock.h"
 
 #include <iostream>
 
