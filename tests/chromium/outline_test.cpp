@@ -12,7 +12,7 @@ protected:
 
 TEST_F(OutlineTest, IsSeenForAWhileAndNotByThePage) {
     const std::string field = "<input id=a style='margin:40px'>";
-    const std::string inner = ServeBare("<!doctype html>" + field);
+    const std::string inner = Serve("<!doctype html>" + field);
     const Document page =
         Open(field + "<iframe src=" + Url(inner) + "></iframe><iframe src=" + OtherUrl(inner) +
              "></iframe><script>new MutationObserver(() => say('seen')).observe(document,"

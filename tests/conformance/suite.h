@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <functional>
 #include <memory>
 #include <string>
@@ -13,6 +14,8 @@
 
 namespace tamrin::conformance {
 
+using Strings = std::vector<std::string>;
+
 // The longest that any wait of the suite takes, in milliseconds.
 constexpr std::uint32_t kLongestWait = 10000;
 
@@ -23,14 +26,30 @@ bool WaitUntil(Clock& clock, const std::function<bool()>& condition);
 // "DocumentComplete frame", "NavigateError <address>", "OnQuit".
 class EventLog : public BrowserEvents {
 public:
+    EventLog() = default;
+    explicit EventLog(Browser& browser) : connection_(browser.Connect(*this)) {}
+
     void DocumentComplete(bool top) override;
     void BeforeNavigate2(const std::string& url) override;
     void NavigateError(const std::string& url, const std::string& reason) override;
     void OnQuit() override;
 
     bool Has(std::string_view line) const;
+    void Disconnect() { connection_.reset(); }
 
-    std::vector<std::string> lines;
+    Strings lines;
+
+private:
+    std::unique_ptr<Connection> connection_;
+};
+
+// What is done with a page, and what must come of it.
+struct Row {
+    std::string page;       // as Suite::Serve takes it; $1 and $2 stand for the address of `frame`
+    std::string acts;       // as Suite::Do takes them
+    std::string said = "";  // by the page and its frames; "GET ..." for what arrives at "/echo"
+    std::string events = "";  // as a Witness writes them down, with ", " between; "" for any
+    std::string frame = "";   // the page of a frame
 };
 
 // The fixture of every test: one browser window and one web server for the whole program.
@@ -55,53 +74,85 @@ protected:
 
     // Puts a reply behind an address of its own and answers the path of that address.
     static std::string Serve(WebReply reply);
-    // The same for a page, written as the content of its body. The page has an element `log` and
-    // the function say(word), which adds a word to it.
-    static std::string Serve(std::string_view body);
-    // The same for a page with nothing but what `html` says.
-    static std::string ServeBare(std::string html);
+    // The same for a page: a whole one that begins with "<!doctype", or the content of its body.
+    // Then the page has an element `log` and the function say(word), which adds a word to it and,
+    // in a frame, also to that of the top page.
+    static std::string Serve(std::string_view page);
 
     // The address of a path. "/echo" answers a page whose element `got` holds the request:
     // "GET query" or "POST body".
     static std::string Url(std::string_view path);
     // The same page as another origin.
     static std::string OtherUrl(std::string_view path);
+    // Serves a page and answers its address as the tests' own origin and as another one.
+    static std::array<std::string, 2> Origins(std::string_view page);
     // An address of this machine at which nobody answers.
     static std::string DeadUrl();
 
     // Navigates and waits until the page is complete.
     Document GoTo(const std::string& address);
-    Document Open(std::string_view body) { return GoTo(Url(Serve(body))); }
-    Document OpenBare(std::string html) { return GoTo(Url(ServeBare(std::move(html)))); }
+    Document Open(std::string_view page) { return GoTo(Url(Serve(page))); }
 
     bool Wait(const std::function<bool()>& condition) { return WaitUntil(clock(), condition); }
     bool WaitComplete() { return WaitComplete(browser()); }
     bool WaitComplete(Browser& window);
-    // Pumps for some passes, for what must not happen.
+    bool WaitBusy() {
+        return Wait([&] { return browser().Busy(); });
+    }
+    bool WaitFocus(std::string_view id) {
+        return Wait([&] { return browser().document().activeElement().id() == id; });
+    }
+    // Handles events until the browser has no more of them, for what must not happen.
     void Pump();
 
-    Element Find(std::string_view id) { return browser().document().Named(id).by_id; }
+    // The element with an id, in a frame when the ids of the frames' elements precede it: "i/k".
+    Element Find(std::string_view path);
 
     // What the page has said. Waits for `expected`, and answers what there is when it does not
     // come. It asks the element `log` found after GoTo, so it makes no lookup.
     std::string Said(std::string_view expected);
+    void ExpectSaid(std::string_view expected) { EXPECT_EQ(Said(expected), expected); }
     // Waits until a form or link has brought the window to "/echo" and answers what arrived there.
     std::string Arrived();
+    // Expects exactly these lines, with ", " between them, and forgets them.
+    void ExpectLines(EventLog& log, std::string_view expected);
+
+    // The calls of a page and of an element that answer something, as words: none of what is gone.
+    static std::string StillAnswers(const Document& page);
+    std::string StillAnswers(const Element& element);
 
     // Presses and releases the mouse where a player would: inside the element's top left corner.
     void MouseClick(const Element& element);
-    // A text as the keys that type it.
-    static std::vector<KeyStroke> Typed(std::string_view text);
+    // Does acts that are separated by blanks, on elements by their paths. Each element is looked up
+    // at its first act, or by "find".
+    //     @i/k    clicks with the mouse       find:k
+    //     click:k clicks by its method        fire:k:onclick     put:k:value=x    change:k:value=x
+    //     gone:k  waits until it is gone      box  waits for a dialog box
+    // Everything else is keys: a character is typed, a name in braces is pressed; "^", "+" and "%"
+    // hold down Ctrl, Shift and Alt for the braces behind them.
+    void Do(const std::string& acts);
+    // Does what a row says, in each origin of its frame, and compares all that came of it.
+    void Check(const Row& row);
+    void Check(const std::vector<Row>& rows) {
+        for (const Row& row : rows) Check(row);
+    }
     static KeyStroke Key(std::string name) { return {.text = "", .name = std::move(name)}; }
     bool Press(std::string name) { return input().SendKeys({Key(std::move(name))}); }
-    bool Type(std::string_view text) { return input().SendKeys(Typed(text)); }
+    bool Type(std::string_view text);
 
 private:
+    // Scrolls to an element in a frame and waits until that is drawn: before, the browser takes a
+    // click there for one on the page around it.
+    void Draw(const Element& element);
+
     Element log_;
 };
 
 // Adds a word to words that are separated by blanks.
 void AddWord(std::string& words, std::string_view word);
+
+// The HTML of a row with "%" replaced by an id that is made of the row's number.
+std::string Numbered(std::string_view html, std::size_t row);
 
 // The ids of elements, as words.
 std::string Ids(const std::vector<Element>& elements);
