@@ -87,8 +87,8 @@ void Unscramble(std::string& text, int parameter) {
 // The value of each digit of the cipher; 0 for all other characters.
 constexpr std::array<unsigned char, 256> kDigitValues = [] {
     std::array<unsigned char, 256> values{};
-    for (unsigned char value = 0; value < kDigits.size(); ++value) {
-        values[static_cast<unsigned char>(kDigits[value])] = value;
+    for (std::size_t value = 0; value < kDigits.size(); ++value) {
+        values[static_cast<unsigned char>(kDigits[value])] = static_cast<unsigned char>(value);
     }
     return values;
 }();

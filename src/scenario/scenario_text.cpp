@@ -11,7 +11,7 @@
 namespace tamrin {
 namespace {
 
-constexpr std::string_view kLineEnd = "\r\n";
+constexpr std::string_view kRecordEnd = "\r\n";
 constexpr std::string_view kCipherMark = "CIPHER";
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
@@ -31,7 +31,7 @@ void AppendLines(std::vector<std::string>& lines, std::string_view text, Decode 
 template <typename Decode>
 std::vector<std::string> DecipherLines(std::string_view text, Decode decode) {
     // Empty lines at the end of the file are no records.
-    text = text.substr(0, text.find_last_not_of(kLineEnd) + 1);
+    text = text.substr(0, text.find_last_not_of(kRecordEnd) + 1);
     std::vector<std::string> lines;
     while (!text.empty()) {
         const std::string plain =
@@ -56,7 +56,7 @@ std::string EncodeLines(std::string_view text, const TextCodec& codec) {
         } else {
             AppendEncoded(bytes, line, codec);
         }
-        bytes += kLineEnd;
+        bytes += kRecordEnd;
     }
     return bytes;
 }
@@ -66,7 +66,7 @@ std::string EncodeLines(std::string_view text, const TextCodec& codec) {
 std::string WriteScenarioText(const std::vector<std::string>& lines, const TextCodec& codec,
                               bool cipher) {
     std::size_t size = 0;
-    for (const std::string& line : lines) size += line.size() + kLineEnd.size();
+    for (const std::string& line : lines) size += line.size() + kRecordEnd.size();
     std::string text;
     text.reserve(size);
     for (const std::string& line : lines) {
@@ -77,12 +77,14 @@ std::string WriteScenarioText(const std::vector<std::string>& lines, const TextC
             rest.remove_prefix(1);
         }
         AppendEscaped(text, rest);
-        text += kLineEnd;
+        text += kRecordEnd;
     }
     std::string bytes = EncodeLines(text, codec);
     if (!cipher) return bytes;
     std::string file(kCipherMark);
-    file.append(kLineEnd).append(EncipherText(bytes, kScenarioCipherParameter)).append(kLineEnd);
+    file.append(kRecordEnd)
+        .append(EncipherText(bytes, kScenarioCipherParameter))
+        .append(kRecordEnd);
     return file;
 }
 
