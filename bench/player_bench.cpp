@@ -40,22 +40,13 @@ public:
     }
     int RecordCount() override { return kElements; }
     std::string_view Record(int row) override { return lines_[static_cast<std::size_t>(row)]; }
-    void SelectRecord(int) override {}
-    int GetRepeat() override { return 1; }
-    void SetMode(std::string_view, bool) override {}
     void SetStatus(const std::string&) override {}
     void ShowMessage(const std::string& text, const std::string&) override {
         std::cerr << text << '\n';
     }
     std::string ClipboardText() override { return ""; }
-    void HoldBrowser(std::shared_ptr<Browser>) override {}
-    bool WindowVisible() override { return false; }
+    std::optional<Rect> WindowRect() override { return std::nullopt; }
     void SetWindowVisible(bool) override {}
-    Rect WindowRect() override { return {}; }
-    void EnterTray() override {}
-    void LeaveTray() override {}
-    void CloseWindow() override {}
-    void RecordDone(const RecordReport&) override {}
 
 private:
     std::vector<std::string> lines_;
@@ -77,7 +68,7 @@ public:
         RecordExecutor executor(globals, clock_, launcher_.input(), host_, browser);
         const auto play = [&] {
             for (int row = 0; row < kElements; ++row) {
-                executor.ExecRecord(row, 4);
+                executor.ExecRecord(ParseRecord(host_.Record(row)), row, 4);
                 clock_.DoEvents();
             }
         };

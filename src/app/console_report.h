@@ -3,7 +3,7 @@
 #include <iosfwd>
 
 #include "app/frm_ie_auto.h"
-#include "player/run_report.h"
+#include "player/run_events.h"
 
 namespace tamrin {
 

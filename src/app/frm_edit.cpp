@@ -63,7 +63,7 @@ frmEdit::frmEdit(WindowSystem& windows)
     std::vector<std::string> actions;
     for (const ActionName& action : Actions()) actions.push_back(ActionItem(action.keyword));
     cmbAct.SetItems(std::move(actions));
-    cmbType.SetItems({ElementTypes().begin(), ElementTypes().end()});
+    cmbType.SetItems(OfferedTypes());
     cmbAct.onChange = [this] { cmbAct_Change(); };
     form_->Find("cmdOk").onClick = [this] { cmdOk_Click(); };
     form_->Find("cmdCancel").onClick = [this] { form_->Close(); };
@@ -71,7 +71,7 @@ frmEdit::frmEdit(WindowSystem& windows)
 
 std::optional<std::string> frmEdit::Edit(const std::string& line, Form& owner) {
     line_ = line;
-    const RecordFields fields = ReadRecordFields(line);
+    const Record fields = ReadRecordFields(line);
     cmbAct.SetText(ActionItem(fields.act));
     txtId.SetText(fields.id);
     cmbType.SetText(fields.type);
@@ -90,8 +90,12 @@ void frmEdit::cmbAct_Change() {
 }
 
 void frmEdit::cmdOk_Click() {
-    result_ = RewriteRecord(line_, {ActionOfItem(cmbAct.Text()), txtId.Text(), cmbType.Text(),
-                                    txtSizeBar.Text(), txtInDt.Text(), txtUserWait.Text()});
+    result_ = RewriteRecord(line_, {.act = ActionOfItem(cmbAct.Text()),
+                                    .id = txtId.Text(),
+                                    .type = cmbType.Text(),
+                                    .size_bar = txtSizeBar.Text(),
+                                    .indt = txtInDt.Text(),
+                                    .userwait = txtUserWait.Text()});
     form_->Close();
 }
 

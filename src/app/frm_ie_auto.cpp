@@ -5,7 +5,6 @@
 #include "app/frm_tools.h"
 #include "app/paths.h"
 #include "app/run_log.h"
-#include "player/input_data.h"
 
 namespace tamrin {
 namespace {
@@ -28,7 +27,7 @@ frmIeAuto::frmIeAuto(Globals& globals, const Platform& platform)
       recent_files_(globals, platform, *form_, scenario_),
       player_maker_(globals, platform, controls_, records_, scenario_),
       recording_(globals, platform, *form_, controls_, records_),
-      player_(globals, platform.clock, platform.launcher, *this) {
+      player_(globals, platform.clock, platform.launcher, *this, *this) {
     BindEvents();
     BindMenus();
 }
@@ -88,13 +87,6 @@ void frmIeAuto::MyTitle(std::string_view file_name) {
     form_->SetCaption(title_);
 }
 
-void frmIeAuto::SelectRecord(int row) {
-    controls_.lstDtList.SetListIndex(row);
-    // In front, where the task bar shows it too.
-    form_->SetCaption("(" + std::to_string(row + 1) + "/" + std::to_string(RecordCount()) + ") " +
-                      title_);
-}
-
 void frmIeAuto::cmdPlay_Click() {
     if (playing_ || globals_.ActivityContains("rec")) return;
     playing_ = true;
@@ -113,7 +105,6 @@ void frmIeAuto::cmdStop_Click() {
     }
     SetMode("all", true);
     globals_.activity.clear();
-    globals_.activity_detail.clear();
     const std::shared_ptr<Browser> browser = target_ie_;
     HoldBrowser(nullptr);
     if (browser) browser->SetForeground();
@@ -138,25 +129,18 @@ void frmIeAuto::ShowMessage(const std::string& text, const std::string& title) {
     platform_.windows.dialogs().MsgBox(text, title.empty() ? "Tamrin" : title);
 }
 
-int frmIeAuto::GetRepeat() {
-    // The caption reads "再生回数変更：現在値 3 回".
-    const std::string caption = controls_.mnuRepeat.Text();
-    const auto blank = caption.find(' ');
-    if (blank == std::string::npos) return 0;
-    return static_cast<int>(LeadingNumber(std::string_view(caption).substr(blank + 1)));
-}
-
 void frmIeAuto::HoldBrowser(std::shared_ptr<Browser> browser) {
     event_ie_.reset();
     target_ie_ = std::move(browser);
     if (target_ie_) event_ie_ = target_ie_->Connect(*this);
 }
 
-Rect frmIeAuto::WindowRect() {
+std::optional<Rect> frmIeAuto::WindowRect() {
+    if (!form_->Visible()) return std::nullopt;
     const Place place = form_->ShownPlace();
-    return {static_cast<double>(place.left), static_cast<double>(place.top),
-            static_cast<double>(place.left + place.width),
-            static_cast<double>(place.top + place.height)};
+    return Rect{static_cast<double>(place.left), static_cast<double>(place.top),
+                static_cast<double>(place.left + place.width),
+                static_cast<double>(place.top + place.height)};
 }
 
 void frmIeAuto::EnterTray() {
@@ -171,18 +155,57 @@ void frmIeAuto::LeaveTray() {
     form_->SetVisible(true);
 }
 
+void frmIeAuto::RunBegan() {
+    SetMode("play", true);
+    HoldBrowser(nullptr);
+}
+
+void frmIeAuto::BrowserOpened(std::shared_ptr<Browser> browser) {
+    HoldBrowser(std::move(browser));
+    EnterTray();
+}
+
+void frmIeAuto::RecordBegan(int row) {
+    controls_.lstDtList.SetListIndex(row);
+    // How far the run has come: in front, where the task bar shows it too.
+    form_->SetCaption("(" + std::to_string(row + 1) + "/" + std::to_string(RecordCount()) + ") " +
+                      title_);
+}
+
 void frmIeAuto::RecordDone(const RecordReport& report) {
     if (onRecordDone) onRecordDone(report);
 }
 
+void frmIeAuto::RunEnded(RunEnd end) {
+    switch (end) {
+        case RunEnd::kNothingToPlay:
+            HoldBrowser(nullptr);
+            return;
+        case RunEnd::kBadSizeBar:
+            return;
+        case RunEnd::kNoBrowser:
+            SetMode("all", true);
+            if (globals_.close_after_play) form_->Close();
+            return;
+        default:
+            break;
+    }
+    if (globals_.close_after_play || globals_.settings.quit_after_play) {
+        if (target_ie_) target_ie_->SetForeground();
+        platform_.clock.DoEvents();
+        form_->Close();
+    } else {
+        LeaveTray();
+        SetMode("play", false);
+    }
+}
+
 void frmIeAuto::DocumentComplete(bool /*top*/) {
     globals_.last_activity_tick = platform_.clock.TickCount();
-    globals_.browser_status = BrowserStatus::kExec;
 }
 
 void frmIeAuto::BeforeNavigate2(const std::string& /*url*/) {
     globals_.last_activity_tick = platform_.clock.TickCount();
-    globals_.browser_status = BrowserStatus::kRecvWait;
 }
 
 void frmIeAuto::NavigateError(const std::string& url, const std::string& reason) {

@@ -21,6 +21,7 @@
 #include "app/scenario_files.h"
 #include "player/player.h"
 #include "player/player_host.h"
+#include "player/run_events.h"
 #include "state/globals.h"
 
 namespace tamrin {
@@ -31,7 +32,7 @@ class frmTools;
 enum class StartUp { kDone, kParameterError, kNoScenario };
 
 // The main window. It lives as long as the program; its record list is the scenario.
-class frmIeAuto : public PlayerHost, public BrowserEvents {
+class frmIeAuto : public PlayerHost, public RunEvents, public BrowserEvents {
 public:
     frmIeAuto(Globals& globals, const Platform& platform);
     ~frmIeAuto() override;
@@ -73,6 +74,9 @@ public:
     // Told of every record that a run leaves behind.
     std::function<void(const RecordReport&)> onRecordDone;
 
+    // Enables and disables the controls (modes.cpp).
+    void SetMode(std::string_view mode, bool on);
+
     void cmdPlay_Click();
     void cmdStop_Click();
     void Timer1_Timer();
@@ -80,21 +84,18 @@ public:
     // PlayerHost
     int RecordCount() override { return controls_.lstDtList.Count(); }
     std::string_view Record(int row) override { return controls_.lstDtList.Line(row); }
-    // Shows, too, how far the run has come.
-    void SelectRecord(int row) override;
-    int GetRepeat() override;
-    void SetMode(std::string_view mode, bool on) override;
     void SetStatus(const std::string& text) override { controls_.txtStatus.SetText(text); }
     void ShowMessage(const std::string& text, const std::string& title) override;
     std::string ClipboardText() override { return platform_.windows.ClipboardText(); }
-    void HoldBrowser(std::shared_ptr<Browser> browser) override;
-    bool WindowVisible() override { return form_->Visible(); }
+    std::optional<Rect> WindowRect() override;
     void SetWindowVisible(bool visible) override { form_->SetVisible(visible); }
-    Rect WindowRect() override;
-    void EnterTray() override;
-    void LeaveTray() override;
-    void CloseWindow() override { form_->Close(); }
+
+    // RunEvents
+    void RunBegan() override;
+    void BrowserOpened(std::shared_ptr<Browser> browser) override;
+    void RecordBegan(int row) override;
     void RecordDone(const RecordReport& report) override;
+    void RunEnded(RunEnd end) override;
 
     // BrowserEvents
     void DocumentComplete(bool top) override;
@@ -122,6 +123,11 @@ private:
 
     void BindEvents();
     bool Form_QueryUnload();
+    // Takes the browser of a run, connects its events, and drops the one before; null to only drop.
+    void HoldBrowser(std::shared_ptr<Browser> browser);
+    // Moves the main window into the notification area where the user wants that, and back.
+    void EnterTray();
+    void LeaveTray();
     void MyTitle(std::string_view file_name);
 
     Globals& globals_;

@@ -7,7 +7,7 @@
 #include "app/record_finding.h"
 #include "platform/text.h"
 #include "platform/utf8.h"
-#include "recorder/tag_list.h"
+#include "recorder/event_record.h"
 
 namespace tamrin {
 namespace {
@@ -271,7 +271,7 @@ std::string frmTools::FindingOf(const Element& recorded) const {
     return Describe({recorded,
                      {path_.begin(), path_.end() - 1},
                      path_.back(),
-                     FindRecordTarget(browser_->document(), record_)});
+                     FindByRecord(browser_->document(), record_)});
 }
 
 void frmTools::cmdAdd_Click() {

@@ -60,7 +60,7 @@ void frmIeAuto::BindMenus() {
 }
 
 void frmIeAuto::mnuRepeat_Click() {
-    const auto count = frmInput(platform_.windows).Ask(GetRepeat(), *form_);
+    const auto count = frmInput(platform_.windows).Ask(globals_.settings.play_count, *form_);
     if (!count) return;
     globals_.settings.play_count = *count;
     display_.Apply();

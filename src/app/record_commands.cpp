@@ -127,7 +127,6 @@ bool RecordCommands::Stop() {
     const std::shared_ptr<Browser> browser = recorder_.browser();
     recorder_.Release();
     globals_.activity.clear();
-    globals_.activity_detail.clear();
     if (onMode) onMode("all");
     TellOfPassword();
     if (browser) browser->SetForeground();

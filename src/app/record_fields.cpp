@@ -2,11 +2,9 @@
 
 #include <algorithm>
 #include <utility>
-#include <vector>
 
+#include "browser/element_types.h"
 #include "platform/text.h"
-#include "player/input_data.h"
-#include "scenario/record.h"
 
 namespace tamrin {
 namespace {
@@ -23,11 +21,6 @@ constexpr ActionName kActions[] = {
     {"navigate", "ページ移動"},
     {"quit", "終了"},
     {"wait", "指定時間ミリ秒)待機"},
-};
-
-constexpr std::string_view kTypes[] = {
-    "password", "text",       "textarea", "input",  "file",  "checkbox",
-    "radio",    "select-one", "button",   "submit", "image", "href",
 };
 
 constexpr std::size_t kKeywordWidth = 17;
@@ -103,19 +96,20 @@ std::string Encoded(std::string_view typed) {
 
 }  // namespace
 
-RecordFields ReadRecordFields(std::string_view line) {
-    const auto item = [&](std::string_view key) {
-        return DecodeItemValue(GetRecordItem(line, key));
-    };
-    RecordFields fields{
-        GetRecordItem(line, "Act"), item("id"),   item("type"),
-        item("size_bar"),           item("indt"), DecodeComma(GetRecordItem(line, "userwait"))};
+Record ReadRecordFields(std::string_view line) {
+    Record record = ParseRecord(line);
     // A line may carry its keys bare, in front of the items.
-    if (IsKeys(fields.act) && fields.indt.empty()) fields.indt = item("");
-    return fields;
+    if (IsKeys(record.act) && record.indt.empty()) record.indt = record.bare;
+    for (std::string* item : {&record.id, &record.type, &record.size_bar, &record.indt}) {
+        *item = DecodeItemValue(*item);
+    }
+    record.userwait = DecodeComma(record.userwait);
+    record.value.clear();
+    record.bare.clear();
+    return record;
 }
 
-std::string RewriteRecord(std::string_view line, const RecordFields& fields) {
+std::string RewriteRecord(std::string_view line, const Record& fields) {
     if (ReadRecordFields(line) == fields) return std::string(line);
     const auto column = line.find_first_of("\t,");
     Items items(column == std::string_view::npos ? "" : line.substr(column + 1));
@@ -156,6 +150,12 @@ std::string ActionOfItem(std::string_view item) {
     return std::string(item.substr(0, item.find_first_of(" ,\t")));
 }
 
-std::span<const std::string_view> ElementTypes() { return kTypes; }
+std::vector<std::string> OfferedTypes() {
+    std::vector<std::string> names;
+    for (const ElementType& type : ElementTypes()) {
+        if (type.offered) names.emplace_back(type.name);
+    }
+    return names;
+}
 
 }  // namespace tamrin

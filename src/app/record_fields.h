@@ -3,27 +3,20 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
+
+#include "scenario/record.h"
 
 namespace tamrin {
 
-// The fields of a record as a person edits them: commas and line ends stand in them as they are.
-struct RecordFields {
-    std::string act;
-    std::string id;
-    std::string type;
-    std::string size_bar;
-    std::string indt;
-    std::string userwait;  // seconds
+// A record as a person edits it: commas and line ends stand in its items as they are. `value` and
+// `bare` are not edited and always "".
+Record ReadRecordFields(std::string_view line);
 
-    bool operator==(const RecordFields&) const = default;
-};
-
-RecordFields ReadRecordFields(std::string_view line);
-
-// The record with these fields in place of those of `line`. Items that are not among them stay
-// where they are; nothing changes when the fields are those of `line`. All actions but comments and
-// keys get a "userwait" item, at the end. A tab, which no field can hold, becomes a blank.
-std::string RewriteRecord(std::string_view line, const RecordFields& fields);
+// The line with these items in place of its own. Items that are not edited stay where they are;
+// nothing changes when `fields` are those of the line. All actions but comments and keys get a
+// "userwait" item, at the end. A tab, which no item can hold, becomes a blank.
+std::string RewriteRecord(std::string_view line, const Record& fields);
 
 // Whether the player waits before such a record.
 bool TakesUserWait(std::string_view act);
@@ -43,6 +36,6 @@ std::string ActionItem(std::string_view act);
 std::string ActionOfItem(std::string_view item);
 
 // The element types in the order in which they are offered.
-std::span<const std::string_view> ElementTypes();
+std::vector<std::string> OfferedTypes();
 
 }  // namespace tamrin

@@ -4,8 +4,9 @@
 
 #include "browser/element_keys.h"
 #include "platform/text.h"
+#include "player/input_data.h"
 #include "recorder/event_record.h"
-#include "recorder/tag_list.h"
+#include "scenario/record.h"
 
 namespace tamrin {
 namespace {
@@ -28,8 +29,8 @@ constexpr std::array<const char*, 10> kWays{
     "リンクのアドレスが同じ",
 };
 
-std::string Way(const RecordTarget& target) {
-    return std::string("（") + kWays[static_cast<std::size_t>(target.by)] + "）";
+std::string Way(const Found& found) {
+    return std::string("（") + kWays[static_cast<std::size_t>(found.by)] + "）";
 }
 
 std::string Others(int count) {
@@ -44,21 +45,21 @@ std::string Name(const Element& element) {
 }
 
 std::string Result(const Finding& finding) {
-    const RecordTarget& target = finding.target;
-    if (!target.element) {
+    const Found& found = finding.found;
+    if (!found.element) {
         const bool deep = finding.frames.size() > 1;
         return std::string("このレコードでは、要素が見つかりません。") +
                (deep ? "フレームの中のフレームは、探しません。" : "");
     }
-    if (!(target.element == finding.element)) {
-        return "このレコードでは、別の要素 " + Name(target.element) + " が見つかります" +
-               Way(target) + "。";
+    if (!(found.element == finding.element)) {
+        return "このレコードでは、別の要素 " + Name(found.element) + " が見つかります" +
+               Way(found) + "。";
     }
-    std::string text = "このレコードで、この要素が見つかります" + Way(target) + "。";
+    std::string text = "このレコードで、この要素が見つかります" + Way(found) + "。";
     if (!finding.frames.empty()) {
         text += "フレーム " + GetElementId(finding.frames.front()) + " の中で見つかりました。";
     }
-    return text + Others(target.count);
+    return text + Others(found.count);
 }
 
 }  // namespace
@@ -66,6 +67,16 @@ std::string Result(const Finding& finding) {
 std::string RecordWithoutPassword(const Element& element) {
     if (!IsPassword(element)) return RecordOfElement(element);
     return BuildEventRecord(GetElementId(element), {GetElementType(element), ""}, "input");
+}
+
+Found FindByRecord(const Document& document, std::string_view line) {
+    const Record record = ParseRecord(line);
+    const std::string indt = DecodeItemValue(record.indt);
+    const Found found = FindElement(document, {record.id, record.type, indt}, Count::kAll);
+    const std::string item = DecodeItemValue(record.value);
+    const std::string_view radio = RadioValue(indt, item);
+    if (radio.empty() || !EqualsIgnoreCase(GetElementType(found.element), "radio")) return found;
+    return FindRadio(document, found.element.name(), radio);
 }
 
 std::string Describe(const Finding& finding) {

@@ -1,10 +1,11 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "browser/find_element.h"
 #include "platform/document.h"
-#include "player/record_target.h"
 
 namespace tamrin {
 
@@ -12,12 +13,15 @@ namespace tamrin {
 // what is not shown to the user is not handed on either.
 std::string RecordWithoutPassword(const Element& element);
 
+// What a run finds for a record, and how many elements the same search accepts.
+Found FindByRecord(const Document& document, std::string_view line);
+
 // Tells the user what a record finds.
 struct Finding {
-    Element element;              // of which the record is
-    std::vector<Element> frames;  // in which that stands, the outermost first
+    Element element;              // whose record it is
+    std::vector<Element> frames;  // around it, the outermost first
     Element pointed;              // the element under the pointer, maybe inside the other
-    RecordTarget target;          // what the record finds
+    Found found;                  // what the record finds
 };
 std::string Describe(const Finding& finding);
 

@@ -31,7 +31,6 @@ std::string Fault(Carried carried) {
 
 StartUp frmIeAuto::Form_Load(const std::string& command_line) {
     platform_.processes.RaisePriority();
-    globals_.twips_per_pixel_x = platform_.windows.TwipsPerPixelX();
     globals_.twips_per_pixel_y = platform_.windows.TwipsPerPixelY();
     globals_.version_text =
         VersionText(TAMRIN_VERSION_MAJOR, TAMRIN_VERSION_MINOR, TAMRIN_VERSION_PATCH);

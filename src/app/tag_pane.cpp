@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "player/record_target.h"
+#include "app/record_finding.h"
 #include "recorder/event_record.h"
 #include "scenario/record.h"
 
@@ -13,7 +13,7 @@ namespace {
 Element ElementOfRecord(const Document& document, std::string_view record) {
     const bool named =
         !GetRecordItem(record, "id").empty() || !GetRecordItem(record, "type").empty();
-    return named ? FindRecordTarget(document, record).element : Element();
+    return named ? FindByRecord(document, record).element : Element();
 }
 
 }  // namespace

@@ -1,7 +1,5 @@
 #include "browser/element_keys.h"
 
-#include <charconv>
-
 #include "platform/text.h"
 
 namespace tamrin {
@@ -39,30 +37,6 @@ std::string GetFormName(const Element& element) {
     }
     // A form with a field called "name" (or "id") answers that field in place of its own name.
     return name == "[object]" ? std::string() : name;
-}
-
-std::string GetDisplayValue(const Element& element) {
-    const std::string type = GetElementType(element);
-    if (EqualsIgnoreCase(type, "select-one")) {
-        const std::string index_text = element.selectedIndex();
-        int index = -1;
-        std::from_chars(index_text.data(), index_text.data() + index_text.size(), index);
-        auto texts = element.OptionTexts();
-        const bool chosen = index >= 0 && index < static_cast<int>(texts.size());
-        return chosen ? std::move(texts[index]) : std::string();
-    }
-    if (EqualsIgnoreCase(type, "radio")) return element.checked();
-    return GetValue(element);
-}
-
-Document GetFrameDocument(const Document& document, std::string_view frame_name) {
-    for (const Frame& frame : document.frames()) {
-        if (frame_name.empty() || frame.name == frame_name ||
-            EqualsIgnoreCase(frame.element.id(), frame_name)) {
-            return frame.document;
-        }
-    }
-    return Document();
 }
 
 bool IsFrameElement(const Element& element) {

@@ -28,14 +28,6 @@ std::string GetTagName(const Element& element);
 // that form's id.
 std::string GetFormName(const Element& element);
 
-// What the page shows as the element's value: the text of the chosen option, the state of a radio
-// button ("True" or "False"), otherwise GetValue.
-std::string GetDisplayValue(const Element& element);
-
-// The document of the frame with that name; of the first frame when the name is empty. Null when
-// there is none or its page cannot be reached.
-Document GetFrameDocument(const Document& document, std::string_view frame_name);
-
 // Whether the element is an IFRAME or FRAME.
 bool IsFrameElement(const Element& element);
 

@@ -8,110 +8,179 @@
 namespace tamrin {
 namespace {
 
-// What a search has accepted so far.
-class Found {
+// Collects what the searches accept.
+class Matches {
 public:
-    // `count_all` for a search that goes on behind the first element.
-    explicit Found(bool count_all) : count_all_(count_all) {}
+    explicit Matches(Count count) : count_(count) {}
 
-    // Takes an element that the search of that number accepts. True when no more are wanted.
-    bool Take(int search, const Element& element) {
+    // Takes an element that a search accepts. True when no more are wanted.
+    bool Take(FoundBy by, const Element& element) {
         if (found_.count++ == 0) {
-            found_.search = search;
+            found_.by = by;
             found_.element = element;
         }
-        return !count_all_;
+        return count_ == Count::kFirst;
     }
 
     explicit operator bool() const { return found_.count > 0; }
-    FoundElement Answer() { return std::move(found_); }
+    const Found& found() const { return found_; }
 
 private:
-    const bool count_all_;
-    FoundElement found_;
+    const Count count_;
+    Found found_;
 };
 
-void FindByType(const Document& document, std::string_view type, std::string_view indt,
-                Found& found) {
-    for (const Element& element : document.getElementsByTagName("*")) {
-        if (EqualsIgnoreCase(GetElementType(element), type) &&
-            (indt.empty() || EqualsIgnoreCase(GetValue(element), indt)) && found.Take(1, element)) {
-            return;
+bool IsHidden(const std::string& type) { return EqualsIgnoreCase(type, "hidden"); }
+
+void FindByType(const Document& page, const ElementKeys& keys, Matches& matches) {
+    for (const Element& element : page.getElementsByTagName("*")) {
+        const bool wanted = EqualsIgnoreCase(GetElementType(element), keys.type) &&
+                            (keys.indt.empty() || EqualsIgnoreCase(GetValue(element), keys.indt));
+        if (wanted && matches.Take(FoundBy::kTypeAndValue, element)) return;
+    }
+}
+
+void FindByNameAndType(const NamedElements& named, std::string_view type, Matches& matches) {
+    for (const Element& element : named.by_name) {
+        const bool wanted = type.empty() ? EqualsIgnoreCase(element.tagName(), "INPUT")
+                                         : EqualsIgnoreCase(GetAttr(element, "type"), type);
+        if (wanted && matches.Take(FoundBy::kNameAndType, element)) return;
+    }
+}
+
+void FindByName(const NamedElements& named, Matches& matches) {
+    // Here a hidden element serves, too: scenarios rely on reaching hidden fields by their name.
+    for (const Element& element : named.by_name) {
+        if (matches.Take(FoundBy::kName, element)) return;
+    }
+}
+
+void FindInForms(const NamedElements& named, Matches& matches) {
+    for (const Element& element : named.in_forms) {
+        const bool wanted = !IsHidden(GetAttr(element, "type"));
+        if (wanted && matches.Take(FoundBy::kFormField, element)) return;
+    }
+}
+
+Found FindByKeys(const Document& page, const ElementKeys& keys, Count count) {
+    Matches matches(count);
+    if (keys.id.empty() && !keys.type.empty()) FindByType(page, keys, matches);
+    if (matches) return matches.found();
+    const NamedElements named = page.Named(keys.id);
+    FindByNameAndType(named, keys.type, matches);
+    if (!matches && named.by_id && !IsHidden(GetElementType(named.by_id))) {
+        matches.Take(FoundBy::kId, named.by_id);
+    }
+    if (!matches) FindByName(named, matches);
+    if (!matches) FindInForms(named, matches);
+    return matches.found();
+}
+
+Found FindByValue(const Document& page, std::string_view tag, std::string_view value) {
+    for (const Element& element : page.getElementsByTagName(tag)) {
+        if (EqualsIgnoreCase(GetValue(element), value)) return {FoundBy::kValue, element, 1};
+    }
+    return {};
+}
+
+// Runs a search on a page and, until it finds something, on its frames. Frames inside frames are
+// not entered.
+template <typename Search>
+Found SearchFrames(const Document& document, Search search) {
+    Found found = search(document);
+    if (found.element) return found;
+    for (const Frame& frame : document.frames()) {
+        if (frame.document) found = search(frame.document);
+        if (found.element) return found;
+    }
+    return found;
+}
+
+bool IsFullUrl(std::string_view text) {
+    return text.starts_with("https://") || text.starts_with("http://") ||
+           text.starts_with("ftp://");
+}
+
+void FindLinksByAddress(const Document& page, std::string_view address, Matches& matches) {
+    for (const Element& link : page.links()) {
+        const std::string href = GetHref(link);
+        if (!href.empty() && EqualsIgnoreCase(href, address)) {
+            matches.Take(FoundBy::kLinkAddress, link);
         }
     }
 }
 
-void FindNamed(const NamedElements& named, std::string_view type, Found& found) {
-    for (const Element& element : named.by_name) {
-        const bool wanted = type.empty() ? EqualsIgnoreCase(element.tagName(), "INPUT")
-                                         : EqualsIgnoreCase(GetAttr(element, "type"), type);
-        if (wanted && found.Take(2, element)) return;
+// A link's text on one line, with one blank for each run of white space and none around it: a
+// record writes its line ends and tabs otherwise than the page.
+std::string Folded(std::string_view text) {
+    std::string folded;
+    folded.reserve(text.size());
+    bool white = false;
+    for (const char c : text) {
+        const bool was_white = std::exchange(white, kWhiteSpace.find(c) != std::string_view::npos);
+        if (white) continue;
+        if (was_white && !folded.empty()) folded += ' ';
+        folded += c;
+    }
+    return folded;
+}
+
+void FindLinksByText(const Document& page, std::string_view text, Matches& matches) {
+    const std::string folded = Folded(text);
+    for (const Element& link : page.links()) {
+        const bool wanted = EqualsIgnoreCase(Folded(link.innerText()), folded);
+        if (wanted && matches.Take(FoundBy::kLinkText, link)) return;
     }
 }
 
-bool IsHidden(const std::string& type) { return EqualsIgnoreCase(type, "hidden"); }
-
-void FindInForms(const NamedElements& named, Found& found) {
-    for (const Element& element : named.in_forms) {
-        if (!IsHidden(GetAttr(element, "type")) && found.Take(5, element)) return;
+Found FindLink(const Document& document, std::string_view target, Count count) {
+    Matches matches(count);
+    if (IsFullUrl(target)) {
+        FindLinksByAddress(document, target, matches);
+    } else {
+        FindLinksByText(document, target, matches);
     }
-}
-
-FoundElement Search(const Document& document, std::string_view id, std::string_view type,
-                    std::string_view indt, bool count_all) {
-    Found found(count_all);
-    if (id.empty() && !type.empty()) FindByType(document, type, indt, found);
-    if (found) return found.Answer();
-    const NamedElements named = document.Named(id);
-    FindNamed(named, type, found);
-    if (!found && named.by_id && !IsHidden(GetElementType(named.by_id))) {
-        found.Take(3, named.by_id);
+    if (!matches) {
+        const std::vector<Frame> frames = document.frames();
+        for (const Frame& frame : frames) FindLinksByAddress(frame.document, target, matches);
+        for (const Frame& frame : frames) {
+            if (!matches && !IsFullUrl(target)) FindLinksByText(frame.document, target, matches);
+        }
     }
-    if (found) return found.Answer();
-    // Here a hidden element serves, too: scenarios rely on reaching hidden fields by their name.
-    for (const Element& element : named.by_name) {
-        if (found.Take(4, element)) break;
-    }
-    if (!found) FindInForms(named, found);
-    return found.Answer();
+    const Found& found = matches.found();
+    // Several links of one address are none: which of them is meant?
+    return found.by == FoundBy::kLinkAddress && found.count > 1 ? Found() : found;
 }
 
 }  // namespace
 
-Element FindElement(const Document& document, std::string_view id, std::string_view type,
-                    std::string_view indt) {
-    return Search(document, id, type, indt, false).element;
+Found FindElement(const Document& document, const ElementKeys& keys, Count count) {
+    Found found;
+    const bool is_script = keys.indt.find("javascript") != std::string::npos;
+    if (EqualsIgnoreCase(keys.type, "href") && !is_script) {
+        found = FindLink(document, keys.indt, count);
+    }
+    if (!found.element) {
+        found = SearchFrames(document,
+                             [&](const Document& page) { return FindByKeys(page, keys, count); });
+    }
+    for (const char* tag : {"input", "*"}) {
+        if (found.element || keys.indt.empty()) break;
+        found = SearchFrames(
+            document, [&](const Document& page) { return FindByValue(page, tag, keys.indt); });
+    }
+    return found;
 }
 
-FoundElement CountElements(const Document& document, std::string_view id, std::string_view type,
-                           std::string_view indt) {
-    return Search(document, id, type, indt, true);
-}
-
-Element FindRadio(const Document& document, std::string_view group, std::string_view value) {
-    for (const Element& button : document.Named(group).by_name) {
-        if (button.value() == value && EqualsIgnoreCase(GetElementType(button), "radio")) {
-            return button;
+Found FindRadio(const Document& document, std::string_view group, std::string_view value) {
+    return SearchFrames(document, [&](const Document& page) {
+        for (const Element& button : page.Named(group).by_name) {
+            if (button.value() == value && EqualsIgnoreCase(GetElementType(button), "radio")) {
+                return Found{FoundBy::kRadioValue, button, 1};
+            }
         }
-    }
-    return Element();
-}
-
-Element FindByValue(const Document& document, std::string_view tag, std::string_view indt) {
-    for (const Element& element : document.getElementsByTagName(tag)) {
-        if (EqualsIgnoreCase(GetValue(element), indt)) return element;
-    }
-    return Element();
-}
-
-Element FindThroughFrames(const Document& document,
-                          const std::function<Element(const Document&)>& find) {
-    if (Element element = find(document)) return element;
-    for (const Frame& frame : document.frames()) {
-        if (!frame.document) continue;
-        if (Element element = find(frame.document)) return element;
-    }
-    return Element();
+        return Found();
+    });
 }
 
 }  // namespace tamrin

@@ -1,44 +1,51 @@
 #pragma once
 
-#include <functional>
+#include <string>
 #include <string_view>
 
 #include "platform/document.h"
 
 namespace tamrin {
 
-// Finds the element that a record names by its keys (see element_keys.h); null when there is none.
-// All comparisons ignore letter case. In this order:
-// 1. without an id but with a type: the first element of the page of that type and, unless `indt`
-//    is empty, of that value;
-// 2. among the elements named `id`, the first of that type; without a type, the first INPUT;
-// 3. the element whose id it is, unless hidden;
-// 4. the first element named `id`;
-// 5. the first field of that name or id in any form, unless hidden.
-// A record with an id costs one round trip, one without an id two at most.
-Element FindElement(const Document& document, std::string_view id, std::string_view type,
-                    std::string_view indt);
-
-// What one of these searches accepts in a page.
-struct FoundElement {
-    Element element;  // the first, which is the answer; null when no search accepts one
-    int search = 0;   // its number as above, 0 when none does
-    int count = 0;    // how many elements it accepts
+// By what a record names its element (see element_keys.h).
+struct ElementKeys {
+    std::string id;    // its id or its name
+    std::string type;  // its type
+    std::string indt;  // the record's input data: a value, or the text or the address of a link
 };
 
-// The same search, which goes on to count what else it accepts.
-FoundElement CountElements(const Document& document, std::string_view id, std::string_view type,
-                           std::string_view indt);
+// The search that found an element. Each is tried in the page and then in its frames, one level
+// deep; all comparisons ignore letter case.
+enum class FoundBy {
+    kNothing,
+    // The next five run one after the other on each page.
+    kTypeAndValue,  // without an id: elements of that type and, unless `indt` is empty, that value
+    kNameAndType,   // elements of that name and type; without a type, any INPUT of that name
+    kId,            // the element with that id, unless hidden
+    kName,          // elements of that name, a hidden field too
+    kFormField,     // a form's field of that name or id, unless hidden
+    kRadioValue,    // FindRadio
+    kValue,         // an INPUT, and then any element, whose value is `indt`
+    kLinkText,      // links with that text
+    kLinkAddress,   // the only link with that address
+};
 
-// The radio button of that name and value; null when there is none.
-Element FindRadio(const Document& document, std::string_view group, std::string_view value);
+struct Found {
+    FoundBy by = FoundBy::kNothing;
+    Element element;  // the first that the search accepts; null when none does
+    int count = 0;    // how many it accepts in that page; 1 at most where nobody asked for all
+};
 
-// The first element with that tag ("*" for any) whose GetValue equals `indt`; null when none does.
-Element FindByValue(const Document& document, std::string_view tag, std::string_view indt);
+enum class Count { kFirst, kAll };
 
-// Runs `find` on a document and, until one answers an element, on each of its frames' documents.
-// Frames inside frames are not entered.
-Element FindThroughFrames(const Document& document,
-                          const std::function<Element(const Document&)>& find);
+// Finds the element of a record. A record of type "href" is looked for among the links first: by
+// its address when `indt` begins with "http://", "https://" or "ftp://", else by its text, white
+// space folded. Links of the frames are looked for by address, then by text.
+// An element in the page costs one round trip when the record has an id, two at most without one.
+// Counting costs no round trips.
+Found FindElement(const Document& document, const ElementKeys& keys, Count count = Count::kFirst);
+
+// The radio button of that name and value, in the page or in its frames.
+Found FindRadio(const Document& document, std::string_view group, std::string_view value);
 
 }  // namespace tamrin

@@ -20,7 +20,6 @@ public:
     virtual Place Screen() const = 0;
 
     // Twips (1/1440 inch) that one screen pixel takes: 15 on a screen of 96 dots per inch.
-    virtual int TwipsPerPixelX() const = 0;
     virtual int TwipsPerPixelY() const = 0;
 
     // The clipboard's text, "" when it holds none. Setting it answers false when another program

@@ -67,9 +67,10 @@ void Clicker::PointAt(Browser& browser, const Element& element) {
 
 void Clicker::RealClick(Browser& browser, ScreenPoint point) {
     const ScreenPoint before = input_.GetCursorPos();
-    const bool was_visible = host_.WindowVisible();
     // The main window may lie over the element; the click must reach the browser.
-    if (was_visible && Inside(point, host_.WindowRect())) host_.SetWindowVisible(false);
+    const auto window = host_.WindowRect();
+    const bool covered = window && Inside(point, *window);
+    if (covered) host_.SetWindowVisible(false);
     browser.SetForeground();
     clock_.DoEvents();
     clock_.Sleep(100);
@@ -81,7 +82,7 @@ void Clicker::RealClick(Browser& browser, ScreenPoint point) {
         browser.SetForeground();
         MouseLeftClick();
     }
-    if (host_.WindowVisible() != was_visible) host_.SetWindowVisible(was_visible);
+    if (covered) host_.SetWindowVisible(true);
     if (clicks) input_.SetCursorPos(before);
 }
 

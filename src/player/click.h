@@ -7,14 +7,14 @@
 
 namespace tamrin {
 
-// The hands of the player: its pauses that the user can skip, and its clicks.
+// The user's wait before an action, the clicks and the mouse pointer.
 class Clicker {
 public:
     Clicker(Globals& globals, Clock& clock, Input& input, PlayerHost& host)
         : globals_(globals), clock_(clock), input_(input), host_(host) {}
 
-    // Waits `milliseconds` in steps of 100 ms, showing the seconds left. True when the user skipped
-    // the rest of it.
+    // Waits `milliseconds` in steps of 100 ms and shows the seconds left, unless it is no multiple
+    // of 100. True when the user skipped the rest of it (Globals::skip_wait).
     bool UserWait(int milliseconds);
 
     // Waits as above, clicks the element unless the user skipped the wait, and pauses 500 ms. False

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -7,17 +8,17 @@
 #include "platform/clock.h"
 #include "player/click.h"
 #include "player/player_host.h"
-#include "player/run_report.h"
+#include "player/run_events.h"
+#include "scenario/record.h"
 #include "state/globals.h"
 
 namespace tamrin {
 
-// What executing a record tells the step loop: kAgain to run it again, kEndRun to end the run, any
-// other value to go on.
-enum StepValue : int { kInvalidData = -2, kEndRun = -1, kGoOn = 0, kFollowed = 1, kAgain = 10 };
+// What the run does after a record: go on with the next one, try this one again, or end.
+enum class NextStep { kGoOn, kAgain, kEndRun };
 
 struct StepResult {
-    int value = kGoOn;
+    NextStep next = NextStep::kGoOn;
     RecordOutcome outcome = RecordOutcome::kDone;
 };
 
@@ -33,39 +34,36 @@ public:
           browser_(std::move(browser)),
           clicker_(globals, clock, input, host) {}
 
-    // Carries out the record in `row` of the list. `ready_state` is IEState's answer; records that
-    // address an element want 4 and are answered kAgain until then.
-    StepResult ExecRecord(int row, int ready_state);
+    // Carries out the record, which stands in `row` of the list. `ready_state` is IEState's answer;
+    // a record that addresses an element needs 4 and is to be tried again until then.
+    StepResult ExecRecord(const Record& record, int row, int ready_state);
 
 private:
-    // One record's fields, taken from its line before anything can change the list.
-    struct Fields {
-        int row = 0;
-        std::string act;
-        std::string id;
-        std::string type;
-        std::string indt;         // unescaped, reserved texts expanded
-        std::string radio_value;  // of the button of a group, "" where none is named
-        int wait_ms = 0;          // the user's wait before the action
-        bool clicks = false;      // the action is one of the clicks
-        bool real_click = false;
+    // What a record asks to be done to an element.
+    struct Act {
+        const Record& record;
+        std::string indt;  // unescaped, reserved texts expanded
+        int wait_ms;       // the user's wait before the action
+        bool clicks;       // the action is one of the clicks
+        bool real_click;
     };
 
-    std::string Expand(std::string_view field, bool as_keys);
-    Fields ReadFields(int row);
-    StepResult SendRecordKeys(int row);
+    std::string Expand(std::string_view item, bool as_keys);
+    Act ReadAct(const Record& record);
+    StepResult SendRecordKeys(const Record& record, int row);
     StepResult Navigate(const std::string& address);
-    StepResult ExecOnElement(Fields& record);
-    Element Find(const Fields& record);
-    // Nothing when the link could not be followed.
-    std::optional<StepResult> FollowLink(const Fields& record);
-    StepResult ActOn(const Element& element, const Fields& record);
-    StepResult SetValue(const Element& element, const Fields& record);
-    StepResult SetChecked(const Element& element, const Fields& record);
-    StepResult SetSelected(const Element& element, const Fields& record);
-    StepResult Click(const Element& element, const Fields& record);
-    StepResult NotFound(const Fields& record);
-    StepResult Invalid(const Element& element, const Fields& record);
+    StepResult ExecOnElement(const Record& record, int row);
+    // Waits as the record says. Answers when that is the end of it: the run was stopped, the wait
+    // skipped, or the link is a script, which is run.
+    std::optional<StepResult> WaitBeforeLink(const Act& act);
+    StepResult FollowLink(const Element& link, const Act& act);
+    StepResult ActOn(const Element& element, const Act& act);
+    StepResult SetValue(const Element& element, const Act& act);
+    StepResult SetChecked(const Element& element, const Act& act);
+    StepResult SetSelected(const Element& element, const Act& act);
+    StepResult Click(const Element& element, const Act& act);
+    StepResult NotFound(const Act& act, int row);
+    StepResult Invalid(const Element& element, const Act& act);
 
     Globals& globals_;
     Clock& clock_;

@@ -24,9 +24,9 @@ Number ReadNumber(std::string_view text) {
     Number number;
     const auto [next, error] = std::from_chars(begin, end, number.value, std::chars_format::fixed);
     if (error == std::errc::invalid_argument || !std::isfinite(number.value)) return Number{};
-    constexpr double kMost = std::numeric_limits<int>::max();
+    constexpr double kLargest = std::numeric_limits<int>::max();
     number.found = true;
-    number.value = error == std::errc() ? std::clamp(number.value, -kMost, kMost) : kMost;
+    number.value = error == std::errc() ? std::clamp(number.value, -kLargest, kLargest) : kLargest;
     number.rest = std::string_view(next, static_cast<std::size_t>(end - next));
     return number;
 }
@@ -76,6 +76,10 @@ std::optional<double> WholeNumber(std::string_view text) {
     const Number number = ReadNumber(text);
     if (!number.found || !number.rest.empty()) return std::nullopt;
     return number.value;
+}
+
+std::string_view RadioValue(std::string_view indt, std::string_view value) {
+    return TruthValue(indt) ? value : indt;
 }
 
 std::optional<bool> TruthValue(std::string_view text) {

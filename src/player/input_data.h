@@ -28,6 +28,10 @@ double LeadingNumber(std::string_view text);
 // A number that is the whole text (blanks around it aside), or nothing.
 std::optional<double> WholeNumber(std::string_view text);
 
+// The value of the radio button that a record means: what its item "value" says, or the input data
+// where that is no state. "" when the record names none.
+std::string_view RadioValue(std::string_view indt, std::string_view value);
+
 // A text read as a truth value: "True" or "False" in any case, or a number, non-zero true. Nothing
 // for any other text.
 std::optional<bool> TruthValue(std::string_view text);

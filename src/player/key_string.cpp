@@ -10,8 +10,8 @@
 namespace tamrin {
 namespace {
 
-// More strokes than anyone means; a repeat count beyond it is a slip of the pen.
-constexpr std::size_t kMostStrokes = 10000;
+// Nobody means to send more strokes; a larger repeat count is a typing error.
+constexpr std::size_t kStrokeLimit = 10000;
 
 struct KeyName {
     std::string_view written;
@@ -178,8 +178,8 @@ private:
     }
 
     bool Add(std::string_view character, std::string_view name, int count) {
-        if (strokes_.size() + static_cast<std::size_t>(count) > kMostStrokes) {
-            return Fail("キーが多すぎます（" + std::to_string(kMostStrokes) + " 個まで）。");
+        if (strokes_.size() + static_cast<std::size_t>(count) > kStrokeLimit) {
+            return Fail("キーが多すぎます（" + std::to_string(kStrokeLimit) + " 個まで）。");
         }
         KeyStroke stroke = Held();
         stroke.text = character;

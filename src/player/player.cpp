@@ -5,7 +5,6 @@
 #include "browser/wait.h"
 #include "player/exec_record.h"
 #include "player/input_data.h"
-#include "scenario/record.h"
 
 namespace tamrin {
 namespace {
@@ -42,8 +41,7 @@ RunEnd Player::Play() {
     }
     globals_.activity = "play";
     globals_.last_activity_tick = clock_.TickCount();
-    host_.SetMode("play", true);
-    host_.HoldBrowser(nullptr);
+    events_.RunBegan();
     std::string why;
     const std::shared_ptr<Browser> browser = launcher_.Create(why);
     if (!browser) return NoBrowser(why);
@@ -51,16 +49,15 @@ RunEnd Player::Play() {
 }
 
 RunEnd Player::PlayAll(const std::shared_ptr<Browser>& browser) {
-    host_.HoldBrowser(browser);
-    host_.EnterTray();
+    events_.BrowserOpened(browser);
     browser->SetForeground();
     Opening opening;
     RunEnd end = ReadOpening(opening);
     if (end != RunEnd::kCompleted) {
-        if (end == RunEnd::kNothingToPlay) host_.HoldBrowser(nullptr);
+        events_.RunEnded(end);
         return end;
     }
-    const int repeat = host_.GetRepeat();
+    const int repeat = globals_.settings.play_count;
     std::uint32_t since = clock_.TickCount();
     Open(*browser, opening.address);
     browser->SetVisible(true);
@@ -74,7 +71,7 @@ RunEnd Player::PlayAll(const std::shared_ptr<Browser>& browser) {
         Open(*browser, opening.address);
         Report(opening.row, "url", RecordOutcome::kDone, since);
     }
-    Finish(browser, end);
+    Finish(end);
     return end;
 }
 
@@ -82,11 +79,11 @@ RunEnd Player::ReadOpening(Opening& opening) {
     int row = 0;
     while (row < host_.RecordCount() && GetRecordItem(host_.Record(row), "Act") != "url") ++row;
     if (row == host_.RecordCount()) return RunEnd::kNothingToPlay;
+    const Record record = ParseRecord(host_.Record(row));
     opening.row = row;
-    opening.address = DecodeItemValue(GetRecordItem(host_.Record(row), "indt"));
+    opening.address = DecodeItemValue(record.indt);
     if (opening.address.empty()) return RunEnd::kNothingToPlay;
-    const std::string size_bar = GetRecordItem(host_.Record(row), "size_bar");
-    if (!ReadSizeBar(size_bar, opening.place, opening.bars)) {
+    if (!ReadSizeBar(record.size_bar, opening.place, opening.bars)) {
         host_.ShowMessage("位置・サイズまたはツールバーの指定が不正です。", "フォーマットエラー");
         return RunEnd::kBadSizeBar;
     }
@@ -106,28 +103,26 @@ RunEnd Player::PlayRecords(const std::shared_ptr<Browser>& browser, int row) {
     while (row < host_.RecordCount()) {
         if (globals_.activity.empty()) return RunEnd::kStopped;
         if (!browser->Alive()) return RunEnd::kBrowserDied;
-        const std::string act = GetRecordItem(host_.Record(row), "Act");
-        host_.SelectRecord(row);
+        const Record record = ParseRecord(host_.Record(row));
+        events_.RecordBegan(row);
         int ready_state = IEState(*browser);
-        // Not a limit for the record: it lets the first record of a run go ahead on an unfinished
-        // page, and any record after a single pass that took longer than the limit.
+        // This limits one pass, not the record: the first record of a run goes ahead on an
+        // unfinished page, and so does a record after a single pass that took longer than the
+        // limit.
         if (ready_state != 4 &&
             clock_.TickCount() - previous_step > globals_.settings.MaxWaitMs()) {
             ready_state = 4;
         }
-        const StepResult step = executor.ExecRecord(row, ready_state);
+        const StepResult step = executor.ExecRecord(record, row, ready_state);
         previous_step = clock_.TickCount();
-        if (step.value == kAgain) {
-            clock_.Sleep(1);  // the page needs the processor more than the next try does
+        if (step.next == NextStep::kAgain) {
+            clock_.Sleep(1);  // leaves the processor to the page
             clock_.DoEvents();
             continue;
         }
         const bool stopped = globals_.activity.empty();
-        Report(row, act, stopped ? RecordOutcome::kStopped : step.outcome, record_start);
-        if (step.value == kEndRun) {
-            globals_.browser_status = BrowserStatus::kEnd;
-            return RunEnd::kCompleted;
-        }
+        Report(row, record.act, stopped ? RecordOutcome::kStopped : step.outcome, record_start);
+        if (step.next == NextStep::kEndRun) return RunEnd::kCompleted;
         clock_.DoEvents();
         record_start = clock_.TickCount();
         ++row;
@@ -138,31 +133,24 @@ RunEnd Player::PlayRecords(const std::shared_ptr<Browser>& browser, int row) {
 
 RunEnd Player::NoBrowser(const std::string& why) {
     globals_.activity.clear();
-    host_.SetMode("all", true);
     host_.ShowMessage(why, "ブラウザを起動できません");
-    if (globals_.close_after_play) host_.CloseWindow();
+    events_.RunEnded(RunEnd::kNoBrowser);
     return RunEnd::kNoBrowser;
 }
 
-void Player::Finish(const std::shared_ptr<Browser>& browser, RunEnd end) {
-    clock_.DoEvents();  // what the last page has told
+void Player::Finish(RunEnd end) {
+    clock_.DoEvents();  // those of the last page
     if (end == RunEnd::kBrowserDied) {
         host_.ShowMessage("ブラウザが終了したか、ページが異常終了したため、再生を中止しました。",
                           "再生エラー");
     }
-    if (globals_.close_after_play || globals_.settings.quit_after_play) {
-        browser->SetForeground();
-        clock_.DoEvents();
-        host_.CloseWindow();
-        return;
-    }
-    host_.LeaveTray();
-    globals_.activity.clear();
-    host_.SetMode("play", false);
+    const bool closes = globals_.close_after_play || globals_.settings.quit_after_play;
+    if (!closes) globals_.activity.clear();
+    events_.RunEnded(end);
 }
 
 void Player::Report(int row, const std::string& act, RecordOutcome outcome, std::uint32_t since) {
-    host_.RecordDone({row, act, outcome, clock_.TickCount() - since});
+    events_.RecordDone({row, act, outcome, clock_.TickCount() - since});
 }
 
 }  // namespace tamrin

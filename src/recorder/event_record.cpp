@@ -1,9 +1,9 @@
 #include "recorder/event_record.h"
 
 #include "browser/element_keys.h"
+#include "browser/element_types.h"
 #include "platform/browser.h"
 #include "platform/text.h"
-#include "recorder/field_kinds.h"
 #include "scenario/record.h"
 
 namespace tamrin {
@@ -30,14 +30,16 @@ std::optional<EventValue> ReadLinkClick(const Element& active) {
 
 std::optional<EventValue> ReadClick(const Element& watched, std::string_view type,
                                     const Element& active) {
-    switch (FieldKindOf(type)) {
-        case FieldKind::kButton: {
+    switch (KindOf(type)) {
+        case ElementKind::kButton:
+        case ElementKind::kImage:
+        case ElementKind::kSubmit: {
             std::string value = CleanValue(GetValue(watched));
             if (value.empty()) value = GetAttr(watched, "src");
             return EventValue{std::string(type), std::move(value)};
         }
-        case FieldKind::kLink:
-        case FieldKind::kUntyped:
+        case ElementKind::kLink:
+        case ElementKind::kUntyped:
             return ReadLinkClick(active);
         default:
             return std::nullopt;
@@ -50,14 +52,14 @@ std::string RadioValue(const Element& button, std::string_view type) {
 }
 
 std::optional<EventValue> ReadInput(const Element& watched, std::string_view type) {
-    switch (FieldKindOf(type)) {
-        case FieldKind::kCheck:
+    switch (KindOf(type)) {
+        case ElementKind::kCheck:
             return EventValue{std::string(type), watched.checked(), RadioValue(watched, type)};
-        case FieldKind::kSelect:
+        case ElementKind::kSelect:
             return EventValue{std::string(type), watched.selectedIndex()};
-        case FieldKind::kText:
-        case FieldKind::kEmail:
-        case FieldKind::kUntyped:
+        case ElementKind::kText:
+        case ElementKind::kEmail:
+        case ElementKind::kUntyped:
             return EventValue{std::string(type), CleanValue(GetValue(watched))};
         default:
             return std::nullopt;
@@ -87,6 +89,25 @@ std::string BuildEventRecord(std::string_view id, const EventValue& read, std::s
 
 std::string BuildUrlRecord(const WindowState& window, std::string_view address) {
     return BuildUrlRecord(BuildSizeBar(window.place, window.bars, window.full_screen), address);
+}
+
+Element RecordedElement(const Element& element) {
+    for (Element at = element; at; at = at.parentElement()) {
+        const ElementKind kind = KindOf(GetElementType(at));
+        if (kind != ElementKind::kUntyped && kind != ElementKind::kOther) return at;
+    }
+    return element;
+}
+
+std::string RecordOfElement(const Element& element) {
+    const std::string type = GetElementType(element);
+    const ElementKind kind = KindOf(type);
+    std::string_view event = "input";
+    if (IsButton(kind) || kind == ElementKind::kLink) event = "click";
+    const auto read = ReadEvent(event, element, type, element);
+    const std::string id = GetElementId(element);
+    if (!read || (id.empty() && read->type.empty() && read->value.empty())) return "";
+    return BuildEventRecord(id, *read, event);
 }
 
 }  // namespace tamrin

@@ -21,9 +21,10 @@ struct EventValue {
     bool operator==(const EventValue&) const = default;
 };
 
-// What an event ("click" or "input") on the watched element leaves a record of; nothing when it
-// leaves none. A click is one on a submit, button or image input, or on a link: the element without
-// a type that is `active`, or its parent, has an href. "input" is the leaving of a field.
+// What is recorded of an event ("click" or "input") on the watched element; nothing when the event
+// is not recorded. "click" is recorded of a submit, button or image input, and of a link: `active`
+// is an element without a type, and it or its parent has an href. "input" is the leaving of a
+// field.
 std::optional<EventValue> ReadEvent(std::string_view event, const Element& watched,
                                     std::string_view type, const Element& active);
 
@@ -31,9 +32,17 @@ std::optional<EventValue> ReadEvent(std::string_view event, const Element& watch
 // and with a blank for each tab, which no record can hold.
 std::string CleanValue(std::string_view text);
 
-// The lines of an element's event and of the page that a recording begins with. That of a radio
-// button with a radio_value has it as an item "value" behind the others.
+// The record of an element's event, and of the page with which a recording begins. A radio_value is
+// an item "value" behind the others.
 std::string BuildEventRecord(std::string_view id, const EventValue& read, std::string_view event);
 std::string BuildUrlRecord(const WindowState& window, std::string_view address);
+
+// The element that would be recorded when the user acts on this one: it or the nearest one around
+// it that is a button, a link or a field; where there is none, the element itself.
+Element RecordedElement(const Element& element);
+
+// The record of an element as it is now: a click on a button or a link, the input of a field. ""
+// when nothing is recorded of such an element.
+std::string RecordOfElement(const Element& element);
 
 }  // namespace tamrin

@@ -8,7 +8,7 @@ namespace tamrin {
 
 class PageLink;
 
-// Who is told what a user does in a page.
+// Receives what a user does in a page.
 class PageListener {
 public:
     virtual ~PageListener() = default;

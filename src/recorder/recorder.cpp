@@ -4,6 +4,7 @@
 
 #include "browser/element_keys.h"
 #include "browser/wait.h"
+#include "platform/text.h"
 
 namespace tamrin {
 namespace {
@@ -17,8 +18,24 @@ constexpr int kQuietTimes = 3;
 constexpr int kQuietStepMs = 20;
 // How long the end of a recording waits for that at most.
 constexpr std::uint32_t kFlushLimitMs = 3000;
-// An event that is handled so soon after another has waited behind it.
+// An event that is handled so soon after another one was waiting in the queue.
 constexpr std::uint32_t kBehindMs = 10;
+// How long the page gets to handle an event itself.
+constexpr int kPauseMs = 100;
+
+// Whether nothing has the focus: then the page itself stands for the active element.
+bool IsPage(const Element& element) {
+    const std::string tag = element.tagName();
+    for (const char* page : {"BODY", "HTML", "FRAMESET"}) {
+        if (EqualsIgnoreCase(tag, page)) return true;
+    }
+    return false;
+}
+
+bool IsScriptLink(const Element& active) {
+    const std::string href = GetHref(active);
+    return (href.empty() ? GetHref(active.parentElement()) : href).starts_with("javascript:");
+}
 
 }  // namespace
 
@@ -57,7 +74,7 @@ void Recorder::Start(std::shared_ptr<Browser> browser, RecordKind kind) {
 void Recorder::Finish() {
     HandleAllEvents();
     if (!browser_ || !event_doc_ || watch_left_) return;
-    // The handle that is watched answers as at its last event; a fresh one answers as it is now.
+    // The watched handle answers as at its last event; a new one answers as the element is now.
     Element active = event_doc_->document().activeElement();
     const PageLink* page = event_doc_.get();
     if (const PageLink* frame = FrameWith(active)) {
@@ -106,7 +123,6 @@ void Recorder::NavigateComplete2() {
 void Recorder::DocumentComplete(bool top) {
     const Handler handler(*this);
     globals_.last_activity_tick = clock_.TickCount();
-    globals_.browser_status = BrowserStatus::kExec;
     if (!Recording() || !browser_) return;
     if (!top) {
         ConnectFrames();
@@ -115,7 +131,7 @@ void Recorder::DocumentComplete(bool top) {
     if (!connected_early_) ConnectDocument();
     connected_early_ = false;
     if (!event_doc_) {
-        // Without a document because the next page is on its way is no fault.
+        // No document because the next page is already loading: that is no fault.
         if (browser_->Busy()) return;
         host_.ShowMessage("記録を終了します。\r\n未対応のイベント発生！", "エラー発生");
         return;
@@ -128,7 +144,6 @@ void Recorder::DocumentComplete(bool top) {
 void Recorder::BeforeNavigate2(const std::string& /*url*/) {
     const Handler handler(*this);
     globals_.last_activity_tick = clock_.TickCount();
-    globals_.browser_status = BrowserStatus::kRecvWait;
     RecordEvent("input", nullptr);
 }
 
@@ -158,7 +173,7 @@ void Recorder::onbeforedeactivate(PageLink& page) {
     const Handler handler(*this);
     const Element left = page.document().activeElement();
     if (left && !IsFrameElement(left) && !(left == watch_elm_)) {
-        // Nobody was told that it got the focus, so nobody knows whether it was changed.
+        // Its focus event was never seen, so whether it has changed is unknown.
         Watch(left);
         watch_value_ = kNoData;
     }
@@ -174,15 +189,63 @@ void Recorder::onkeypress(PageLink& page, int key_code) {
     page.document().activeElement().fireEvent("onchange");
 }
 
-// The click of a submit button is the record of a submit. Enter in a field clicks it as well, but
-// the focus stays in the field, which is recorded first then.
+// A submit is recorded as the click of the submit button. Enter in a field clicks it too, but the
+// focus stays in the field, so the field is recorded first.
 void Recorder::onsubmit(PageLink& page) {
     const Handler handler(*this);
     const auto button = std::exchange(default_button_, std::nullopt);
     if (!button || !Recording()) return;
     RecordEvent("input", &page);
     sent_text_ = InputText(watch_elm_);
-    Record(button->id, button->click, "click");
+    Append(button->id, button->click, "click");
+}
+
+// Gives the page time to handle the event itself. Of events that follow each other without a gap
+// only the first one waits: the others have waited in the queue meanwhile, so the recorder keeps up
+// with fast work.
+void Recorder::Pause() {
+    if (std::exchange(paused_, true)) return;
+    clock_.DoEvents();
+    WaitMs(clock_, globals_, kPauseMs);
+}
+
+void Recorder::RecordEvent(std::string_view event, const PageLink* page) {
+    if (!Recording()) return;
+    if (kind_ == RecordKind::kNew && host_.RecordCount() == 0) RecordUrl();
+    if (!watch_elm_) return;
+    const std::string id = IsPage(watch_elm_) ? std::string() : GetElementId(watch_elm_);
+    Pause();
+    const std::string type = GetElementType(watch_elm_);
+    if (event == "click" && !page) return;
+    const Element active = page ? page->document().activeElement() : watch_elm_;
+    const auto read = ReadEvent(event, watch_elm_, type, active);
+    if (!read || (event == "input" && sent_text_ == read->value)) return;
+    if (event == "click" && EqualsIgnoreCase(read->type, "href") && IsScriptLink(active)) {
+        host_.ShowNotice("javascript:は、現在未対応");
+    }
+    const bool unchanged = !watch_value_.empty() && CleanValue(watch_value_) == read->value;
+    if (globals_.settings.rec_change_only && unchanged) return;
+    Append(id, *read, event);
+}
+
+void Recorder::Append(const std::string& id, const EventValue& read, std::string_view event) {
+    if (id.empty() && read.type.empty() && read.value.empty()) {
+        host_.SetStatus("All null data event!");
+        return;
+    }
+    const std::string line = BuildEventRecord(id, read, event);
+    const int count = host_.RecordCount();
+    if (count == 0 || host_.Record(count - 1) != line) host_.AppendRecord(line);
+    host_.SelectRecord(host_.RecordCount() - 1);
+    has_password_ |= EqualsIgnoreCase(read.type, "password");
+}
+
+void Recorder::RecordUrl() {
+    const WindowState now = browser_ ? browser_->State() : WindowState();
+    if (now.place.width > 0) window_ = now;
+    const std::string address = document().url();
+    host_.AppendRecord(BuildUrlRecord(window_, address.empty() ? address_ : address));
+    host_.SelectRecord(host_.RecordCount() - 1);
 }
 
 }  // namespace tamrin

@@ -11,10 +11,32 @@
 #include "platform/clock.h"
 #include "recorder/event_record.h"
 #include "recorder/page_link.h"
-#include "recorder/recorder_host.h"
 #include "state/globals.h"
 
 namespace tamrin {
+
+// What the recorder needs of the main window.
+class RecorderHost {
+public:
+    virtual ~RecorderHost() = default;
+
+    // The record list. A line's view lasts until events are handled.
+    virtual int RecordCount() = 0;
+    virtual std::string_view Record(int row) = 0;
+    // Adds a record at the end.
+    virtual void AppendRecord(const std::string& line) = 0;
+    virtual void SelectRecord(int row) = 0;
+
+    virtual void SetStatus(const std::string& text) = 0;
+    virtual void ShowMessage(const std::string& text, const std::string& title) = 0;
+    // Shows a text for a second without taking the focus. Returns at once.
+    virtual void ShowNotice(const std::string& text) = 0;
+
+    // The recorded window shows another page, which is complete.
+    virtual void PageShown() = 0;
+    // The recorded window is closed.
+    virtual void BrowserClosed() = 0;
+};
 
 // What a recording begins with: a new scenario, or one that it goes on with.
 enum class RecordKind { kNew, kAppend };
@@ -30,11 +52,11 @@ public:
     // Connects to the window and sets the activity to "rec".
     void Start(std::shared_ptr<Browser> browser, RecordKind kind);
 
-    // Whether a handler is at work; it may wait, and so let the user do something else meanwhile.
+    // Whether a handler is running. It may wait, and the user can act meanwhile.
     bool Handling() const { return handling_ > 0; }
 
     // Handles what the user has done until now, and records the field that still has the focus if
-    // its value has changed. Not while a handler is at work.
+    // its value has changed. Must not be called while a handler is running.
     void Finish();
 
     // Ends all connections.
@@ -63,13 +85,13 @@ private:
     void onkeypress(PageLink& page, int key_code) override;
     void onsubmit(PageLink& page) override;
 
-    // What Enter in a field presses: the keys of the record of that click.
+    // The button that Enter in a field presses, and the record of that click.
     struct DefaultButton {
         std::string id;
         EventValue click;
     };
 
-    // watch.cpp
+    // watch.cpp: which element and value are watched.
     std::unique_ptr<PageLink> Link(const Document& document, const Element& frame);
     void ConnectDocument();
     void ConnectFrames();
@@ -84,14 +106,13 @@ private:
     // Handles events until the browser has no more of what the user has done.
     void HandleAllEvents();
 
-    // record_event.cpp
     void RecordEvent(std::string_view event, const PageLink* page);
-    void Record(const std::string& id, const EventValue& read, std::string_view event);
+    void Append(const std::string& id, const EventValue& read, std::string_view event);
     void RecordUrl();
     void Pause();
     bool Recording() const { return globals_.ActivityContains("rec"); }
 
-    // A handler at work.
+    // Marks that a handler is running.
     class Handler;
 
     Globals& globals_;
@@ -109,15 +130,15 @@ private:
 
     Element watch_elm_;
     std::string watch_value_;
-    std::string watch_text_;  // what leaving it would have recorded at that moment
+    std::string watch_text_;  // what leaving it at that moment would have recorded
     bool watch_left_ = true;  // the focus has left the watched element since
-    // What was recorded of the watched element when Enter sent its form.
+    // What was recorded of the watched element when Enter submitted its form.
     std::optional<std::string> sent_text_;
-    std::optional<DefaultButton> default_button_;  // that Enter has just pressed
+    std::optional<DefaultButton> default_button_;  // just pressed by Enter
 
     int handling_ = 0;
     std::uint32_t handled_at_ = 0;  // when the last handler ended
-    bool paused_ = false;           // in a handler since events come one behind the other
+    bool paused_ = false;           // in one of the handlers that follow each other without a gap
     bool has_password_ = false;
 };
 

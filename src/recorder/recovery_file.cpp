@@ -6,8 +6,8 @@
 namespace tamrin {
 namespace {
 
-// As many programs record side by side, at most.
-constexpr int kMostFiles = 9;
+// How many programs can record at the same time.
+constexpr int kFileLimit = 9;
 
 // The path itself, then "Recovery 2.csv" and so on.
 std::string Numbered(const std::string& path, int number) {
@@ -29,10 +29,11 @@ bool RecoveryFile::Own(const std::string& path) {
     return true;
 }
 
-// What a crash has left, and nobody was offered yet, is overwritten only where all else is in use.
+// A file that a crash has left and that no user was offered yet is overwritten only when all other
+// names are in use.
 void RecoveryFile::OwnOneOf(const std::string& path) {
     for (const bool overwrites : {false, true}) {
-        for (int i = 1; i <= kMostFiles && !lock_; ++i) {
+        for (int i = 1; i <= kFileLimit && !lock_; ++i) {
             const std::string numbered = Numbered(path, i);
             if (overwrites || !files_.IsFile(numbered)) Own(numbered);
         }
@@ -76,7 +77,7 @@ void RecoveryFile::Remove() {
 
 std::optional<std::vector<std::string>> RecoveryFile::TakeOver() {
     LetGo();
-    for (int i = 1; i <= kMostFiles; ++i) {
+    for (int i = 1; i <= kFileLimit; ++i) {
         const std::string path = Numbered(DefaultPath(), i);
         if (!files_.IsFile(path) || !Own(path)) continue;
         auto lines = ReadScenarioFile(files_, codec_, path);

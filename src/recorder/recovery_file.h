@@ -10,11 +10,11 @@
 
 namespace tamrin {
 
-// Keeps the lines of a recording in a scenario file of their own as they come, so that a crash
-// loses none. It stands until the recording is saved or given up.
+// Keeps the lines of a recording in a scenario file as they come, so that a crash loses none. The
+// file stays until the recording is saved or given up.
 //
-// Until then it is locked: a further program in the same folder leaves it alone. What that program
-// records it keeps in a file of another name, "Recovery 2.csv".
+// Until then it is locked: another program in the same folder leaves it alone and keeps its own
+// recording in a file of another name, "Recovery 2.csv".
 class RecoveryFile {
 public:
     RecoveryFile(Files& files, const TextCodec& codec) : files_(files), codec_(codec) {}
@@ -22,9 +22,9 @@ public:
     // "Recovery.csv" in the program's folder.
     std::string DefaultPath() const;
 
-    // Begins the file anew with the lines that the list holds, under another number where a program
-    // has one at `path` that runs still, or whose lines wait for their user. Enciphered when
-    // `cipher` is set, as the scenario will be when it is saved.
+    // Begins the file anew with the lines that the list holds. It gets another number where a
+    // running program has the file at `path`, or where its lines still wait to be offered to their
+    // user. Enciphered when `cipher` is set, as the scenario will be when it is saved.
     void Begin(const std::string& path, const std::vector<std::string>& lines, bool cipher);
 
     // Adds a line and flushes it to the disk. False when it could not be kept.
@@ -33,16 +33,16 @@ public:
     // Deletes the file that this run has begun or taken over; nothing is kept any more.
     void Remove();
 
-    // The lines that an earlier run has left behind; nothing when none has, or it runs still. From
-    // then on the file is this run's.
+    // The lines that an earlier run has left behind; nothing when none has, or it is still running.
+    // From then on the file belongs to this run.
     std::optional<std::vector<std::string>> TakeOver();
 
 private:
-    // Makes a file this run's; false when it is another's.
+    // Locks the file for this run; false when another program holds it.
     bool Own(const std::string& path);
-    // Makes a file of that name, or of the name with a number, this run's.
+    // Locks the file of that name, or of the name with a number, for this run.
     void OwnOneOf(const std::string& path);
-    // Lets go of the file, which stays.
+    // Unlocks the file and leaves it where it is.
     void LetGo();
 
     Files& files_;

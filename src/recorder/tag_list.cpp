@@ -4,18 +4,16 @@
 
 #include "browser/element_keys.h"
 #include "platform/utf8.h"
-#include "recorder/event_record.h"
-#include "recorder/field_kinds.h"
 
 namespace tamrin {
 namespace {
 
 // Longer values are cut: a list shows one line, and a page may hold a book in a text area.
-constexpr std::size_t kMostValue = 200;
+constexpr std::size_t kLongestValue = 200;
 
 // A text that does not break the line or its columns.
 std::string OneLine(std::string text) {
-    text.resize(CutLength(text, kMostValue));
+    text.resize(CutLength(text, kLongestValue));
     std::replace_if(
         text.begin(), text.end(), [](char c) { return c == '\t' || c == '\r' || c == '\n'; }, ' ');
     return text;
@@ -40,25 +38,6 @@ TagList ListTags(const Document& document) {
         list.lines.push_back(Line(list.lines.size() + 1, element));
     }
     return list;
-}
-
-Element RecordedElement(const Element& element) {
-    for (Element at = element; at; at = at.parentElement()) {
-        const FieldKind kind = FieldKindOf(GetElementType(at));
-        if (kind != FieldKind::kUntyped && kind != FieldKind::kOther) return at;
-    }
-    return element;
-}
-
-std::string RecordOfElement(const Element& element) {
-    const std::string type = GetElementType(element);
-    const FieldKind kind = FieldKindOf(type);
-    std::string_view event = "input";
-    if (kind == FieldKind::kButton || kind == FieldKind::kLink) event = "click";
-    const auto read = ReadEvent(event, element, type, element);
-    const std::string id = GetElementId(element);
-    if (!read || (id.empty() && read->type.empty() && read->value.empty())) return "";
-    return BuildEventRecord(id, *read, event);
 }
 
 }  // namespace tamrin

@@ -1,13 +1,31 @@
 // What the recorder watches: the focused element, in the page or in one of its frames.
 
 #include "browser/element_keys.h"
+#include "browser/element_types.h"
 #include "platform/text.h"
-#include "recorder/current_value.h"
 #include "recorder/event_record.h"
-#include "recorder/field_kinds.h"
 #include "recorder/recorder.h"
 
 namespace tamrin {
+namespace {
+
+// What a field holds when it gets the focus: the state of a check box, the chosen option of a
+// select, the text of a text field. "" of an e-mail field, so that leaving one always counts as a
+// change, and of everything else.
+std::string GetCurrentValue(const Element& element) {
+    switch (KindOf(GetElementType(element))) {
+        case ElementKind::kCheck:
+            return element.checked();
+        case ElementKind::kSelect:
+            return element.selectedIndex();
+        case ElementKind::kText:
+            return element.value();
+        default:
+            return "";
+    }
+}
+
+}  // namespace
 
 std::unique_ptr<PageLink> Recorder::Link(const Document& document, const Element& frame) {
     PageListener& listener = *this;
@@ -22,13 +40,13 @@ void Recorder::ConnectDocument() {
     address_ = document.url();
     event_doc_ = Link(document, Element());
     ConnectFrames();
-    // The page may have given the focus to a field before anyone listened.
+    // The page may have given the focus to a field before this connection.
     watch_left_ = true;
     WatchActiveElement(*event_doc_);
 }
 
-// All frames are listened to at once: the first click into one may come before anything can be
-// connected to it.
+// Connects to all frames at once: the user's first click into one may come before a connection on
+// demand could be made.
 void Recorder::ConnectFrames() {
     if (!event_doc_) return;
     std::vector<std::unique_ptr<PageLink>> links;
@@ -71,11 +89,11 @@ void Recorder::WatchFrame(const Element& frame) {
     const PageLink* const link = FrameWith(frame);
     watch_elm_ = link ? link->document().activeElement() : Element();
     watch_value_ = GetCurrentValue(watch_elm_);
-    // The frame's own focus event follows, which knows the value at that moment.
+    // The frame's own focus event follows and brings the value of that moment.
     watch_left_ = true;
 }
 
-// A field that is watched already keeps the value that it had when it got the focus, whether the
+// A field that is already watched keeps the value that it had when it got the focus, also when the
 // user clicks into it again or comes back from another window: what was typed before counts.
 void Recorder::Watch(Element element) {
     const bool again = !watch_left_ && element == watch_elm_;
@@ -93,15 +111,15 @@ std::string Recorder::InputText(const Element& field) {
     return input ? input->value : std::string();
 }
 
-// A click into a field watches it, also when it had the focus before anyone listened.
+// A click into a field watches it, also when it had the focus before this connection.
 void Recorder::CheckClickedFrame(PageLink& page) {
     PageLink* target = &page;
     const Element active = page.document().activeElement();
     if (active.tagName() == "IFRAME") target = FrameWith(active);
     if (!target) return;
     const Element field = target == &page ? active : target->document().activeElement();
-    const FieldKind kind = FieldKindOf(GetElementType(field));
-    if (kind == FieldKind::kText || kind == FieldKind::kUntyped) WatchActiveElement(*target);
+    const ElementKind kind = KindOf(GetElementType(field));
+    if (kind == ElementKind::kText || kind == ElementKind::kUntyped) WatchActiveElement(*target);
 }
 
 // The submit button of the active field's form, which Enter presses.
@@ -109,7 +127,7 @@ std::optional<Recorder::DefaultButton> Recorder::FindDefaultButton(const PageLin
     const Element field = page.document().activeElement();
     if (!EqualsIgnoreCase(field.tagName(), "INPUT")) return std::nullopt;
     // Enter on a button presses that button, which has the focus: its click is recorded as such.
-    if (FieldKindOf(GetElementType(field)) == FieldKind::kButton) return std::nullopt;
+    if (IsButton(KindOf(GetElementType(field)))) return std::nullopt;
     const Element button = field.DefaultButton();
     const auto click = ReadEvent("click", button, GetElementType(button), button);
     if (!click) return std::nullopt;

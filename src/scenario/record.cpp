@@ -1,6 +1,7 @@
 #include "scenario/record.h"
 
 #include <algorithm>
+#include <array>
 
 #include "platform/browser.h"
 #include "platform/text.h"
@@ -12,7 +13,6 @@ constexpr char kEncodedComma = '\x01';
 constexpr char kEncodedLineEnd = '\x02';
 constexpr std::string_view kLineEnd = "\r\n";
 constexpr std::string_view kHtmlComma = "&#44;";
-constexpr std::string_view kHtmlBlank = "&nbsp;";
 
 // What stands before the first separator.
 std::string_view FirstPiece(std::string_view text) {
@@ -46,6 +46,33 @@ std::string GetRecordItem(std::string_view line, std::string_view key) {
     return {};
 }
 
+Record ParseRecord(std::string_view line) {
+    struct Item {
+        std::string_view key;
+        std::string Record::* member;
+    };
+    static constexpr std::array kItems = {
+        Item{"id", &Record::id},       Item{"type", &Record::type},
+        Item{"indt", &Record::indt},   Item{"size_bar", &Record::size_bar},
+        Item{"value", &Record::value}, Item{"userwait", &Record::userwait},
+    };
+    Record record;
+    std::array<bool, kItems.size()> found{};
+    for (int column = 0;; ++column) {
+        const std::string_view piece = FirstPiece(line);
+        if (column == 0) record.act = piece;
+        if (column == 1) record.bare = piece;
+        const auto equals = piece.find('=');
+        for (std::size_t i = 0; equals != piece.npos && i < kItems.size(); ++i) {
+            if (found[i] || !EqualsIgnoreCase(piece.substr(0, equals), kItems[i].key)) continue;
+            record.*kItems[i].member = piece.substr(equals + 1);
+            found[i] = true;
+        }
+        if (piece.size() == line.size()) return record;
+        line.remove_prefix(piece.size() + 1);
+    }
+}
+
 std::string EncodeItemValue(std::string_view text) {
     std::string value = ReplaceAll(text, kLineEnd, {&kEncodedLineEnd, 1});
     std::replace(value.begin(), value.end(), ',', kEncodedComma);
@@ -61,14 +88,6 @@ std::string DecodeItemValue(std::string_view text) {
 std::string EncodeComma(std::string_view text) { return ReplaceAll(text, ",", kHtmlComma); }
 
 std::string DecodeComma(std::string_view text) { return ReplaceAll(text, kHtmlComma, ","); }
-
-std::string EncodeBlank(std::string_view text) {
-    return EncodeComma(ReplaceAll(text, " ", kHtmlBlank));
-}
-
-std::string DecodeBlank(std::string_view text) {
-    return DecodeComma(ReplaceAll(text, kHtmlBlank, " "));
-}
 
 std::string BuildElementRecord(std::string_view act, std::string_view id, std::string_view type,
                                std::string_view indt) {

@@ -12,7 +12,8 @@ struct WindowPlace;
 //
 //     click<TAB>,id=send,type=submit,indt=
 //
-// The line is the only form in which the program holds a record; every reader takes fields from it.
+// The list of the main window holds its records as lines and in no other form; every reader takes
+// the items from them.
 
 // Answers the value of the item `key` ("id", "type", "indt", "size_bar", "value", "userwait"),
 // letter case ignored; the first such item wins, and "" is answered when there is none. The key
@@ -23,6 +24,23 @@ struct WindowPlace;
 // nothing but the answer.
 std::string GetRecordItem(std::string_view line, std::string_view key);
 
+// The items of a record as they stand in its line, still encoded; "" for one that is missing.
+struct Record {
+    std::string act;  // the action keyword
+    std::string id;
+    std::string type;
+    std::string size_bar;
+    std::string indt;
+    std::string userwait;
+    std::string value = {};
+    std::string bare = {};  // what stands between the keyword and the first item
+
+    bool operator==(const Record&) const = default;
+};
+
+// Reads all items of a line at once, each as GetRecordItem answers it.
+Record ParseRecord(std::string_view line);
+
 // The form in which "indt" holds a value: code 1 for each comma, code 2 for each CR LF pair.
 std::string EncodeItemValue(std::string_view text);
 
@@ -32,10 +50,6 @@ std::string DecodeItemValue(std::string_view text);
 // The form of the "userwait" value: "&#44;" for each comma; and the reverse.
 std::string EncodeComma(std::string_view text);
 std::string DecodeComma(std::string_view text);
-
-// As above, and "&nbsp;" for each blank.
-std::string EncodeBlank(std::string_view text);
-std::string DecodeBlank(std::string_view text);
 
 // Builds the record of an action on an element. `indt` is encoded and loses the blanks at both
 // ends; `id` and `type` stand as they are.

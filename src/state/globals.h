@@ -39,22 +39,19 @@ struct Settings {
 // Chrome, or always the one or the other.
 enum class BrowserKind { kAny, kExplorer, kChromium };
 
-// What Options.txt holds: what the program was told that Conf.txt does not know.
+// The settings of Options.txt: those that Conf.txt does not know.
 struct Options {
     BrowserKind browser_kind = BrowserKind::kAny;
     std::string browser_path;  // the executable of Edge or Chrome; "" to look for one
-    // What the file says about it, while the command line names another one for this run.
+    // The path that the file holds, while the command line names another one for this run.
     std::optional<std::string> kept_browser_path;
     // Where the failed calls of Internet Explorer are written to; "" for nowhere.
     std::string trace_path;
-    // Address and port of a browser that lets itself be recorded, such as "127.0.0.1:9222"; "" to
-    // look for one.
+    // Address and port of a browser that can be recorded, such as "127.0.0.1:9222"; "" to look for
+    // one.
     std::string debug_address;
     std::vector<std::string> recent_files;  // full paths, the latest first
 };
-
-// What the browser's events last said.
-enum class BrowserStatus { kNone, kExec, kRecvWait, kEnd };
 
 // What the program remembers while it runs. One of these is made at start and handed down by
 // reference; everything runs on one thread.
@@ -65,13 +62,9 @@ struct Globals {
     // What is running: "" (idle), "rec", "play", "loading" or "confload". The empty text is the
     // stop signal that every wait and step checks.
     std::string activity;
-    // Accompanies `activity` with a detail of it.
-    std::string activity_detail;
 
-    BrowserStatus browser_status = BrowserStatus::kNone;
     std::uint32_t last_activity_tick = 0;  // last completed page, or the start of a run
 
-    int twips_per_pixel_x = 15;
     int twips_per_pixel_y = 15;
     std::string version_text;
 
@@ -79,7 +72,7 @@ struct Globals {
     bool is_player = false;         // a stand-alone player, which has no settings
     bool close_after_play = false;  // quit when playback ends, and leave Conf.txt as it is
     bool unsaved = false;           // the record list holds changes not yet saved
-    bool skip_wait = false;         // the user ends the wait of the current record
+    bool skip_wait = false;         // the user wants to skip the wait of the current record
     std::string current_file;       // the open scenario; "stream" for one from the command line
     std::string last_error;         // the last line about a record that found no element
 

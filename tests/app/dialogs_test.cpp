@@ -76,7 +76,7 @@ TEST_F(frmSettingTest, TwoBoxesAndTheDefaultsTakeEffectAtOnce) {
     EXPECT_FALSE(globals.settings.auto_point);
     EXPECT_TRUE(globals.settings.rec_change_only);
     EXPECT_FALSE(globals.settings.cipher);
-    EXPECT_EQ(window.GetRepeat(), 5);
+    EXPECT_EQ(globals.settings.play_count, 5);
     Open("mnuSetting", "frmSetting", [&](HeadlessForm& dialog) {
         Type(dialog, "cmbMaxWaitTime", "90");
         dialog.Click("cmdSetDefault");
@@ -86,7 +86,7 @@ TEST_F(frmSettingTest, TwoBoxesAndTheDefaultsTakeEffectAtOnce) {
     });
     EXPECT_TRUE(globals.settings.auto_point);
     EXPECT_FALSE(globals.settings.rec_change_only);
-    EXPECT_EQ(window.GetRepeat(), 1);
+    EXPECT_EQ(globals.settings.play_count, 1);
     EXPECT_TRUE(Find("lstDetail").Visible());
 }
 
@@ -231,10 +231,9 @@ TEST_F(frmInputTest, TakesThePlayCount) {
         dialog.Click("cmdOk");
     });
     EXPECT_EQ(Find("mnuRepeat").Text(), "再生回数変更：現在値 3 回");
-    EXPECT_EQ(window.GetRepeat(), 3);
     EXPECT_EQ(globals.settings.play_count, 3);
     Open("mnuRepeat", "frmInput", [](HeadlessForm& dialog) { dialog.Click("cmdCancel"); });
-    EXPECT_EQ(window.GetRepeat(), 3);
+    EXPECT_EQ(globals.settings.play_count, 3);
 }
 
 TEST_F(DialogTest, TheAboutBoxStartsTheSystemInformation) {

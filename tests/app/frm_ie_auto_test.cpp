@@ -14,7 +14,7 @@ TEST_F(MainWindowTest, StartsIdle) {
     EXPECT_TRUE(Enabled("cmdRec"));
     EXPECT_FALSE(Enabled("cmdPlay"));
     EXPECT_EQ(globals.settings.form_left, 780);
-    EXPECT_EQ(window.GetRepeat(), 1);
+    EXPECT_EQ(globals.settings.play_count, 1);
     EXPECT_EQ(web.calls, Lines{});
 }
 

@@ -8,18 +8,18 @@ namespace tamrin::test {
 namespace {
 
 TEST(ReadRecordFields, ShowsCommasAndLineEndsAsTheyWereTyped) {
-    const RecordFields fields = ReadRecordFields(
+    const Record fields = ReadRecordFields(
         "input\t,id=a,type=textarea,indt=1\x01"
         "2\x02%%comma%%,userwait=1&#44;5");
-    EXPECT_EQ(fields, (RecordFields{"input", "a", "textarea", "", "1,2\r\n%%comma%%", "1,5"}));
+    EXPECT_EQ(fields, (Record{"input", "a", "textarea", "", "1,2\r\n%%comma%%", "1,5"}));
     EXPECT_EQ(ReadRecordFields("sendkeys\t{ENTER}").indt, "{ENTER}");
-    EXPECT_EQ(ReadRecordFields(""), RecordFields{});
+    EXPECT_EQ(ReadRecordFields(""), Record{});
 }
 
 TEST(RewriteRecord, PutsTheFieldsInTheirPlaces) {
     struct Row {
         const char* line;
-        RecordFields fields;
+        Record fields;
         const char* result;
     };
     const Row rows[] = {

@@ -8,7 +8,8 @@
 namespace tamrin::test {
 namespace {
 
-struct Web : testing::Test {
+class FindElementTest : public testing::Test {
+protected:
     Document Page(const std::string& html) {
         web.pages["p"] = html;
         return MakeDocument(web, "p");
@@ -17,140 +18,107 @@ struct Web : testing::Test {
     ScriptedWeb web{clock};
 };
 
-class FindElementTest : public Web {
-protected:
-    // What tells the found element apart: its attribute "k".
-    std::string Find(const std::string& html, std::string_view id, std::string_view type,
-                     std::string_view indt = "") {
-        return GetAttr(FindElement(Page(html), id, type, indt), "k");
-    }
-};
-
+// Elements are told apart by their attribute "k".
 TEST_F(FindElementTest, TriesItsSearchesInOrder) {
-    struct Row {
-        const char* what;
-        const char* html;
-        const char* id;
-        const char* type;
-        const char* indt;
-        const char* found;
+    web.pages["f"] = "<input id=in k=f><a href=\"http://h/f\" k=l>inner</a><a href=rel k=r>x</a>";
+    web.pages["g"] = "<iframe src=f></iframe>";
+    const std::string frames =
+        "<iframe src=none></iframe><iframe src=g></iframe>"
+        "<iframe src=f></iframe>";
+    const std::string twice = "<iframe src=f></iframe><iframe src=f></iframe>";
+    const std::string two = "<a href=\"http://h/b\" k=1>x</a><a id=i href=\"http://h/b\" k=2>y</a>";
+    const std::string hidden = "<input id=n name=n type=hidden k=1>";
+    constexpr const char* kSearches[] = {"nothing", "type and value", "name and type", "id",
+                                         "name",    "form",           "radio",         "value",
+                                         "text",    "address"};
+    const struct {
+        std::string html;
+        ElementKeys keys;
+        const char* found;  // the search, the element, how many it accepts, round trips
+    } rows[] = {
+        {"<input type=submit value=a><input type=submit value=B k=2>",
+         {"", "Submit", "b"},
+         "type and value 2 1 1"},
+        {"<p></p><input type=submit k=2><input type=submit>",
+         {"", "submit", ""},
+         "type and value 2 2 1"},
+        {"<a>x</a><a href=u alt=go k=2>y</a>", {"", "href", "GO"}, "type and value 2 1 2"},
+        {hidden + "<input name=n type=text k=2><input name=n type=text>",
+         {"n", "TEXT", ""},
+         "name and type 2 2 1"},
+        {"<select name=n></select><input name=n k=2>", {"n", "", ""}, "name and type 2 1 1"},
+        {"<p name=n></p><div id=n k=1></div>", {"n", "text", ""}, "id 1 1 1"},
+        {"<input id=n type=hidden><p name=n k=2></p><p name=n></p>",
+         {"n", "text", ""},
+         "name 2 2 1"},
+        {hidden, {"n", "text", ""}, "name 1 1 1"},
+        {"<form><input id=n type=hidden></form><form><p id=n k=2></p></form>",
+         {"n", "text", ""},
+         "form 2 1 1"},
+        {"<img alt=v><input value=V k=2>", {"no", "", "v"}, "value 2 1 2"},
+        {"<img alt=v k=1>", {"no", "", "v"}, "value 1 1 3"},
+        {"<input type=text>", {"", "", ""}, "nothing  0 1"},
+        {frames, {"in", "text", ""}, "id f 1 3"},
+        {"<iframe src=g></iframe>", {"in", "text", ""}, "nothing  0 2"},
+        {frames, {"", "href", "http://h/f"}, "address l 1 3"},
+        {frames, {"", "href", "inner"}, "text l 1 5"},
+        {frames, {"", "href", "rel"}, "address r 1 3"},
+        {twice, {"i", "href", "http://h/f"}, "nothing  0 12"},
+        {twice, {"", "href", "inner"}, "text l 1 4"},
+        {"<a k=1 href=a> <b>Next</b> </a><a href=b>next</a>", {"", "HREF", "NEXT"}, "text 1 2 1"},
+        {"<a k=1 href=a>two\n lines</a>", {"", "href", "two\r\nlines"}, "text 1 1 1"},
+        {"<a k=1 href=\"https://h/A\">x</a><a href=b>x</a>",
+         {"", "href", "https://h/a"},
+         "address 1 1 1"},
+        {"<a k=1 href=\"ftp://h/a\">x</a>", {"", "href", "ftp://h/a"}, "address 1 1 1"},
+        {"<a href=u>u2</a>", {"i", "href", "u"}, "nothing  0 4"},
+        {two, {"i", "href", "http://h/b"}, "id 2 1 2"},
+        {"<a href=x>javascript:f()</a>", {"i", "href", "javascript:f()"}, "nothing  0 3"},
     };
-    const Row rows[] = {
-        {"no id: the first of that type and value",
-         "<input type=submit value=a k=1><input type=submit value=B k=2>", "", "Submit", "b", "2"},
-        {"no id, no value: the first of that type",
-         "<p k=0><input type=text k=1><input type=submit k=2></p>", "", "submit", "", "2"},
-        {"no id: a link is of type href, its alt is its value",
-         "<a k=1>x</a><a href=u alt=go k=2>y</a>", "", "href", "GO", "2"},
-        {"named, of that type", "<input name=n type=hidden k=1><input name=n type=text k=2>", "n",
-         "TEXT", "", "2"},
-        {"named, no type: the first INPUT", "<select name=n k=1></select><input name=n k=2>", "n",
-         "", "", "2"},
-        {"the first radio of a group", "<input type=radio name=r k=1><input type=radio name=r k=2>",
-         "r", "radio", "True", "1"},
-        {"by its id, whatever its type", "<div id=n k=1></div>", "n", "text", "", "1"},
-        {"an id that stands on a hidden field gives way to the name",
-         "<input id=n type=hidden k=1><textarea name=n k=2></textarea>", "n", "text", "", "2"},
-        {"a hidden field of that name serves in the end", "<input name=n type=hidden k=1>", "n",
-         "text", "", "1"},
-        {"a form's field, unless hidden",
-         "<form><input id=x type=hidden k=1></form><form><input id=x type=hidden k=2></form>", "x",
-         "text", "", ""},
-        {"nothing", "<input id=a name=b type=text k=1>", "c", "text", "v", ""},
-        {"no keys at all", "<input type=text k=1>", "", "", "", ""},
-    };
-    for (const Row& row : rows) {
-        EXPECT_EQ(Find(row.html, row.id, row.type, row.indt), row.found) << row.what;
-    }
-}
-
-TEST_F(FindElementTest, CountsWhatTheSearchThatFoundItAccepts) {
-    struct Row {
-        const char* html;
-        const char* id;
-        const char* type;
-        int search;
-        int count;
-    };
-    const Row rows[] = {
-        {"<input type=submit><p></p><input type=submit>", "", "submit", 1, 2},
-        {"<input name=n type=text><input name=n type=radio><input name=n type=TEXT>", "n", "text",
-         2, 2},
-        {"<div id=n></div><p name=n></p>", "n", "text", 3, 1},
-        {"<p name=n></p><p name=n></p>", "n", "text", 4, 2},
-        {"<form><p id=m></p><input id=x type=hidden></form>", "x", "", 0, 0},
-    };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.html + " for " + row.keys.id + " " + row.keys.type + " " + row.keys.indt);
         const Document page = Page(row.html);
-        const FoundElement found = CountElements(page, row.id, row.type, "");
-        EXPECT_EQ(found.search, row.search) << row.html;
-        EXPECT_EQ(found.count, row.count) << row.html;
-        EXPECT_EQ(found.element, FindElement(page, row.id, row.type, "")) << row.html;
+        web.lookups = 0;
+        const Found first = FindElement(page, row.keys);
+        const std::string trips = std::to_string(web.lookups);
+        const Found all = FindElement(page, row.keys, Count::kAll);
+        EXPECT_EQ(all.element, first.element);
+        EXPECT_EQ(kSearches[static_cast<int>(first.by)] + (" " + GetAttr(first.element, "k")) +
+                      " " + std::to_string(all.count) + " " + trips,
+                  row.found);
     }
 }
 
-TEST_F(FindElementTest, AsksThePageOnceForARecordWithAnId) {
-    Find("<input id=n type=text><form><input name=m></form>", "missing", "text");
-    EXPECT_EQ(web.lookups, 1);
-    web.lookups = 0;
-    Find("<input type=text k=1>", "", "text");
-    EXPECT_EQ(web.lookups, 1);
+TEST_F(FindElementTest, FindsARadioButtonByItsExactValue) {
+    web.pages["f"] = "<input name=g type=radio value=x k=f>";
+    const Document page = Page(
+        "<input name=g value=x><input name=g type=RADIO value=y k=1>"
+        "<iframe src=f></iframe>");
+    EXPECT_EQ(GetAttr(FindRadio(page, "g", "y").element, "k"), "1");
+    EXPECT_EQ(GetAttr(FindRadio(page, "g", "x").element, "k"), "f");
+    EXPECT_EQ(FindRadio(page, "g", "Y").by, FoundBy::kNothing);
 }
 
-TEST_F(FindElementTest, EntersFramesOneLevelDeepAndInOrder) {
-    web.pages["outer"] = "<iframe src=none></iframe><iframe src=a></iframe><iframe src=b></iframe>";
-    web.pages["a"] = "<iframe src=deep></iframe>";
-    web.pages["b"] = "<input id=n k=b><input id=m k=bm>";
-    web.pages["deep"] = "<input id=n k=deep>";
-    const Element found = FindThroughFrames(
-        MakeDocument(web, "outer"),
-        [](const Document& document) { return FindElement(document, "n", "text", ""); });
-    EXPECT_EQ(GetAttr(found, "k"), "b");
-}
-
-TEST_F(FindElementTest, FindsByTagAndValue) {
-    const Document page = Page("<img alt=v k=1><input value=V k=2>");
-    EXPECT_EQ(GetAttr(FindByValue(page, "input", "v"), "k"), "2");
-    EXPECT_EQ(GetAttr(FindByValue(page, "*", "v"), "k"), "1");
-    EXPECT_FALSE(FindByValue(page, "*", "w"));
-}
-
-using ElementKeysTest = Web;
-
-TEST_F(ElementKeysTest, ReadsEachKeyByItsRule) {
+TEST_F(FindElementTest, ReadsEachKeyByItsRule) {
     const Document page = Page(
         "<form name=f id=fi><input id=i name=n value=v alt=a></form><form id=noname>"
-        "<input name=only alt=al></form><a href=h>t</a><span></span>"
-        "<select id=s><option>one</option><option>two</option></select>"
-        "<input type=radio id=r checked><input id=o type=text>");
-    const auto by = [&](std::string_view id) { return page.Named(id).by_id; };
-    const Element input = by("i");
-    EXPECT_EQ(GetElementId(input), "i");
-    EXPECT_EQ(GetElementType(input), "text");
-    EXPECT_EQ(GetValue(input), "v");
-    EXPECT_EQ(GetFormName(input), "f");
-    const Element only = page.Named("only").by_name.at(0);
-    EXPECT_EQ(GetElementId(only), "only");
-    EXPECT_EQ(GetValue(only), "al");
-    EXPECT_EQ(GetFormName(only), "noname");
-    EXPECT_EQ(GetElementType(page.getElementsByTagName("a").at(0)), "href");
-    EXPECT_EQ(GetElementType(page.getElementsByTagName("span").at(0)), "");
-    EXPECT_EQ(GetDisplayValue(by("s")), "one");
-    EXPECT_EQ(GetDisplayValue(by("r")), "True");
-    for (auto* read : {GetElementId, GetElementType, GetValue, GetHref, GetElementName, GetTagName,
-                       GetFormName, GetDisplayValue}) {
-        EXPECT_EQ(read(Element()), "");
-    }
-}
-
-TEST_F(ElementKeysTest, TakesAFrameByNameOrTheFirst) {
-    web.pages["a"] = "<p>";
-    web.pages["b"] = "<p>";
-    const Document page = Page("<iframe name=x src=a></iframe><iframe id=y src=b></iframe>");
-    EXPECT_EQ(GetFrameDocument(page, "").url(), "a");
-    EXPECT_EQ(GetFrameDocument(page, "y").url(), "b");
-    EXPECT_FALSE(GetFrameDocument(page, "z"));
-    EXPECT_FALSE(GetFrameDocument(Document(), ""));
+        "<input name=only alt=al></form><a href=h>t</a><span></span>");
+    using Keys = std::vector<std::string>;
+    const auto keys = [](const Element& element) {
+        Keys read;
+        for (auto* key : {GetElementId, GetElementName, GetTagName, GetElementType, GetValue,
+                          GetHref, GetFormName}) {
+            read.push_back(key(element));
+        }
+        return read;
+    };
+    const auto first = [&](const char* tag) { return page.getElementsByTagName(tag).at(0); };
+    EXPECT_EQ(keys(first("input")), (Keys{"i", "n", "INPUT", "text", "v", "", "f"}));
+    EXPECT_EQ(keys(page.Named("only").by_name.at(0)),
+              (Keys{"only", "only", "INPUT", "text", "al", "", "noname"}));
+    EXPECT_EQ(keys(first("a")), (Keys{"", "", "A", "href", "", "h", ""}));
+    EXPECT_EQ(keys(first("span")), (Keys{"", "", "SPAN", "", "", "", ""}));
+    EXPECT_EQ(keys(Element()), Keys(7));
 }
 
 }  // namespace

@@ -79,6 +79,10 @@ void ReadRecord(const std::string& line, Generator& /*random*/) {
     for (const char* key : {"", "Act", "ｉｄ", "type", "id=", "=", "id,id"}) {
         EXPECT_EQ(GetRecordItem(line, key).find_first_of(",\t"), std::string::npos) << key;
     }
+    const Record record = ParseRecord(line);
+    EXPECT_EQ(record.act, GetRecordItem(line, "Act"));
+    EXPECT_EQ(record.id, GetRecordItem(line, "id"));
+    EXPECT_EQ(record.type, GetRecordItem(line, "type"));
     const std::string value = DecodeItemValue(line);
     EXPECT_EQ(DecodeItemValue(EncodeItemValue(value)), value);
 }

@@ -14,79 +14,54 @@ constexpr auto kControls = std::to_array<ControlSpec>({
 });
 const FormSpec kForm{"frm", "", 100, 100, kControls};
 
-class AttachmentTest : public testing::Test {
-protected:
-    AttachmentTest() {
-        for (const char* address : {"one", "two"}) web.pages[address] = "";
-        first->Show("one");
-        second->Show("two");
-        first->handle = 255;
-        second->handle = 4096;
-        windows.visible = {first, second};
-    }
-    // What is shown after one step of the poll.
-    std::string Poll() {
-        attachment.AttachActiveBrowser();
-        return url.Text() + " " + handle.Text() + (attachment.TakeChanged() ? " changed" : "");
-    }
-
+TEST(Attachment, FollowsTheFocusWhileNothingRuns) {
     VirtualClock clock;
     ScriptedWeb web{clock};
-    std::shared_ptr<ScriptedBrowser> first = std::make_shared<ScriptedBrowser>(web);
-    std::shared_ptr<ScriptedBrowser> second = std::make_shared<ScriptedBrowser>(web);
+    web.pages = {{"one", ""}, {"two", ""}};
+    const auto first = std::make_shared<ScriptedBrowser>(web);
+    const auto second = std::make_shared<ScriptedBrowser>(web);
+    first->Show("one");
+    second->Show("two");
+    first->handle = 255;
+    second->handle = 4096;
     ScriptedWindows windows;
+    windows.visible = {first, second};
     Globals globals;
     HeadlessForm form{kForm, nullptr};
     Control& url = form.Find("txtUrl");
-    Control& handle = form.Find("txthWnd");
+    auto& handle = dynamic_cast<HeadlessControl&>(form.Find("txthWnd"));
     Attachment attachment{globals, windows, url, handle};
-};
+    // What is shown after one step of the poll.
+    const auto poll = [&](const std::shared_ptr<Browser>& focused) {
+        windows.focused = focused;
+        attachment.AttachActiveBrowser();
+        return url.Text() + " " + handle.Text() + (attachment.TakeChanged() ? " changed" : "");
+    };
 
-TEST_F(AttachmentTest, AttachesTheWindowWithTheFocusUntilAllAreClosed) {
-    EXPECT_EQ(Poll(), " ") << "none has the focus";
-    windows.focused = first;
-    EXPECT_EQ(Poll(), "one 255 changed");
-    EXPECT_EQ(Poll(), "one 255");
-    windows.focused = second;
-    EXPECT_EQ(Poll(), "two 4096 changed");
-    windows.focused = nullptr;  // the user has turned to another program
-    EXPECT_EQ(Poll(), "two 4096");
-    second->Show("one");
-    windows.focused = second;
-    EXPECT_EQ(Poll(), "one 4096 changed");
-    windows.focused = nullptr;
-    second->Die();
-    EXPECT_EQ(Poll(), "  changed");
-    windows.visible.clear();
-    url.SetText("order.csv");
-    EXPECT_EQ(Poll(), " ");
-}
-
-TEST_F(AttachmentTest, KeepsTheWindowWhileSomethingRuns) {
-    windows.focused = first;
-    Poll();
-    globals.activity = "rec";
-    windows.focused = second;
-    windows.focus_questions = 0;
-    EXPECT_EQ(Poll(), "one 255");
-    EXPECT_EQ(windows.focus_questions, 0);
-}
-
-TEST_F(AttachmentTest, ShowsTheHandleInEitherRadix) {
-    auto* const box = dynamic_cast<HeadlessControl*>(&handle);
-    windows.focused = first;
-    Poll();
+    EXPECT_EQ(poll(nullptr), " ");
+    EXPECT_EQ(poll(first), "one 255 changed");
+    EXPECT_EQ(poll(first), "one 255");
     handle.onDblClick();
-    EXPECT_EQ(handle.Text(), "FF");
-    EXPECT_EQ(box->tip(), "ウィンドウハンドル（16進）");
-    windows.focused = second;
-    EXPECT_EQ(Poll(), "two 1000 changed");
+    EXPECT_EQ(handle.Text() + handle.tip(), "FFウィンドウハンドル（16進）");
+    EXPECT_EQ(poll(second), "two 1000 changed");
     handle.onDblClick();
-    EXPECT_EQ(handle.Text(), "4096");
-    EXPECT_EQ(box->tip(), "ウィンドウハンドル（十進）");
+    EXPECT_EQ(handle.Text() + handle.tip(), "4096ウィンドウハンドル（十進）");
+    EXPECT_EQ(poll(nullptr), "two 4096") << "the user has turned to another program";
     url.onClick();
     handle.onClick();
     EXPECT_EQ(second->brought_to_front, 2);
+    globals.activity = "rec";
+    EXPECT_EQ(poll(first), "two 4096");
+    globals.activity.clear();
+    second->Show("one");
+    EXPECT_EQ(poll(second), "one 4096 changed");
+    second->Die();
+    EXPECT_EQ(poll(nullptr), "  changed");
+    handle.onDblClick();
+    EXPECT_EQ(handle.Text(), "");
+    windows.visible.clear();
+    url.SetText("order.csv");
+    EXPECT_EQ(poll(nullptr), " ");
 }
 
 }  // namespace

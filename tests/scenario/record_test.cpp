@@ -44,6 +44,11 @@ TEST(GetRecordItem, AnswersTheFirstItemOfThatKey) {
     };
     for (const auto& row : rows) {
         EXPECT_EQ(GetRecordItem(row.line, row.key), row.value) << row.line << " / " << row.key;
+        const auto item = [&](const char* key) { return GetRecordItem(row.line, key); };
+        EXPECT_EQ(ParseRecord(row.line),
+                  (Record{item("Act"), item("id"), item("type"), item("size_bar"), item("indt"),
+                          item("userwait"), item("value"), item("")}))
+            << row.line;
     }
 }
 
@@ -59,11 +64,9 @@ TEST(EncodeItemValue, KeepsCommasAndLinesOutOfTheRecord) {
     EXPECT_EQ(DecodeItemValue("a%%comma%%b"), "a%%comma%%b");
 }
 
-TEST(EncodeBlank, EscapesBlanksAndCommas) {
+TEST(EncodeComma, EscapesCommas) {
     EXPECT_EQ(EncodeComma("1,5 ,"), "1&#44;5 &#44;");
     EXPECT_EQ(DecodeComma("1&#44;5&nbsp;"), "1,5&nbsp;");
-    EXPECT_EQ(EncodeBlank(" a, b"), "&nbsp;a&#44;&nbsp;b");
-    EXPECT_EQ(DecodeBlank("&nbsp;a&#44;&nbsp;b"), " a, b");
 }
 
 TEST(BuildElementRecord, EncodesAndTrimsTheValueOnly) {

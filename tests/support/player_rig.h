@@ -1,74 +1,72 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "platform/text.h"
 #include "player/player.h"
 #include "support/scripted_browser.h"
 
 namespace tamrin::test {
 
-// A player with everything around it in memory. What it does to the window is among the calls of
-// the web.
-class PlayerRig : public PlayerHost {
+// A player with everything around it in memory. All that it does and says is written down in order
+// among the calls of the web.
+class PlayerRig : public PlayerHost, public RunEvents {
 public:
-    PlayerRig() : web(clock), player(globals, clock, web, *this) {
+    PlayerRig() : web(clock), player(globals, clock, web, *this, *this) {
         globals.settings.auto_point = false;
         globals.settings.mouse_click = false;
     }
 
-    // The record line of an action and its items.
-    static std::string Line(std::string_view act, std::string_view items) {
-        return std::string(act) + "\t" + std::string(items);
-    }
     static std::string Url(std::string_view address) {
-        return Line("url", ",id=,size_bar=1.2.300.400.10110,indt=" + std::string(address));
+        return "url\t,id=,size_bar=1.2.300.400.10110,indt=" + std::string(address);
     }
 
-    // Plays "url page" and then `records` on a page of that HTML.
-    RunEnd PlayOn(const std::string& html, std::vector<std::string> records) {
+    // Plays "url page" and then `records`, one a line, on a page of that HTML.
+    RunEnd PlayOn(const std::string& html, const std::string& records) {
         web.pages["page"] = html;
-        lines = std::move(records);
-        lines.insert(lines.begin(), Url("page"));
+        lines = SplitLines(Url("page") + "\n" + records);
         return player.Play();
     }
 
-    // The calls after those with which every run begins, joined by "; ".
-    std::string CallsOnPage() const {
-        std::string calls;
-        for (std::size_t i = 5; i < web.calls.size(); ++i) {
-            calls += (calls.empty() ? "" : "; ") + web.calls[i];
+    // What happened once the first page was open, with "; " between.
+    std::string Story() const {
+        std::string story;
+        bool opened = false;
+        for (const std::string& call : web.calls) {
+            if (opened) story += (story.empty() ? "" : "; ") + call;
+            opened |= call.starts_with("bars ");
         }
-        return calls;
+        return story;
     }
 
     int RecordCount() override { return static_cast<int>(lines.size()); }
-    std::string_view Record(int row) override {
-        return row < RecordCount() ? std::string_view(lines[row]) : std::string_view();
-    }
-    void SelectRecord(int row) override { selected = row; }
-    int GetRepeat() override { return repeat; }
-    void SetMode(std::string_view mode, bool on) override {
-        modes.push_back(std::string(mode) + (on ? " on" : " off"));
-    }
-    void SetStatus(const std::string& text) override { statuses.push_back(text); }
+    std::string_view Record(int row) override { return lines.at(static_cast<size_t>(row)); }
+    void SetStatus(const std::string& text) override { web.Note("status " + text); }
     void ShowMessage(const std::string& text, const std::string& title) override {
-        messages.push_back(title + "|" + text);
+        web.Note("message " + title + "|" + text);
     }
     std::string ClipboardText() override { return clipboard; }
-    void HoldBrowser(std::shared_ptr<Browser> browser) override { held = std::move(browser); }
-    bool WindowVisible() override { return visible; }
-    void SetWindowVisible(bool now_visible) override {
-        visible = now_visible;
+    std::optional<Rect> WindowRect() override { return window; }
+    void SetWindowVisible(bool visible) override {
         web.Note(visible ? "window shown" : "window hidden");
     }
-    Rect WindowRect() override { return window; }
-    void EnterTray() override {}
-    void LeaveTray() override {}
-    void CloseWindow() override { closed = true; }
-    void RecordDone(const RecordReport& report) override { reports.push_back(report); }
+
+    void RunBegan() override { web.Note("run began"); }
+    void BrowserOpened(std::shared_ptr<Browser> browser) override { held = std::move(browser); }
+    void RecordBegan(int row) override { begun = row; }
+    void RecordDone(const RecordReport& report) override {
+        constexpr const char* kWords[] = {"done",      "comment", "not busy", "skipped",
+                                          "not found", "invalid", "not sent", "stopped"};
+        if (report.outcome != RecordOutcome::kDone) {
+            web.Note(kWords[static_cast<std::size_t>(report.outcome)]);
+        }
+        reports.push_back(report);
+    }
+    void RunEnded(RunEnd end) override { ended.push_back(end); }
 
     VirtualClock clock;
     ScriptedWeb web;
@@ -76,17 +74,12 @@ public:
     Player player;
 
     std::vector<std::string> lines;
-    std::vector<std::string> modes;
-    std::vector<std::string> statuses;
-    std::vector<std::string> messages;
-    std::vector<RecordReport> reports;
     std::string clipboard;
+    std::optional<Rect> window;
+    int begun = -1;
+    std::vector<RecordReport> reports;
+    std::vector<RunEnd> ended;
     std::shared_ptr<Browser> held;
-    Rect window;
-    int selected = -1;
-    int repeat = 1;
-    bool visible = true;
-    bool closed = false;
 };
 
 }  // namespace tamrin::test

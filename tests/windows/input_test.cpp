@@ -159,11 +159,12 @@ TEST_F(InputTest, PressesTheButtonThatIsTheLeftOneToTheUser) {
 class CoveringRig : public PlayerRig {
 public:
     explicit CoveringRig(Form& form) : form_(form) {}
-    bool WindowVisible() override { return form_.Visible(); }
-    void SetWindowVisible(bool now_visible) override { form_.SetVisible(now_visible); }
-    Rect WindowRect() override {
+    void SetWindowVisible(bool visible) override { form_.SetVisible(visible); }
+    std::optional<Rect> WindowRect() override {
+        if (!form_.Visible()) return std::nullopt;
         const Place at = form_.ShownPlace();
-        return {1.0 * at.left, 1.0 * at.top, 1.0 * at.left + at.width, 1.0 * at.top + at.height};
+        return Rect{1.0 * at.left, 1.0 * at.top, 1.0 * at.left + at.width,
+                    1.0 * at.top + at.height};
     }
 
 private:

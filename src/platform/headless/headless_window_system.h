@@ -21,7 +21,6 @@ public:
     std::unique_ptr<Form> Create(const FormSpec& spec) override;
     Dialogs& dialogs() override { return dialogs_; }
     Place Screen() const override { return {0, 0, 1280, 1024}; }
-    int TwipsPerPixelX() const override { return 15; }
     int TwipsPerPixelY() const override { return 15; }
     std::string ClipboardText() const override { return clipboard_; }
     bool SetClipboardText(const std::string& text) override {

@@ -45,8 +45,6 @@ Place WindowsWindowSystem::Screen() const {
     return {0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
 }
 
-int WindowsWindowSystem::TwipsPerPixelX() const { return kTwipsPerInch / SystemDpi(LOGPIXELSX); }
-
 int WindowsWindowSystem::TwipsPerPixelY() const { return kTwipsPerInch / SystemDpi(LOGPIXELSY); }
 
 std::string WindowsWindowSystem::ClipboardText() const { return ReadClipboard(Front()); }

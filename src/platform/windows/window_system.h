@@ -18,7 +18,6 @@ public:
     std::unique_ptr<Form> Create(const FormSpec& spec) override;
     Dialogs& dialogs() override { return dialogs_; }
     Place Screen() const override;
-    int TwipsPerPixelX() const override;
     int TwipsPerPixelY() const override;
     std::string ClipboardText() const override;
     bool SetClipboardText(const std::string& text) override;

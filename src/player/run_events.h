@@ -1,7 +1,10 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
+
+#include "platform/browser.h"
 
 namespace tamrin {
 
@@ -34,6 +37,26 @@ enum class RunEnd {
     kBrowserDied,
     kStopped,
     kTimedOut,  // ended by the watchdog: no page was completed for too long
+};
+
+// The story of a run, in order. The player calls these and does nothing else to show how it is
+// getting on.
+class RunEvents {
+public:
+    virtual ~RunEvents() = default;
+
+    virtual void RunBegan() = 0;
+
+    // The browser of this run has been started; the listener keeps it until the next run.
+    virtual void BrowserOpened(std::shared_ptr<Browser> browser) = 0;
+
+    // A record is about to be carried out, or tried again.
+    virtual void RecordBegan(int row) = 0;
+
+    virtual void RecordDone(const RecordReport& report) = 0;
+
+    // The run is over, and the user has been told why. Not called when there was no record at all.
+    virtual void RunEnded(RunEnd end) = 0;
 };
 
 }  // namespace tamrin
