@@ -25,7 +25,7 @@ protected:
     }
     // What the user does, with "; " between: "type NAME TEXT", "choose NAME INDEX", "focus NAME",
     // "click NAME", "leave" (the field), "return" (from another window), "enter", "open ADDRESS",
-    // "pass" (0.3 seconds).
+    // "pass" (0.3 seconds), "set" ("rec change only").
     void Do(const std::string& acts) {
         for (const std::string& act : SplitLines(ReplaceAll(acts, "; ", "\n"))) {
             const std::string verb = act.substr(0, act.find(' '));
@@ -40,6 +40,7 @@ protected:
             if (verb == "enter") user.Enter();
             if (verb == "open") user.GoTo(name);
             if (verb == "pass") Pass(300);
+            if (verb == "set") globals.settings.rec_change_only = true;
         }
     }
     void Pass(int milliseconds) {

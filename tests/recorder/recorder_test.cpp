@@ -81,9 +81,22 @@ TEST_F(RecorderTest, RecordsWhatTheUserDid) {
          "input→,id=a,type=text,indt=1\ninput→,id=in,type=text,indt=2\n"
          "click→,id=ok,type=submit,indt=\nclick→,id=link,type=href,indt=x\n"
          "input→,id=a,type=text,indt=3"},
+        // Only what the user changed.
+        {"<input id=a type=text value=\" v, \">", "set; focus a; leave", ""},
+        {"<input id=a type=text>", "set; focus a; leave", "input→,id=a,type=text,indt="},
+        {"<input id=a type=email value=v>", "set; focus a; leave", "input→,id=a,type=email,indt=v"},
+        {"<input id=a type=checkbox>", "set; focus a; leave", ""},
+        {"<input id=a type=checkbox>", "set; click a; leave",
+         "input→,id=a,type=checkbox,indt=True"},
+        {"<select id=a><option>x</select>", "set; focus a; leave", ""},
+        {"<input id=a type=submit>", "set; click a", "click→,id=a,type=submit,indt="},
+        // What was typed before the user clicked into the field again, or came back, counts.
+        {"<input id=a type=text value=v>", "set; type a w; click a; return; leave",
+         "input→,id=a,type=text,indt=w"},
     };
     for (const auto& row : rows) {
         lines.clear();
+        globals.settings.rec_change_only = false;
         Start(row.html);
         web.lookups = 0;
         Do(row.acts);
@@ -93,52 +106,22 @@ TEST_F(RecorderTest, RecordsWhatTheUserDid) {
     EXPECT_EQ(said, "javascript:は、現在未対応");
 }
 
-TEST_F(RecorderTest, RecordsOnlyWhatTheUserChangedWhereThatIsSet) {
-    const struct {
-        const char* html;
-        const char* acts;
-        const char* records;
-    } rows[] = {
-        {"<input id=a type=text value=\" v, \">", "focus a", ""},
-        {"<input id=a type=text>", "focus a", "input→,id=a,type=text,indt="},
-        {"<input id=a type=email value=v>", "focus a", "input→,id=a,type=email,indt=v"},
-        {"<input id=a type=checkbox>", "focus a", ""},
-        {"<input id=a type=checkbox>", "click a", "input→,id=a,type=checkbox,indt=True"},
-        {"<select id=a><option>x</select>", "focus a", ""},
-        {"<input id=a type=submit value=v>", "click a", "click→,id=a,type=submit,indt=v"},
-        // What was typed before the user clicked into the field again, or came back, counts.
-        {"<input id=a type=text value=v>", "type a w; click a; return",
-         "input→,id=a,type=text,indt=w"},
-    };
-    globals.settings.rec_change_only = true;
-    for (const auto& row : rows) {
-        lines.clear();
-        Start(row.html);
-        Do(row.acts + std::string("; leave"));
-        EXPECT_EQ(Records(), row.records) << row.html;
-    }
-}
-
 TEST_F(RecorderTest, BeginsANewScenarioWithThePage) {
     const std::string url = "url\t,id=,size_bar=0.0.1024.768.11110,indt=page";
-    const std::string old = "x";
+    const std::string click = "click\t,id=a,type=submit,indt=";
     using Lines = std::vector<std::string>;
-    const struct {
-        RecordKind kind;
-        Lines before;
-        Lines after;
-    } rows[] = {
-        {RecordKind::kNew, {}, {url, "click\t,id=a,type=submit,indt="}},
-        {RecordKind::kNew, {old}, {old, "click\t,id=a,type=submit,indt="}},
-        {RecordKind::kAppend, {}, {"click\t,id=a,type=submit,indt="}},
+    const std::tuple<RecordKind, Lines, Lines> rows[] = {
+        {RecordKind::kNew, {}, {url, click}},
+        {RecordKind::kNew, {"x"}, {"x", click}},
+        {RecordKind::kAppend, {}, {click}},
     };
-    for (const auto& row : rows) {
-        lines = row.before;
+    for (const auto& [kind, before, after] : rows) {
+        lines = before;
         globals.unsaved = false;
-        Start("<input id=a type=submit>", row.kind);
-        EXPECT_EQ(lines, row.before) << "until something happens";
+        Start("<input id=a type=submit>", kind);
+        EXPECT_EQ(lines, before) << "until something happens";
         Do("click a; pass");
-        EXPECT_EQ(lines, row.after);
+        EXPECT_EQ(lines, after);
         EXPECT_EQ(selected, RecordCount() - 1);
         EXPECT_TRUE(globals.unsaved);
     }
