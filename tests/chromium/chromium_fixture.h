@@ -1,14 +1,60 @@
 #pragma once
 
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "conformance/quiet_processes.h"
 #include "conformance/suite.h"
 #include "platform/chromium/launcher.h"
+#include "platform/posix/files.h"
+#include "platform/posix/system_clock.h"
 
 namespace tamrin::test {
 
-// What Chromium alone does, in the window that all tests of the program share.
+// The system's time, which a test can put forward.
+class JumpingClock : public SystemClock {
+public:
+    std::uint32_t TickCount() const override { return SystemClock::TickCount() + ahead_; }
+    void Jump(std::uint32_t milliseconds) { ahead_ += milliseconds; }
+
+private:
+    std::uint32_t ahead_ = 0;
+};
+
+class RememberingProcesses : public conformance::QuietProcesses {
+public:
+    std::string MakeTemporaryFolder() override {
+        return profile = QuietProcesses::MakeTemporaryFolder();
+    }
+    std::string profile;  // of the browser that was started last
+};
+
+// The ids of the processes of the browser with that profile, its first one first.
+std::vector<int> BrowserProcesses(const std::string& profile);
+
+// The browser that the tests share.
+struct Rig : conformance::BackEnd {
+    Rig() {
+        system_clock.AddSource([this] { chromium.DeliverEvents(); });
+    }
+    BrowserLauncher& launcher() override { return chromium; }
+    Clock& clock() override { return system_clock; }
+    std::uint64_t RoundTrips() override { return chromium.RoundTrips(); }
+
+    std::function<bool()> on_wait;  // called now and then while a call waits; true stops the call
+    RememberingProcesses processes;
+    PosixFiles files;
+    JumpingClock system_clock;
+    ChromiumLauncher chromium{processes, files, system_clock, {.stop_requested = [this] {
+                                  return on_wait && on_wait();
+                              }}};
+};
+
 class ChromiumTest : public conformance::Suite {
 protected:
-    ChromiumLauncher& launcher() { return dynamic_cast<ChromiumLauncher&>(back_end().launcher()); }
+    Rig& rig() { return dynamic_cast<Rig&>(back_end()); }
+    std::optional<std::string> Picture() { return rig().chromium.Picture(); }
 };
 
 }  // namespace tamrin::test

@@ -24,54 +24,43 @@ TEST_F(Loading, IsKnownWhenTheActThatBeginsItReturns) {
         Open(row.html);
         const Element element = Find("k");
         if (row.act == 'e') {
-            EXPECT_TRUE(Wait([&] { return browser().document().activeElement() == element; }));
+            EXPECT_TRUE(WaitFocus("k"));
             EXPECT_TRUE(Press("ENTER"));
+        } else if (row.act == 'm') {
+            MouseClick(element);
         } else {
             EXPECT_TRUE(element.fireEvent("onclick"));
-            if (row.act == 'm') {
-                const auto corner = browser().ElementScreenPoint(element);
-                ASSERT_TRUE(corner);
-                input().SetCursorPos({corner->x + 5, corner->y + 5});
-                input().LeftButton(true);
-                input().LeftButton(false);
-            } else {
-                EXPECT_TRUE(element.click());
-            }
+            EXPECT_TRUE(element.click());
         }
-        EXPECT_EQ(browser().Busy(), row.loads);
+        // On a slow machine the next page may be there before the program runs again.
+        const auto arrived = [&] { return browser().document().url().starts_with(Url("/echo")); };
+        EXPECT_EQ(browser().Busy() || arrived(), row.loads);
         EXPECT_TRUE(WaitComplete());
-        EXPECT_EQ(browser().document().url().starts_with(Url("/echo")), row.loads);
+        EXPECT_EQ(arrived(), row.loads);
     }
 }
 
 TEST_F(Loading, TellsTheBrowsersWordForWhatFails) {
     class Errors : public conformance::EventLog {
     public:
+        using EventLog::EventLog;
+        void DocumentComplete(bool /*top*/) override {}
+        void BeforeNavigate2(const std::string& /*url*/) override {}
         void NavigateError(const std::string& url, const std::string& reason) override {
             lines.push_back(url + " " + reason);
         }
     };
-    const struct {
-        std::string address;
-        std::vector<std::string> told;
-    } rows[] = {
-        {"127.0.0.1:1/none",
-         {"BeforeNavigate2 http://127.0.0.1:1/none", "http://127.0.0.1:1/none ERR_UNSAFE_PORT",
-          "DocumentComplete top"}},
-        {"/no/such/file",
-         {"BeforeNavigate2 file:///no/such/file", "file:///no/such/file ERR_FILE_NOT_FOUND",
-          "DocumentComplete top"}},
-        {"http://[bad/", {"http://[bad/ ERR_INVALID_URL"}},
+    const std::pair<std::string, std::string> rows[] = {
+        {"127.0.0.1:1/none", "http://127.0.0.1:1/none ERR_UNSAFE_PORT"},
+        {"/no/such file", "file:///no/such%20file ERR_FILE_NOT_FOUND"},
+        {"http://[bad/", "http://[bad/ ERR_INVALID_URL"},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.address);
-        Errors errors;
-        const auto connection = browser().Connect(errors);
-        EXPECT_TRUE(browser().Navigate(row.address));
+    for (const auto& [address, told] : rows) {
+        Errors errors(browser());
+        EXPECT_TRUE(browser().Navigate(address));
         EXPECT_TRUE(browser().Busy());
         EXPECT_TRUE(WaitComplete());
-        EXPECT_TRUE(Wait([&] { return errors.lines.size() == row.told.size(); }));
-        EXPECT_EQ(errors.lines, row.told);
+        ExpectLines(errors, told);
     }
 }
 
@@ -79,8 +68,8 @@ using Lookup = ChromiumTest;
 
 TEST_F(Lookup, BringsStateAndPlaceAndSparesCalls) {
     const Document document = Open("<input name=n type=checkbox checked><input name=n value=1>");
-    const auto start = launcher().RoundTrips();
-    const auto trips = [&] { return launcher().RoundTrips() - start; };
+    const auto start = rig().RoundTrips();
+    const auto trips = [&] { return rig().RoundTrips() - start; };
     const auto fields = document.Named("n").by_name;
     ASSERT_EQ(fields.size(), 2U);
     EXPECT_EQ(fields[0].checked(), "True");
@@ -112,8 +101,7 @@ TEST_F(PageDialogs, HoldTheClickOfTheSameRecordUntilTheyAreAnswered) {
         EXPECT_TRUE(button.click());
         EXPECT_TRUE(Press(yes ? "ENTER" : "ESC"));
         EXPECT_TRUE(WaitComplete());
-        const std::string said = yes ? "ask submit" : "ask";
-        EXPECT_EQ(Said(said), said);
+        ExpectSaid(yes ? "ask submit" : "ask");
     }
 }
 
@@ -121,20 +109,12 @@ TEST_F(PageDialogs, MayFollowEachOtherAndTheKeysGoOnInThePage) {
     Open(
         "<input id=t autofocus onkeydown=\"if (event.key == 'Enter') say(confirm(1) && confirm(2))"
         "\">");
-    ASSERT_TRUE(Wait([&] { return browser().document().activeElement().id() == "t"; }));
+    ASSERT_TRUE(WaitFocus("t"));
     EXPECT_TRUE(input().SendKeys(
         {Key("F2"), Key("ENTER"), Key("ENTER"), Key("ENTER"), {.text = "c", .name = ""}}));
     EXPECT_TRUE(WaitComplete());
-    EXPECT_EQ(Said("true"), "true");
+    ExpectSaid("true");
     EXPECT_EQ(Find("t").value(), "c");
-}
-
-using Picture = ChromiumTest;
-
-TEST_F(Picture, IsAPngFile) {
-    const auto picture = launcher().Picture();
-    ASSERT_TRUE(picture);
-    EXPECT_TRUE(picture->starts_with("\x89PNG\r\n\x1A\n"));
 }
 
 }  // namespace

@@ -108,7 +108,7 @@ TEST_F(SendKeys, EditsAndMoves) {
     const struct {
         std::string keys, active, value;
     } rows[] = {
-        {"@a {END}{BACKSPACE}{BS}{LEFT}{DELETE}{HOME}{DEL}", "a", "2"},
+        {"@a {END}{BACKSPACE}{BACKSPACE}{LEFT}{DELETE}{HOME}{DELETE}", "a", "2"},
         {"67 ^{a} 8", "a", "8"},
         {"^{a}^{x}^{v}^{v}", "a", "88"},
         {"^{z}", "a", "8"},

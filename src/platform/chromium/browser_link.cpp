@@ -25,6 +25,19 @@ void BrowserLink::Discover() {
     devtools_->Post("", "Target.setDiscoverTargets", {{"discover", true}});
 }
 
+std::string BrowserLink::NewTarget() {
+    return devtools_->Call("", "Target.createTarget", {{"url", "about:blank"}, {"newWindow", true}})
+        .Text("/targetId");
+}
+
+void BrowserLink::Attach(const std::string& target,
+                         std::function<void(const std::string&)> on_session) {
+    devtools_->Ask("", "Target.attachToTarget", {{"targetId", target}, {"flatten", true}},
+                   [on_session = std::move(on_session)](const DevToolsReply& reply) {
+                       on_session(reply.Text("/sessionId"));
+                   });
+}
+
 std::shared_ptr<Tab> BrowserLink::MakeTab(const std::string& target, const std::string& session,
                                           Tab::Owner owner) {
     const auto tab = std::make_shared<Tab>(devtools_, clock_, files_, target, session, owner);
@@ -63,17 +76,17 @@ void BrowserLink::DeliverEvents() {
 
 bool BrowserLink::Wants(std::string_view method) const {
     return method == "Target.targetCreated" || method == "Target.targetInfoChanged" ||
-           method == "Target.targetDestroyed" || Tab::Handles(method);
+           method == "Target.targetDestroyed" || Tab::Reads(method);
 }
 
 void BrowserLink::OnEvent(const std::string& session, std::string_view method, const json& params) {
     const bool destroyed = method == "Target.targetDestroyed";
-    const std::string target = destroyed ? params.value("targetId", "") : "";
+    const std::string target = destroyed ? TextOf(params, "targetId") : "";
     for (const auto& tab : Tabs()) {
         if (destroyed) {
             if (tab->target() == target) tab->OnGone();
-        } else if (tab->OwnsSession(session) ||
-                   (session.empty() && tab->OwnsSession(params.value("sessionId", "")))) {
+        } else if (tab->frames().HasSession(session) ||
+                   (session.empty() && tab->frames().HasSession(TextOf(params, "sessionId")))) {
             tab->OnEvent(session, method, params);
         }
     }

@@ -16,16 +16,16 @@
 namespace tamrin {
 
 // The connection to one browser, and the windows of it that the program has. Events reach the tabs
-// as they arrive, and their subscribers in DeliverEvents.
+// as they arrive, and the subscribers in DeliverEvents.
 class BrowserLink : private DevTools::Listener {
 public:
-    // Told of every "Target.targetCreated", "Target.targetInfoChanged" and "Target.targetDestroyed"
-    // once the browser was asked to discover its targets. It must not wait.
+    // Called with every "Target.targetCreated", "Target.targetInfoChanged" and
+    // "Target.targetDestroyed" after Discover. It must not wait.
     using OnTarget = std::function<void(std::string_view method, const nlohmann::json& params)>;
 
     BrowserLink(const Clock& clock, const Files& files, DevTools::Patience patience,
                 OnTarget on_target);
-    // The windows may live on in the hands of others; they know from then on that they are gone.
+    // Windows that are still held are not Alive from then on.
     ~BrowserLink() override;
 
     BrowserLink(const BrowserLink&) = delete;
@@ -34,16 +34,21 @@ public:
     DevTools& devtools() { return *devtools_; }
     const DevTools& devtools() const { return *devtools_; }
 
-    // Has the browser tell of its targets, those that it has first.
+    // Has the browser report its targets, those that it has already first.
     void Discover();
 
-    // The tab behind a session. It is dropped when nobody holds it any more; so is a browser.
+    // Opens a window and answers its target, "" when the browser does not answer.
+    std::string NewTarget();
+    // Attaches to a target; `on_session` is called with the session, "" on failure.
+    void Attach(const std::string& target, std::function<void(const std::string&)> on_session);
+
+    // The tab of a session. The link drops it when nobody else holds it, and likewise a browser.
     std::shared_ptr<Tab> MakeTab(const std::string& target, const std::string& session,
                                  Tab::Owner owner);
     std::shared_ptr<ChromiumBrowser> MakeBrowser(const std::shared_ptr<Tab>& tab,
                                                  std::function<void()> bring_to_front);
 
-    // Handles what has arrived and calls the subscribers; never waits.
+    // Handles the messages that have arrived and calls the subscribers; never waits.
     void DeliverEvents();
 
 private:

@@ -14,8 +14,8 @@
 
 namespace tamrin {
 
-// A window of the browser. It stays with the tab that it was made for: pages that open in new
-// windows are not its own, as with the automation model of old.
+// A window of the browser. It stays with the tab that it was made for; pages that open in new
+// windows are not its own.
 class ChromiumBrowser : public Browser {
 public:
     // `bring_to_front` makes the tab the one that input reaches.
@@ -35,7 +35,7 @@ public:
     void SetBars(const WindowBars& /*bars*/) override {}
     void SetForeground() override { bring_to_front_(); }
     WindowState State() override { return tab_->State(); }
-    // The browser's own number for the window: it tells no handles of the system.
+    // The browser's own number for the window; it does not know the system's handle.
     std::uint64_t Handle() override;
     std::optional<ScreenPoint> ElementScreenPoint(const Element& element) override;
     // One round trip, and one more for each frame that the pointer is in.
@@ -45,18 +45,18 @@ public:
         return subscribers_.Connect(events);
     }
 
-    // Tells the subscribers of the browser and its pages what has happened since the last time.
-    // Does nothing while one of them is being told.
+    // Calls the subscribers of the window and its pages with what has happened since the last time.
+    // Does nothing while one of them is being called.
     void DeliverEvents();
 
 private:
-    void Tell(const Notice& notice);
+    void Deliver(const Notice& notice);
 
     std::shared_ptr<Tab> tab_;
     std::function<void()> bring_to_front_;
     std::shared_ptr<ChromiumDocument> document_;  // of the last answer
     Subscribers<BrowserEvents> subscribers_;
-    bool telling_ = false;
+    bool delivering_ = false;
 };
 
 }  // namespace tamrin

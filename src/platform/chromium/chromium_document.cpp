@@ -15,9 +15,6 @@ std::string CallOf(std::string_view function, std::string_view argument) {
            json(argument).dump(-1, ' ', false, json::error_handler_t::replace) + ")";
 }
 
-// The rows of a moment: the active element, its parent, its form and the form's default button.
-constexpr std::size_t kMomentRows = 4;
-
 constexpr const char* kHovered = "tamrin.hovered()";
 
 }  // namespace
@@ -34,12 +31,13 @@ bool ChromiumDocument::Exists() const {
 }
 
 AgentAnswer ChromiumDocument::Run(std::string expression, bool gesture) const {
-    return tab_->Run(agent_, std::move(expression), gesture);
+    return tab_->agents().Run(agent_, std::move(expression), gesture);
 }
 
 std::string ChromiumDocument::url() {
-    if (const PageMoment* moment = Moment()) return moment->Url();
-    if (tab_->current() && tab_->current()->top_agent == agent_) return tab_->current()->top_url;
+    if (const PageSnapshot* snapshot = Snapshot()) return snapshot->Url();
+    const Notice* notice = tab_->watcher().current();
+    if (notice && notice->top_agent == agent_) return notice->top_url;
     const FrameInfo* frame = tab_->Alive() ? tab_->frames().WithAgent(agent_) : nullptr;
     if (!frame) return "";
     return frame->url.empty() ? std::string(Run("tamrin.url()").fields.Text(0)) : frame->url;
@@ -54,14 +52,15 @@ Element ChromiumDocument::One(std::string expression) {
 
 std::vector<Element> ChromiumDocument::Collection(std::string expression, ElementList::Kind kind) {
     FieldBlock fields = Run(std::move(expression)).fields;
-    const auto count = static_cast<std::size_t>(fields.Int(0));
+    const auto count = static_cast<std::size_t>(fields.Int(field::kCount));
     if (count == 0) return {};
-    return std::make_shared<ElementList>(shared_from_this(), std::move(fields), kind, 1, count)
+    return std::make_shared<ElementList>(shared_from_this(), std::move(fields), kind, field::kRows,
+                                         count)
         ->Elements();
 }
 
 Element ChromiumDocument::activeElement() {
-    if (Moment()) return InMoment(0);
+    if (Snapshot()) return InSnapshot(0);
     tab_->BeginLookup(agent_);
     return One("tamrin.active()");
 }
@@ -79,14 +78,13 @@ std::vector<Element> ChromiumDocument::links() {
 NamedElements ChromiumDocument::Named(std::string_view name) {
     tab_->BeginLookup(agent_);
     FieldBlock fields = Run(CallOf("named", name)).fields;
-    const auto names = static_cast<std::size_t>(fields.Int(0));
-    const auto ids = static_cast<std::size_t>(fields.Int(1));
-    const auto in_forms = static_cast<std::size_t>(fields.Int(2));
+    const auto names = static_cast<std::size_t>(fields.Int(field::kByName));
+    const auto ids = static_cast<std::size_t>(fields.Int(field::kById));
+    const auto in_forms = static_cast<std::size_t>(fields.Int(field::kInForms));
     const std::size_t count = names + ids + in_forms;
     if (count == 0) return {};
-    const auto list =
-        std::make_shared<ElementList>(shared_from_this(), std::move(fields),
-                                      ElementList::Kind::kNamed, ElementList::kNamedHeader, count);
+    const auto list = std::make_shared<ElementList>(
+        shared_from_this(), std::move(fields), ElementList::Kind::kNamed, field::kNamedRows, count);
     if (list->size() != count) return {};
     return {list->Elements(0, names), ids > 0 ? Element(list->At(names)) : Element(),
             list->Elements(names + ids, count)};
@@ -96,74 +94,66 @@ std::vector<Frame> ChromiumDocument::frames() {
     tab_->BeginLookup(agent_);
     const FrameInfo* own = tab_->frames().WithAgent(agent_);
     if (!own) return {};
-    // The page tells its frames; each page that may be in one of them tells where it stands.
-    std::vector<std::pair<std::string, std::string>> questions{{agent_, "tamrin.frames()"}};
+    // The page lists its frames; each page that may be in one of them answers its position.
+    std::vector<PageAgents::Question> questions{{agent_, "tamrin.frames()"}};
     for (const FrameInfo* child : tab_->frames().MaybeChildren(own->id)) {
         questions.emplace_back(child->agent, "tamrin.position()");
     }
-    std::vector<AgentAnswer> answers = tab_->RunAll(questions);
-    std::vector<std::pair<std::string, std::string>> pages;  // position, agent
-    for (std::size_t i = 1; i < answers.size(); ++i) {
-        pages.emplace_back(answers[i].fields.Text(0), questions[i].first);
-    }
+    std::vector<AgentAnswer> answers = tab_->agents().RunAll(questions);
+    const auto document_at = [&](const std::string& position,
+                                 std::shared_ptr<ChromiumElement> holder) {
+        for (std::size_t i = 1; i < answers.size(); ++i) {
+            if (answers[i].fields.Text(field::kPosition) != position) continue;
+            return Document(std::make_shared<ChromiumDocument>(tab_, questions[i].first, position,
+                                                               std::move(holder)));
+        }
+        return Document();  // the page cannot be reached
+    };
     FieldBlock& fields = answers.front().fields;
-    const auto count = static_cast<std::size_t>(fields.Int(0));
-    const auto list = std::make_shared<ElementList>(shared_from_this(), std::move(fields),
-                                                    ElementList::Kind::kFrames, 1, count);
+    const auto count = static_cast<std::size_t>(fields.Int(field::kCount));
+    const auto list = std::make_shared<ElementList>(
+        shared_from_this(), std::move(fields), ElementList::Kind::kFrames, field::kRows, count);
     std::vector<Frame> frames;
     for (std::size_t row = 0; row < list->size(); ++row) {
         const auto text = [&](std::size_t key) {
             return std::string(list->fields().Text(list->Field(row, key)));
         };
-        const std::string name = text(ElementList::kName);
-        const std::string position = position_ + "." + text(ElementList::kFrameIndex);
-        frames.push_back({name.empty() ? text(ElementList::kId) : name,
-                          FrameDocument(pages, position, list->At(row)), Element(list->At(row))});
+        const std::string name = text(field::kName);
+        const std::string position = position_ + "." + text(field::kFrameIndex);
+        frames.push_back({name.empty() ? text(field::kId) : name,
+                          document_at(position, list->At(row)), Element(list->At(row))});
     }
     return frames;
 }
 
-Document ChromiumDocument::FrameDocument(
-    const std::vector<std::pair<std::string, std::string>>& agents, const std::string& position,
-    std::shared_ptr<ChromiumElement> holder) {
-    for (const auto& [place, agent] : agents) {
-        if (place != position) continue;
-        return Document(
-            std::make_shared<ChromiumDocument>(tab_, agent, position, std::move(holder)));
-    }
-    return Document();
-}
-
 std::vector<Element> ChromiumDocument::UnderPointer() {
-    // What a page answers: its place among the frames, and one element with the keys of frames().
-    constexpr std::size_t kRows = 2;
     std::vector<Element> path;
     Hovered at{shared_from_this(), Run(kHovered).fields};
     while (at.page) {
-        const auto count = static_cast<std::size_t>(at.fields.Int(1));
-        const auto list = std::make_shared<ElementList>(at.page, std::move(at.fields),
-                                                        ElementList::Kind::kFrames, kRows, count);
+        const auto count = static_cast<std::size_t>(at.fields.Int(field::kHoveredCount));
+        const auto list = std::make_shared<ElementList>(
+            at.page, std::move(at.fields), ElementList::Kind::kFrames, field::kHoveredRows, count);
         if (list->size() == 0) break;
         path.emplace_back(list->At(0));
-        const auto index = list->fields().Text(list->Field(0, ElementList::kFrameIndex));
+        const auto index = list->fields().Text(list->Field(0, field::kFrameIndex));
         if (index.empty()) break;
         at = at.page->HoveredIn(list->At(0), at.page->position_ + "." + std::string(index));
     }
     return path;
 }
 
-// Of the pages that may be in the frame it is the one that says so itself.
+// Asks all pages that may be in the frame; the one that answers the frame's position is.
 ChromiumDocument::Hovered ChromiumDocument::HoveredIn(std::shared_ptr<ChromiumElement> holder,
                                                       const std::string& position) const {
     const FrameInfo* own = tab_->frames().WithAgent(agent_);
     if (!own) return {};
-    std::vector<std::pair<std::string, std::string>> questions;
+    std::vector<PageAgents::Question> questions;
     for (const FrameInfo* child : tab_->frames().MaybeChildren(own->id)) {
         questions.emplace_back(child->agent, kHovered);
     }
-    std::vector<AgentAnswer> answers = tab_->RunAll(questions);
+    std::vector<AgentAnswer> answers = tab_->agents().RunAll(questions);
     for (std::size_t i = 0; i < answers.size(); ++i) {
-        if (answers[i].fields.Text(0) != position) continue;
+        if (answers[i].fields.Text(field::kPosition) != position) continue;
         return {std::make_shared<ChromiumDocument>(tab_, questions[i].first, position,
                                                    std::move(holder)),
                 std::move(answers[i].fields)};
@@ -172,24 +162,24 @@ ChromiumDocument::Hovered ChromiumDocument::HoveredIn(std::shared_ptr<ChromiumEl
 }
 
 std::unique_ptr<Connection> ChromiumDocument::Connect(DocumentEvents& events) {
-    return tab_->Connect(agent_, events);
+    return tab_->watcher().Connect(agent_, events);
 }
 
-std::optional<std::size_t> ChromiumDocument::MomentRow(int number) const {
-    const PageMoment* moment = Moment();
-    for (std::size_t row = 0; moment && row < kMomentRows; ++row) {
-        const std::size_t field = PageMoment::kHeader + row * ElementList::kMomentKeys;
-        if (!moment->fields.IsNull(field) && moment->fields.Int(field) == number) return row;
+std::optional<std::size_t> ChromiumDocument::SnapshotElement(int number) const {
+    const PageSnapshot* snapshot = Snapshot();
+    for (std::size_t i = 0; snapshot && i < PageSnapshot::kElements; ++i) {
+        const std::size_t at = PageSnapshot::Row(i) + field::kNumber;
+        if (!snapshot->fields.IsNull(at) && snapshot->fields.Int(at) == number) return i;
     }
     return std::nullopt;
 }
 
-Element ChromiumDocument::InMoment(std::size_t row) {
-    const PageMoment* moment = Moment();
-    const std::size_t first = PageMoment::kHeader + row * ElementList::kMomentKeys;
-    if (!moment || moment->fields.IsNull(first)) return Element();
-    const auto list = std::make_shared<ElementList>(shared_from_this(), moment->fields,
-                                                    ElementList::Kind::kMoment, first, 1);
+Element ChromiumDocument::InSnapshot(std::size_t element) {
+    const PageSnapshot* snapshot = Snapshot();
+    const std::size_t row = PageSnapshot::Row(element);
+    if (!snapshot || snapshot->fields.IsNull(row + field::kNumber)) return Element();
+    const auto list = std::make_shared<ElementList>(shared_from_this(), snapshot->fields,
+                                                    ElementList::Kind::kEvent, row, 1);
     return list->size() == 0 ? Element() : Element(list->At(0));
 }
 
@@ -217,28 +207,29 @@ const FieldBlock* ChromiumDocument::KeptPlace(int number) const {
 std::optional<ScreenPoint> ChromiumDocument::ToScreen(const FieldBlock& fields,
                                                       std::size_t viewport, double x,
                                                       double y) const {
-    if (fields.size() < viewport + ElementList::kViewport) return std::nullopt;
-    const double scale = fields.Number(viewport + 7);
-    x = fields.Number(viewport + 1) + x * scale;
-    y = fields.Number(viewport + 2) + y * scale;
-    if (!fields.Text(viewport + 3).empty()) {
-        const Viewport top{fields.Number(viewport + 4), fields.Number(viewport + 5),
-                           fields.Number(viewport + 6)};
+    if (fields.size() < viewport + field::kViewportFields) return std::nullopt;
+    const auto number = [&](field::Position position) {
+        return fields.Number(viewport + position);
+    };
+    x = number(field::kOffsetX) + x * number(field::kZoom);
+    y = number(field::kOffsetY) + y * number(field::kZoom);
+    if (!fields.Text(viewport + field::kIsTop).empty()) {
+        const Viewport top{number(field::kScreenX), number(field::kScreenY),
+                           number(field::kPixelRatio)};
         tab_->SetViewport(top);
         return ScreenPoint{static_cast<int>(std::lround((top.left + x) * top.scale)),
                            static_cast<int>(std::lround((top.top + y) * top.scale))};
     }
     // The page around is one of another site: ask it where the frame stands.
     const ChromiumDocument* page = this;
-    for (int level = fields.Int(viewport); level > 0 && page->holder_; --level) {
+    for (int level = fields.Int(viewport + field::kLevels); level > 0 && page->holder_; --level) {
         page = &page->holder_->document();
     }
     if (!page->holder_) return std::nullopt;
     const FieldBlock corner = page->holder_->ContentCorner();
-    constexpr std::size_t kCorner = ElementList::kViewport;
-    const double zoom = corner.Number(kCorner + 2);
-    return page->holder_->document().ToScreen(corner, 0, corner.Number(kCorner) + x * zoom,
-                                              corner.Number(kCorner + 1) + y * zoom);
+    const double zoom = corner.Number(field::kFrameZoom);
+    return page->holder_->document().ToScreen(corner, 0, corner.Number(field::kFrameX) + x * zoom,
+                                              corner.Number(field::kFrameY) + y * zoom);
 }
 
 }  // namespace tamrin

@@ -8,7 +8,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "platform/chromium/element_list.h"
+#include "platform/chromium/chromium_element.h"
 #include "platform/chromium/field_block.h"
 #include "platform/chromium/tab.h"
 #include "platform/document.h"
@@ -47,27 +47,25 @@ public:
     // The element that a call of the agent answers, null when there is none.
     Element One(std::string expression);
 
-    // What the event that is being told says of this page; null when it says nothing.
-    const PageMoment* Moment() const { return tab_->MomentOf(agent_); }
-    // The row of its element of that number, nothing when it has none.
-    std::optional<std::size_t> MomentRow(int number) const;
-    // The element of a row: 0 the active one, 1 its parent, 2 its form, 3 the form's default
-    // button.
-    Element InMoment(std::size_t row);
+    // The snapshot of this page that the event being delivered brings; null when it brings none.
+    const PageSnapshot* Snapshot() const { return tab_->watcher().SnapshotOf(agent_); }
+    // Which of its elements (see PageSnapshot::Row) has that number; nothing when none has.
+    std::optional<std::size_t> SnapshotElement(int number) const;
+    Element InSnapshot(std::size_t element);
 
     // The element under the pointer behind the frames that lead there, as Browser::UnderPointer.
     std::vector<Element> UnderPointer();
 
-    // Notes a write to an element, and tells whether there was one since a moment of the tab.
+    // Notes a write to an element, and whether there was one since a moment of the tab.
     void NoteWrite(int number);
     bool WrittenSince(int number, std::uint64_t moment) const;
 
-    // The place of an element as the agent has just told it, kept until something may have changed
-    // it. Null when there is none.
+    // The place of an element as the agent has just answered it, kept until something may have
+    // changed it. Null when there is none.
     void KeepPlace(int number, FieldBlock place);
     const FieldBlock* KeptPlace(int number) const;
 
-    // The screen point of a point of this page's viewport, which is described in `fields` from
+    // The screen point of a point of this page's viewport, whose own place stands in `fields` from
     // `viewport` on.
     std::optional<ScreenPoint> ToScreen(const FieldBlock& fields, std::size_t viewport, double x,
                                         double y) const;
@@ -81,9 +79,6 @@ private:
     Hovered HoveredIn(std::shared_ptr<ChromiumElement> holder, const std::string& position) const;
 
     std::vector<Element> Collection(std::string expression, ElementList::Kind kind);
-    // The agent of a frame by its position; "" when its page cannot be reached.
-    Document FrameDocument(const std::vector<std::pair<std::string, std::string>>& agents,
-                           const std::string& position, std::shared_ptr<ChromiumElement> holder);
 
     std::shared_ptr<Tab> tab_;
     const std::string agent_;

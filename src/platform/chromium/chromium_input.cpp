@@ -13,15 +13,15 @@ using nlohmann::json;
 constexpr const char* kMouse = "Input.dispatchMouseEvent";
 constexpr const char* kKey = "Input.dispatchKeyEvent";
 
-// How many characters are sent before the page is waited for.
+// How many characters are sent in one go.
 constexpr std::size_t kLongestRun = 64;
 
 int Modifiers(const KeyStroke& stroke, bool shift) {
     return (stroke.alt ? 1 : 0) | (stroke.ctrl ? 2 : 0) | (shift ? 8 : 0);
 }
 
-// Whether it only types a character. Such keys are sent in one go; every other key may change where
-// the next one goes.
+// Whether it only types a character. Such keys are sent in one go; any other key may change what
+// receives the next one.
 bool IsPlain(const KeyStroke& stroke) {
     return stroke.name.empty() && !stroke.ctrl && !stroke.alt && stroke.text != " ";
 }
@@ -42,7 +42,7 @@ bool Reloads(const KeyStroke& stroke) {
            Is(stroke, "r", true, false);
 }
 
-// 1 and -1: how far the key goes through the tab's history; 0 for other keys.
+// How far the key goes through the tab's history: 1, -1, or 0 for other keys.
 int HistorySteps(const KeyStroke& stroke) {
     return Is(stroke, "RIGHT", false, true) ? 1 : Is(stroke, "LEFT", false, true) ? -1 : 0;
 }
@@ -52,33 +52,33 @@ int HistorySteps(const KeyStroke& stroke) {
 void ChromiumInput::SetCursorPos(ScreenPoint point) {
     cursor_ = point;
     moved_ = true;
-    if (pressed_) TellMove();
+    if (pressed_) SendMove();
 }
 
-void ChromiumInput::TellMove() {
+void ChromiumInput::SendMove() {
     const auto tab = tab_();
-    if (!tab || tab->dialog()) return;
-    tab->Post(kMouse, MouseEvent(*tab, "mouseMoved"));
+    if (!tab || tab->dialogs().IsOpen()) return;
+    tab->agents().Post(kMouse, MouseEvent(*tab, "mouseMoved"));
     moved_ = false;
     pressed_ = false;
 }
 
 void ChromiumInput::LeftButton(bool down) {
-    if (down && moved_) TellMove();
+    if (down && moved_) SendMove();
     const auto tab = tab_();
-    if (!tab || tab->dialog()) return;
+    if (!tab || tab->dialogs().IsOpen()) return;
     pressed_ = true;
     json event = MouseEvent(*tab, down ? "mousePressed" : "mouseReleased");
     event["button"] = "left";
     event["buttons"] = down ? 1 : 0;
     event["clickCount"] = 1;
     tab->NextMoment();
-    if (down) return tab->Post(kMouse, event);
+    if (down) return tab->agents().Post(kMouse, event);
     tab->Enter({{kMouse, event}});
 }
 
 json ChromiumInput::MouseEvent(const Tab& tab, const char* type) const {
-    const Viewport viewport = tab.viewport();
+    const Viewport& viewport = tab.viewport();
     return {{"type", type},
             {"x", cursor_.x / viewport.scale - viewport.left},
             {"y", cursor_.y / viewport.scale - viewport.top}};
@@ -88,15 +88,15 @@ bool ChromiumInput::SendKeys(const std::vector<KeyStroke>& keys) {
     for (std::size_t i = 0; i < keys.size();) {
         const auto tab = tab_();
         if (!tab || !tab->Alive()) return false;
-        if (PageDialog* dialog = tab->dialog()) {
-            if (dialog->TakeKey(keys[i++])) tab->AnswerDialog();
+        if (tab->dialogs().IsOpen()) {
+            tab->EnterInDialog(keys[i++]);
             continue;
         }
         if (Closes(keys[i]) || Reloads(keys[i]) || HistorySteps(keys[i]) != 0) {
             if (!SendBrowserKey(*tab, keys[i++])) return false;
             continue;
         }
-        Calls calls;
+        std::vector<DevToolsCall> calls;
         const std::size_t end = std::min(keys.size(), i + kLongestRun);
         const bool plain = IsPlain(keys[i]);
         do AddStroke(keys[i++], calls);
@@ -106,10 +106,10 @@ bool ChromiumInput::SendKeys(const std::vector<KeyStroke>& keys) {
     return true;
 }
 
-void ChromiumInput::AddStroke(const KeyStroke& stroke, Calls& calls) {
+void ChromiumInput::AddStroke(const KeyStroke& stroke, std::vector<DevToolsCall>& calls) {
     const PageKey key = FindPageKey(stroke);
     if (key.code_number == 0) {
-        // No key types it (Japanese, for one); it comes as from an input method.
+        // No key types it (for example Japanese); it is sent as an input method would.
         if (stroke.text.empty()) return;
         if (!calls.empty() && calls.back().first == "Input.insertText") {
             json& text = calls.back().second["text"];
@@ -141,25 +141,25 @@ bool ChromiumInput::SendBrowserKey(Tab& tab, const KeyStroke& stroke) {
         return true;
     }
     const auto in_all_frames = [&](const char* expression) {
-        std::vector<std::pair<std::string, std::string>> questions;
+        std::vector<PageAgents::Question> questions;
         for (const FrameInfo& frame : tab.frames().All()) {
             questions.emplace_back(frame.agent, expression);
         }
-        return tab.RunAll(questions);
+        return tab.agents().RunAll(questions);
     };
     in_all_frames("tamrin.watchKeys()");
-    Calls calls;
+    std::vector<DevToolsCall> calls;
     AddStroke(stroke, calls);
     if (!tab.Enter(calls)) return false;
     const auto answers = in_all_frames("tamrin.keyTaken()");
     const bool taken = std::any_of(answers.begin(), answers.end(), [](const AgentAnswer& answer) {
         return !answer.fields.Text(0).empty();
     });
-    if (taken || tab.dialog()) return true;
+    if (taken || tab.dialogs().IsOpen()) return true;
     if (Reloads(stroke)) {
-        tab.Reload();
+        tab.loads().Reload();
     } else {
-        tab.GoThroughHistory(HistorySteps(stroke));
+        tab.loads().GoThroughHistory(HistorySteps(stroke));
     }
     return true;
 }

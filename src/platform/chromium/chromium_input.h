@@ -3,8 +3,6 @@
 #include <functional>
 #include <memory>
 #include <nlohmann/json_fwd.hpp>
-#include <string>
-#include <utility>
 #include <vector>
 
 #include "platform/chromium/tab.h"
@@ -12,10 +10,9 @@
 
 namespace tamrin {
 
-// The mouse and the keyboard of one tab, over the DevTools protocol: the person at the computer
-// keeps his own. The pointer is this object's, and nobody sees it: a move makes the page draw a
-// frame, so a page is told of it only when a button is pressed there, and when it leaves after
-// that.
+// The mouse and the keyboard of one tab, over the DevTools protocol; the user's own stay free. The
+// pointer is invisible. A move makes the page draw a frame, so a move is sent only before a button
+// is pressed, and when the pointer leaves after that.
 class ChromiumInput : public Input {
 public:
     // `tab` answers the tab to which input goes, null when there is none.
@@ -32,17 +29,14 @@ public:
     bool SendKeys(const std::vector<KeyStroke>& keys) override;
 
 private:
-    using Calls = std::vector<std::pair<std::string, nlohmann::json>>;
-
+    void SendMove();
     nlohmann::json MouseEvent(const Tab& tab, const char* type) const;
-    static void AddStroke(const KeyStroke& stroke, Calls& calls);
+    static void AddStroke(const KeyStroke& stroke, std::vector<DevToolsCall>& calls);
     static bool SendBrowserKey(Tab& tab, const KeyStroke& stroke);
 
     std::function<std::shared_ptr<Tab>()> tab_;
-    void TellMove();
-
     ScreenPoint cursor_;
-    bool moved_ = false;    // the page does not know yet
+    bool moved_ = false;    // since the last move that was sent
     bool pressed_ = false;  // a button was pressed where the page last saw the pointer
 };
 

@@ -2,20 +2,17 @@
 
 #include <algorithm>
 
-#include "platform/chromium/browser_command.h"
-#include "platform/chromium/profile_folders.h"
+#include "platform/chromium/browser_process.h"
 
 namespace tamrin {
 namespace {
 
 constexpr std::uint32_t kLookMs = 1000;
 
-// How long what did not answer is left alone, unless something else stands there. A file is left
-// behind by a browser that was ended and says nothing new; at an address one may be started.
+// How long to wait before a place that did not answer is tried again, unless it changes. The file
+// of a browser that has ended says nothing new; at an address a browser may be started.
 constexpr std::uint32_t kFileRestMs = 60000;
 constexpr std::uint32_t kAddressRestMs = 5000;
-
-constexpr const char* kPortFile = "DevToolsActivePort";
 
 }  // namespace
 
@@ -124,7 +121,14 @@ std::shared_ptr<UserBrowser> ChromiumWindows::OwnBrowser(bool& started, std::str
         if (own.browser) own.browser->DeliverEvents();
         if (own.browser && own.browser->Connected()) return own.browser;
         if (!own.browser || !own.browser->Alive()) {
-            if (!started && !StartOwn(why)) return nullptr;
+            const bool running =
+                started || BrowserProcess::Start(processes_, files_, clock_,
+                                                 {.executable = settings_.executable(),
+                                                  .limit_ms = settings_.start_limit_ms,
+                                                  .stop_requested = nullptr,
+                                                  .profile = settings_.profile_folder},
+                                                 why);
+            if (!running) return nullptr;
             started = true;
             own.text.clear();
             Look(own);
@@ -135,22 +139,6 @@ std::shared_ptr<UserBrowser> ChromiumWindows::OwnBrowser(bool& started, std::str
         }
         clock_.Sleep(10);
     }
-}
-
-bool ChromiumWindows::StartOwn(std::string& why) {
-    const std::string executable = FindBrowser(processes_, files_, settings_.executable(), why);
-    if (executable.empty()) return false;
-    if (!files_.MakeFolder(settings_.profile_folder)) {
-        why = "ブラウザ用のフォルダを作成できません。\r\n" + settings_.profile_folder;
-        return false;
-    }
-    // What an ended browser has left there would be taken for the new one's.
-    files_.Delete(sources_.front().port_file);
-    std::vector<std::string> arguments = BasicArguments(processes_, settings_.profile_folder);
-    arguments.emplace_back("about:blank");
-    if (processes_.Launch(executable, arguments)) return true;
-    why = "ブラウザを起動できません。\r\n" + executable;
-    return false;
 }
 
 void ChromiumWindows::DeliverEvents() {

@@ -10,7 +10,6 @@
 #include "platform/browser.h"
 #include "platform/chromium/endpoint.h"
 #include "platform/chromium/user_browser.h"
-#include "platform/chromium/version_request.h"
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "platform/process.h"
@@ -27,9 +26,9 @@ struct ChromiumWindowsSettings {
     int start_limit_ms = 30000;  // how long that browser may take to start
 };
 
-// The windows of Chromium, Chrome and Edge that have a port for debugging: those that wrote it into
-// the usual profile folder of their user, that of a given address, and the one that Open started.
-// Each is asked once for a connection, which is kept: some browsers ask their user every time.
+// The windows of Chromium, Chrome and Edge that can be recorded: of the browsers that wrote their
+// port into their user's default profile folder, of the one at a given address, and of the one that
+// Open started. Each browser is connected to once: some ask their user at every connection.
 class ChromiumWindows : public BrowserWindows {
 public:
     ChromiumWindows(Processes& processes, Files& files, Clock& clock,
@@ -46,7 +45,7 @@ public:
     // runs already, it opens a further window.
     std::shared_ptr<Browser> Open(const std::string& address, std::string& why) override;
 
-    // Handles what has arrived from the browsers and calls the subscribers. To be called by
+    // Handles the messages that have arrived and calls the subscribers. To be called by
     // Clock::DoEvents; never waits.
     void DeliverEvents();
 
@@ -69,7 +68,6 @@ private:
     void Connect(Source& source, const Endpoint& endpoint);
     bool IsConnected(const Endpoint& endpoint) const;
     std::shared_ptr<UserBrowser> OwnBrowser(bool& started, std::string& why);
-    bool StartOwn(std::string& why);
 
     Processes& processes_;
     Files& files_;

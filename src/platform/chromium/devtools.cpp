@@ -11,10 +11,11 @@ namespace {
 
 using nlohmann::json;
 
-// How long a waiting call goes without asking whether it is to stop.
+// How often a waiting call asks whether it is to stop.
 constexpr int kStopCheckMs = 50;
 
-// The browser writes messages in one way only: {"id":1,"result":... and {"method":"X","params":...
+// The browser writes its messages in a fixed form: {"id":1,"result":... and
+// {"method":"X","params":...
 constexpr std::string_view kReplyStart = R"({"id":)";
 constexpr std::string_view kEventStart = R"({"method":")";
 constexpr std::string_view kResult = R"(,"result":)";
@@ -24,8 +25,8 @@ bool IsHex4(std::string_view text) {
                                            [](unsigned char c) { return std::isxdigit(c) != 0; });
 }
 
-// A page's text may hold half of a surrogate pair, which arrives as an escape that is no character
-// of JSON. Overwrites each with U+FFFD.
+// A page's text may hold half of a surrogate pair, which arrives as an escape that JSON does not
+// allow. Replaces each with U+FFFD.
 void MendSurrogates(std::string& message) {
     for (std::size_t i = 0; i + 6 <= message.size(); ++i) {
         if (message[i] != '\\') continue;
@@ -62,6 +63,11 @@ json ParseMessage(std::string& message) {
 }
 
 }  // namespace
+
+std::string TextOf(const json& object, const char* name) {
+    const auto member = object.find(name);
+    return member != object.end() && member->is_string() ? member->get<std::string>() : "";
+}
 
 json DevToolsReply::Result() const {
     if (end != End::kAnswered) return nullptr;
@@ -193,6 +199,12 @@ void DevTools::CutShort(std::string_view session) {
         call.done = true;
         call.reply.end = DevToolsReply::End::kCutShort;
     }
+}
+
+void DevTools::Forget(std::string_view session) {
+    std::erase_if(pending_, [&](const auto& entry) {
+        return entry.second.on_reply && entry.second.session == session;
+    });
 }
 
 void DevTools::Poll() {

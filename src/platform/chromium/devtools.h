@@ -8,6 +8,7 @@
 #include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "platform/chromium/endpoint.h"
@@ -23,7 +24,8 @@ struct DevToolsReply {
         kAnswered,
         kRefused,    // the browser answered with an error
         kLeft,       // the page was replaced by another before it could answer
-        kCutShort,   // ended by CutShort: a dialog box of the page is open, or the page is gone
+        kCutShort,   // ended by CutShort: a dialog box of the page is open, or the
+                     // page is gone
         kStopped,    // the program was told to stop
         kLate,       // no answer within the limit
         kNoBrowser,  // the connection is closed
@@ -40,15 +42,35 @@ struct DevToolsReply {
     double Number(const char* pointer) const;
 };
 
-// The DevTools protocol with its sessions flattened into one connection; session "" is the browser.
-// Events are handed to the listener inside Poll and every call that waits; a listener may Post and
-// Ask, and must not wait.
+// The events of the protocol that a tracker reads, and its member function for each. A tracker
+// follows one concern of a tab (its frames, its loads, its dialog boxes, its user) from the
+// browser's events.
+template <class Tracker>
+using EventHandlers =
+    std::unordered_map<std::string_view,
+                       void (Tracker::*)(const std::string& session, const nlohmann::json& params)>;
+
+// Hands an event to the tracker if it reads it. The handlers throw json::exception where a browser
+// of another version writes the event otherwise.
+template <class Tracker>
+void HandleEvent(Tracker& tracker, const std::string& session, std::string_view method,
+                 const nlohmann::json& params) {
+    const auto handler = Tracker::Handlers().find(method);
+    if (handler != Tracker::Handlers().end()) (tracker.*handler->second)(session, params);
+}
+
+// A member of an event's parameters that is a text, "" when it is absent.
+std::string TextOf(const nlohmann::json& object, const char* name);
+
+// The DevTools protocol over one connection that all sessions share; session "" is the browser. The
+// listener receives events inside Poll and inside every call that waits; it may Post and Ask, and
+// must not wait.
 class DevTools {
 public:
     class Listener {
     public:
         virtual ~Listener() = default;
-        // Events of other methods are dropped unread: a page that talks much costs little.
+        // Events of other methods are dropped without parsing: a page that sends many costs little.
         virtual bool Wants(std::string_view method) const = 0;
         virtual void OnEvent(const std::string& session, std::string_view method,
                              const nlohmann::json& params) = 0;
@@ -56,7 +78,7 @@ public:
     };
 
     struct Patience {
-        int limit_ms = 30000;                  // for one call
+        int limit_ms = 30000;                  // timeout of one call
         std::function<bool()> stop_requested;  // null: never; asked while a call waits
     };
 
@@ -69,26 +91,26 @@ public:
     // Connects, within `limit_ms`. False when nothing answers there.
     bool Connect(const Endpoint& endpoint, int limit_ms);
 
-    // The same without waiting: Poll goes on with it until it IsOpen, or no longer IsOpening. A
-    // browser that asks its user first may take as long as he does.
+    // The same without waiting: Poll continues it until it IsOpen, or no longer IsOpening. A
+    // browser that asks its user first may take as long as the user does.
     void BeginToConnect(const Endpoint& endpoint);
     bool IsOpening() const;
 
-    // Forgets the listener and drops the connection; every call ends at once from now on.
+    // Drops the listener and the connection; every call ends at once from now on.
     void Close();
     bool IsOpen() const;
 
     // `listener` must outlive the connection.
     void SetListener(Listener& listener) { listener_ = &listener; }
 
-    // Sends a call whose answer nobody needs.
+    // Sends a call and ignores the answer.
     void Post(const std::string& session, std::string_view method, const nlohmann::json& params);
 
-    // Sends a call whose answer is handed to `on_reply` when it arrives, if ever.
+    // Sends a call and returns; `on_reply` is called with the answer when it arrives, if ever.
     void Ask(const std::string& session, std::string_view method, const nlohmann::json& params,
              std::function<void(const DevToolsReply&)> on_reply);
 
-    // Sends a call and waits for its end.
+    // Sends a call and waits until it ends.
     DevToolsReply Call(const std::string& session, std::string_view method,
                        const nlohmann::json& params);
 
@@ -99,10 +121,13 @@ public:
     // Ends the calls that wait for an answer of that session.
     void CutShort(std::string_view session);
 
-    // Handles what has arrived, without waiting.
+    // Drops the callbacks of that session: whoever asked is gone.
+    void Forget(std::string_view session);
+
+    // Handles the messages that have arrived, without waiting.
     void Poll();
 
-    // Handles what arrives until `done`; false when it is not within `limit_ms`.
+    // Handles messages until `done`; false when that takes longer than `limit_ms`.
     bool WaitUntil(const std::function<bool()>& done, int limit_ms);
 
     // How often the program has waited for the browser.

@@ -1,9 +1,12 @@
 #pragma once
 
 #include <functional>
+#include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "platform/chromium/devtools.h"
 
 namespace tamrin {
 
@@ -20,33 +23,32 @@ struct FrameInfo {
     std::string session;   // the DevTools session that answers for its page
     std::string parent{};  // "" for the top frame, and where it is not known
     std::string url{};     // "" where it is not known
-    std::string agent{};   // the unique id of the page agent's context; "" while there is none
+    std::string agent{};   // the unique id of the page agent's context; "" while
+                           // there is none
     int context = 0;       // the same context's id within its session
-    // Agents that a later one has taken the place of and that have not gone yet. A page that comes
-    // to a session of its own leaves one in the old session that may be told of behind its own:
-    // when that goes, its own is the frame's again.
+    // Agents that another one has replaced and that still exist. A page that moves to a session of
+    // its own leaves one in the old session, whose creation may be reported after that of its own;
+    // when the current agent goes, the last of these is the frame's again.
     std::vector<AgentContext> earlier{};
 };
 
-// The frames of a tab and the page agents in them, told from the browser's events. Pages of other
-// sites live in sessions of their own.
+// The sessions and frames of a tab, and the page agents in them. Pages of other sites live in
+// sessions of their own.
 class FrameTracker {
 public:
-    // `top` is the id of the top frame.
-    FrameTracker(std::string top, std::string session);
+    // `top` is the id of the top frame, `session` the tab's session, `world` the name of the
+    // isolated world in which the page agents run.
+    FrameTracker(std::string top, std::string session, std::string world);
 
-    void Attached(const std::string& session, const std::string& id, const std::string& parent);
-    // The frame is gone; when it is swapped it lives on in another session.
-    void Detached(const std::string& id, bool swapped);
-    // A new page came into the frame; the frames of the old page are gone.
-    void Navigated(const std::string& session, const std::string& id, const std::string& parent,
-                   const std::string& url);
-    void UrlChanged(const std::string& id, const std::string& url);
+    static const EventHandlers<FrameTracker>& Handlers();
 
-    void AgentCame(const std::string& session, const std::string& id, const std::string& agent,
-                   int context);
-    void AgentWent(const std::string& session, int context);
-    void AgentsWent(const std::string& session);
+    // The tab's sessions; the first is the top page's.
+    const std::vector<std::string>& sessions() const { return sessions_; }
+    bool HasSession(std::string_view session) const;
+    bool IsTopSession(std::string_view session) const { return session == sessions_.front(); }
+    // The session of the frame with that agent; the top page's where there is none.
+    const std::string& SessionOf(std::string_view agent) const;
+    const std::string& world() const { return world_; }
 
     const FrameInfo& Top() const { return frames_.front(); }
     bool IsTop(std::string_view id) const { return frames_.front().id == id; }
@@ -60,10 +62,26 @@ public:
     const std::vector<FrameInfo>& All() const { return frames_; }
 
 private:
-    FrameInfo& Of(const std::string& session, const std::string& id);
+    using Params = nlohmann::json;
+
+    void OnAttachedToTarget(const std::string& session, const Params& params);
+    void OnDetachedFromTarget(const std::string& session, const Params& params);
+    void OnTargetCrashed(const std::string& session, const Params& params);
+    void OnFrameAttached(const std::string& session, const Params& params);
+    void OnFrameDetached(const std::string& session, const Params& params);
+    void OnFrameNavigated(const std::string& session, const Params& params);
+    void OnNavigatedWithinDocument(const std::string& session, const Params& params);
+    void OnContextCreated(const std::string& session, const Params& params);
+    void OnContextDestroyed(const std::string& session, const Params& params);
+    void OnContextsCleared(const std::string& session, const Params& params);
+
+    FrameInfo* Find(const std::function<bool(const FrameInfo&)>& matches);
+    FrameInfo& FrameOf(const std::string& session, const std::string& id);
     void RemoveAgents(const std::function<bool(const std::string& session, int context)>& gone);
     void RemoveBelow(const std::string& id);
 
+    const std::string world_;
+    std::vector<std::string> sessions_;
     std::vector<FrameInfo> frames_;  // the top frame is the first
 };
 

@@ -7,7 +7,7 @@ namespace tamrin {
 namespace {
 
 struct NamedKey {
-    std::string_view name;  // as in the key string
+    std::string_view name;  // as KeyStroke::name has it
     int code_number;
     std::string_view key;
     std::string_view code;
@@ -17,13 +17,10 @@ struct NamedKey {
 constexpr NamedKey kNamedKeys[] = {
     {"ADD", 107, "+", "NumpadAdd", "+"},
     {"BACKSPACE", 8, "Backspace", "Backspace"},
-    {"BS", 8, "Backspace", "Backspace"},
-    {"BKSP", 8, "Backspace", "Backspace"},
     {"BREAK", 3, "Cancel", "Pause"},
     {"CAPSLOCK", 20, "CapsLock", "CapsLock"},
     {"CLEAR", 12, "Clear", "NumpadClear"},
     {"DELETE", 46, "Delete", "Delete"},
-    {"DEL", 46, "Delete", "Delete"},
     {"DIVIDE", 111, "/", "NumpadDivide", "/"},
     {"DOWN", 40, "ArrowDown", "ArrowDown"},
     {"END", 35, "End", "End"},
@@ -32,7 +29,6 @@ constexpr NamedKey kNamedKeys[] = {
     {"HELP", 47, "Help", "Help"},
     {"HOME", 36, "Home", "Home"},
     {"INSERT", 45, "Insert", "Insert"},
-    {"INS", 45, "Insert", "Insert"},
     {"LEFT", 37, "ArrowLeft", "ArrowLeft"},
     {"MULTIPLY", 106, "*", "NumpadMultiply", "*"},
     {"NUMLOCK", 144, "NumLock", "NumLock"},

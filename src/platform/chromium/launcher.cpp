@@ -1,8 +1,7 @@
 #include "platform/chromium/launcher.h"
 
 #include <nlohmann/json.hpp>
-
-#include "platform/chromium/base64.h"
+#include <string_view>
 
 namespace tamrin {
 namespace {
@@ -12,6 +11,28 @@ using nlohmann::json;
 constexpr const char* kNoAnswer =
     "ブラウザに接続できません。もう一度実行しても直らないときは、-browser "
     "で別のブラウザを指定して下さい。";
+
+// The bytes of a text in base64 (RFC 4648, padded); nothing when it is not base64 or empty.
+std::optional<std::string> DecodeBase64(std::string_view text) {
+    constexpr std::string_view kDigits =
+        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    while (text.ends_with('=')) text.remove_suffix(1);
+    if (text.empty()) return std::nullopt;
+    std::string bytes;
+    bytes.reserve(text.size() / 4 * 3 + 2);
+    std::uint32_t bits = 0;
+    int count = 0;
+    for (const char c : text) {
+        const auto digit = kDigits.find(c);
+        if (digit == std::string_view::npos) return std::nullopt;
+        bits = bits << 6 | static_cast<std::uint32_t>(digit);
+        count += 6;
+        if (count < 8) continue;
+        count -= 8;
+        bytes += static_cast<char>(bits >> count & 0xFF);
+    }
+    return bytes;
+}
 
 }  // namespace
 
@@ -31,7 +52,7 @@ ChromiumLauncher::ChromiumLauncher(Processes& processes, Files& files, Clock& cl
 std::shared_ptr<Browser> ChromiumLauncher::Create(std::string& why) {
     link_.devtools().Poll();
     if (!link_.devtools().IsOpen() && !StartBrowser(why)) return nullptr;
-    const std::string target = first_taken_ ? NewTarget() : FirstTarget();
+    const std::string target = first_taken_ ? link_.NewTarget() : FirstTarget();
     first_taken_ = true;
     const std::shared_ptr<Tab> tab = target.empty() ? nullptr : Attach(target);
     if (!tab) {
@@ -48,9 +69,11 @@ std::shared_ptr<Browser> ChromiumLauncher::Create(std::string& why) {
 bool ChromiumLauncher::StartBrowser(std::string& why) {
     process_.reset();
     first_taken_ = false;
-    process_ = BrowserProcess::Start(
-        processes_, files_, clock_,
-        {settings_.executable(), settings_.start_limit_ms, settings_.stop_requested}, why);
+    process_ = BrowserProcess::Start(processes_, files_, clock_,
+                                     {.executable = settings_.executable(),
+                                      .limit_ms = settings_.start_limit_ms,
+                                      .stop_requested = settings_.stop_requested},
+                                     why);
     if (!process_) return false;
     if (!link_.devtools().Connect(process_->endpoint(), settings_.start_limit_ms)) {
         process_.reset();
@@ -68,13 +91,7 @@ std::string ChromiumLauncher::FirstTarget() {
     for (const json& target : targets.value("targetInfos", json::array())) {
         if (target.value("type", "") == "page") return target.value("targetId", "");
     }
-    return NewTarget();
-}
-
-std::string ChromiumLauncher::NewTarget() {
-    return link_.devtools()
-        .Call("", "Target.createTarget", {{"url", "about:blank"}, {"newWindow", true}})
-        .Text("/targetId");
+    return link_.NewTarget();
 }
 
 std::shared_ptr<Tab> ChromiumLauncher::Attach(const std::string& target) {
@@ -91,7 +108,7 @@ void ChromiumLauncher::BringToFront(const std::shared_ptr<Tab>& tab) {
     if (in_front_ && front_.lock() == tab) return;
     front_ = tab;
     in_front_ = true;
-    tab->BringToFront();
+    tab->agents().Post("Page.bringToFront", json::object());
 }
 
 void ChromiumLauncher::DeliverEvents() { link_.DeliverEvents(); }
@@ -99,7 +116,8 @@ void ChromiumLauncher::DeliverEvents() { link_.DeliverEvents(); }
 std::optional<std::string> ChromiumLauncher::Picture() {
     const auto tab = front_.lock();
     if (!tab) return std::nullopt;
-    return DecodeBase64(tab->Call("Page.captureScreenshot", {{"format", "png"}}).Text("/data"));
+    return DecodeBase64(
+        tab->agents().Call("Page.captureScreenshot", {{"format", "png"}}).Text("/data"));
 }
 
 std::uint64_t ChromiumLauncher::RoundTrips() const { return link_.devtools().RoundTrips(); }

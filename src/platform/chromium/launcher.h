@@ -27,8 +27,9 @@ struct ChromiumSettings {
     int answer_limit_ms = 30000;  // how long a page may take to answer before it counts as hung
 };
 
-// Windows of Chromium, Chrome or Edge. The browser is started for the first window, with a profile
-// of its own; all windows share it. Dropping the launcher ends it.
+// The windows in which scenarios are played, of Chromium, Chrome or Edge. The browser is started
+// for the first window, with a temporary profile; all windows share it. Dropping the launcher ends
+// it.
 class ChromiumLauncher : public BrowserLauncher {
 public:
     ChromiumLauncher(Processes& processes, Files& files, Clock& clock, ChromiumSettings settings);
@@ -39,7 +40,7 @@ public:
     std::shared_ptr<Browser> Create(std::string& why) override;
     Input& input() override { return input_; }
 
-    // Handles what has arrived from the browser and calls the subscribers. To be called by
+    // Handles the messages that have arrived and calls the subscribers. To be called by
     // Clock::DoEvents; never waits.
     void DeliverEvents();
 
@@ -52,7 +53,6 @@ public:
 private:
     bool StartBrowser(std::string& why);
     std::string FirstTarget();
-    std::string NewTarget();
     std::shared_ptr<Tab> Attach(const std::string& target);
     void BringToFront(const std::shared_ptr<Tab>& tab);
 

@@ -7,10 +7,17 @@ namespace tamrin {
 namespace {
 
 // How long a notice waits at most. Sessions lag behind each other by some 10 ms, on a busy computer
-// by more; a page that leaves tells its last moment within a round trip, unless it hangs.
+// by more; a page that is left sends its last snapshot within a round trip, unless it hangs.
 constexpr std::uint32_t kWaitMs = 200;
 
 }  // namespace
+
+Notice NoticeQueue::Stamped(Notice notice) const {
+    if (notice.kind == Notice::Kind::kQuit) return notice;  // there is no page any more
+    notice.top_agent = frames_.Top().agent;
+    notice.top_url = frames_.Top().url;
+    return notice;
+}
 
 void NoticeQueue::Add(Notice notice) {
     if (notice.kind == Notice::Kind::kNavigated) {
@@ -18,14 +25,14 @@ void NoticeQueue::Add(Notice notice) {
         focus_session_.clear();
         in_frame_ = false;
     }
-    waiting_.push_back({.notice = std::move(notice)});
+    waiting_.push_back({.notice = Stamped(std::move(notice))});
 }
 
-void NoticeQueue::AddFocus(Notice notice, const std::string& session, bool onto_frame,
-                           std::uint32_t tick) {
-    Entry entry{.notice = std::move(notice), .session = session, .tick = tick};
+void NoticeQueue::AddFocus(Notice notice, const std::string& session, bool onto_frame) {
+    Entry entry{
+        .notice = Stamped(std::move(notice)), .session = session, .tick = clock_.TickCount()};
     for (Entry& other : waiting_) {
-        // What this session had left it would have told before.
+        // This session reports in order: what it had left, it would have reported before.
         if (other.awaited_leave == session) other.awaited_leave.clear();
     }
     const auto late = std::find_if(waiting_.begin(), waiting_.end(), [&](const Entry& other) {
@@ -54,43 +61,45 @@ void NoticeQueue::AddLeave(Notice notice, const std::string& session, bool stays
     } else if (focus_session_.empty() || focus_session_ == session) {
         focus_session_ = stays ? session : std::string();
     }
-    waiting_.insert(late, {.notice = std::move(notice)});
+    waiting_.insert(late, {.notice = Stamped(std::move(notice))});
 }
 
-void NoticeQueue::AddLastMoment(std::shared_ptr<const PageMoment> moment) {
+void NoticeQueue::AddLastSnapshot(std::shared_ptr<const PageSnapshot> snapshot) {
     for (Entry& entry : waiting_) {
-        if (!entry.awaits_moment) continue;
-        entry.awaits_moment = moment->agent != entry.notice.agent;
-        entry.notice.moments.push_back(std::move(moment));
+        if (!entry.awaits_snapshot) continue;
+        entry.awaits_snapshot = snapshot->agent != entry.notice.agent;
+        entry.notice.snapshots.push_back(std::move(snapshot));
         return;
     }
-    std::erase_if(last_moments_, [&](const auto& old) { return old->agent == moment->agent; });
-    last_moments_.push_back(std::move(moment));
+    std::erase_if(last_snapshots_, [&](const auto& old) { return old->agent == snapshot->agent; });
+    last_snapshots_.push_back(std::move(snapshot));
 }
 
-void NoticeQueue::AddNavigation(Notice notice, bool may_wait, std::uint32_t tick) {
+void NoticeQueue::AddNavigation(Notice notice, bool may_wait) {
     if (!notice.top) {
         const auto own =
-            std::find_if(last_moments_.begin(), last_moments_.end(),
-                         [&](const auto& moment) { return moment->agent == notice.agent; });
-        if (own == last_moments_.end() || !(*own)->HadFocus()) return;
-        notice.moments.push_back(std::move(*own));
-        last_moments_.erase(own);
+            std::find_if(last_snapshots_.begin(), last_snapshots_.end(),
+                         [&](const auto& snapshot) { return snapshot->agent == notice.agent; });
+        if (own == last_snapshots_.end() || !(*own)->HadFocus()) return;
+        notice.snapshots.push_back(std::move(*own));
+        last_snapshots_.erase(own);
         return Add(std::move(notice));
     }
-    notice.moments = std::exchange(last_moments_, {});
-    const bool waits = may_wait && notice.moments.empty();
-    waiting_.push_back({.notice = std::move(notice), .tick = tick, .awaits_moment = waits});
+    notice.snapshots = std::exchange(last_snapshots_, {});
+    const bool waits = may_wait && notice.snapshots.empty();
+    waiting_.push_back({.notice = Stamped(std::move(notice)),
+                        .tick = clock_.TickCount(),
+                        .awaits_snapshot = waits});
 }
 
 void NoticeQueue::EndNavigationWait() {
-    for (Entry& entry : waiting_) entry.awaits_moment = false;
+    for (Entry& entry : waiting_) entry.awaits_snapshot = false;
 }
 
-std::optional<Notice> NoticeQueue::Next(std::uint32_t tick) {
+std::optional<Notice> NoticeQueue::Next() {
     if (waiting_.empty()) return std::nullopt;
     Entry& first = waiting_.front();
-    if (first.Waits() && tick - first.tick < kWaitMs) return std::nullopt;
+    if (first.Waits() && clock_.TickCount() - first.tick < kWaitMs) return std::nullopt;
     Notice notice = std::move(first.notice);
     waiting_.pop_front();
     return notice;

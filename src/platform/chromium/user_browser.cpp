@@ -11,7 +11,8 @@ using nlohmann::json;
 // How long a call may take; the user's pages are many, and some of them may hang.
 constexpr int kAnswerLimitMs = 10000;
 
-// How long a look waits for the pages. One that has not answered then has not the focus.
+// How long a look waits for the pages. A page that has not answered by then counts as without
+// focus.
 constexpr int kLookLimitMs = 200;
 
 // How often hidden pages are asked while none of the shown has the focus.
@@ -54,13 +55,12 @@ void UserBrowser::OnPage(const json& info) {
         info.value("type", "") == "page" && !info.value("url", "").starts_with("devtools://");
     if (!is_page || Find(target)) return;
     pages_.push_back({target});
-    link_.devtools().Ask("", "Target.attachToTarget", {{"targetId", target}, {"flatten", true}},
-                         [this, target](const DevToolsReply& reply) {
-                             Page* page = Find(target);
-                             if (!page) return;
-                             page->session = reply.Text("/sessionId");
-                             Ask(*page);
-                         });
+    link_.Attach(target, [this, target](const std::string& session) {
+        Page* page = Find(target);
+        if (!page) return;
+        page->session = session;
+        Ask(*page);
+    });
 }
 
 UserBrowser::Page* UserBrowser::Find(std::string_view target) {
@@ -96,7 +96,7 @@ void UserBrowser::Show(Page& page) {
     page.tab = link_.MakeTab(page.target, page.session, Tab::Owner::kUser);
     page.tab->BeginToOpen();
     page.browser = link_.MakeBrowser(page.tab, [weak = std::weak_ptr<Tab>(page.tab)] {
-        if (const auto tab = weak.lock()) tab->BringToFront();
+        if (const auto tab = weak.lock()) tab->agents().Post("Page.bringToFront", json::object());
     });
 }
 
@@ -145,7 +145,7 @@ std::shared_ptr<Browser> UserBrowser::EndLook() {
     if (!Focused() && (changed_ || now - all_asked_at_ >= kHiddenLookMs)) {
         changed_ = false;
         all_asked_at_ = now;
-        // What they answer is known at the next look.
+        // Their answers are there at the next look.
         for (Page& page : pages_) Ask(page);
     }
     Page* page = Focused();
@@ -167,10 +167,7 @@ std::shared_ptr<Browser> UserBrowser::WindowOf(const std::function<Page*()>& fin
 }
 
 std::shared_ptr<Browser> UserBrowser::Open(int limit_ms) {
-    const std::string target =
-        link_.devtools()
-            .Call("", "Target.createTarget", {{"url", "about:blank"}, {"newWindow", true}})
-            .Text("/targetId");
+    const std::string target = link_.NewTarget();
     return WindowOf([&] { return Find(target); }, limit_ms);
 }
 

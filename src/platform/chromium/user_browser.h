@@ -13,29 +13,30 @@
 
 namespace tamrin {
 
-// A browser that the user works in. Its tabs are known from its events; whether one is shown and
-// has the focus only the page itself can tell. Tabs in the background are left in peace: they have
-// a session, and nothing in it.
+// A browser in which the user works. Its tabs are known from its events; whether a tab is shown and
+// has the focus only its page knows. In tabs in the background nothing runs: they are attached to,
+// but not set up.
 class UserBrowser {
 public:
     // Begins to connect; nothing waits.
     UserBrowser(const Clock& clock, const Files& files, const Endpoint& endpoint);
 
     const Endpoint& endpoint() const { return endpoint_; }
-    // Whether it is connected, or may still be: it may ask its user first.
     bool Connected() const { return link_.devtools().IsOpen(); }
+    // Whether it is connected or may still be: it may ask its user first.
     bool Alive() const { return Connected() || link_.devtools().IsOpening(); }
 
     std::uint64_t RoundTrips() const { return link_.devtools().RoundTrips(); }
 
-    // Handles what has arrived and calls the subscribers; never waits.
+    // Handles the messages that have arrived and calls the subscribers; never waits.
     void DeliverEvents();
 
     // The windows that show a page, the one that had the focus last first.
     std::vector<std::shared_ptr<Browser>> Visible();
 
-    // Asks the shown tabs, and from time to time all others, whether they have the focus. Begun for
-    // all browsers before it is ended for the first, it is one round trip.
+    // Asks the shown tabs, and from time to time all others, whether they have the focus, and
+    // answers the window that has it. Where all browsers begin before the first ends, it is one
+    // round trip.
     void BeginToLook();
     std::shared_ptr<Browser> EndLook();
 

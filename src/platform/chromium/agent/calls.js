@@ -1,4 +1,4 @@
-// What the program calls. Each answers a packed list of texts.
+// The functions that the program calls. Each returns a packed list of fields.
 const tamrin = {
     all: (tag) => {
         forget();
@@ -13,25 +13,26 @@ const tamrin = {
             const hit = formElements(form).namedItem(name);
             if (hit) groups[2].push(hit instanceof Element ? hit : hit[0]);
         }
-        const packer = new Packer();
-        for (const group of groups) packer.add(String(group.length));
-        addViewport(packer);
+        const fields = [];
+        fields[kByName] = String(groups[0].length);
+        fields[kById] = String(groups[1].length);
+        fields[kInForms] = String(groups[2].length);
+        setViewport(fields, kNamedViewport);
         for (const group of groups) {
             for (const e of group) {
-                const tag = capitalTag(e);
-                addKeys(packer, e);
-                packer.add(checkedOf(e, tag));
-                packer.add(selectedOf(e, tag));
-                packer.add(lengthOf(e, tag));
-                addPlace(packer, e);
+                const row = addRow(fields, e);
+                setState(fields, row, e);
+                setPlace(fields, row + kRowPlace, e);
             }
         }
-        return packer.toString();
+        return packed(fields);
     },
 
     links: () => {
         forget();
-        return packElements(links(document), (packer, e) => packer.add(innerTextOf(e)));
+        return packElements(links(document), (fields, row, e) => {
+            fields[row + kInnerText] = innerTextOf(e);
+        });
     },
 
     active: () => {
@@ -45,44 +46,35 @@ const tamrin = {
         for (const e of select(document, 'iframe, frame, object, embed')) {
             if (e.contentWindow) holders.set(e.contentWindow, e);
         }
-        const elements = [];
+        const indexes = new Map();
         for (let i = 0; i < window.length; ++i) {
             const e = holders.get(window[i]);
-            if (e) elements.push([i, e]);
+            if (e) indexes.set(e, i);
         }
-        const packer = new Packer();
-        packer.add(String(elements.length));
-        for (const [index, e] of elements) {
-            addKeys(packer, e);
-            packer.add(String(index));
-        }
-        return packer.toString();
+        return packElements(Array.from(indexes.keys()), (fields, row, e) => {
+            fields[row + kFrameIndex] = String(indexes.get(e));
+        });
     },
 
     position: () => pack(position()),
 
-    // The place of this page and the innermost element under the pointer, with the index of its
-    // page among the frames when it holds one.
+    // The position of this page and the innermost element under the pointer; when that holds a
+    // frame, also the frame's index.
     hovered: () => {
         const e = hovered();
-        const packer = new Packer();
-        packer.add(position());
-        packer.add(e ? '1' : '0');
+        const fields = [];
+        fields[kPosition] = position();
+        fields[kHoveredCount] = e ? '1' : '0';
         if (e) {
-            addKeys(packer, e);
-            packer.add(kHolding.has(capitalTag(e)) && e.contentWindow
-                ? String(frameIndex(e.contentWindow)) : '');
+            const row = addRow(fields, e);
+            const holds = kHolding.has(capitalTag(e)) && e.contentWindow;
+            fields[row + kFrameIndex] = holds ? String(frameIndex(e.contentWindow)) : '';
         }
-        return packer.toString();
+        return packed(fields);
     },
 
     hasFocus: () => truth(focused(document)),
     url: () => pack(document.URL),
-    viewport: () => {
-        const packer = new Packer();
-        addViewport(packer);
-        return packer.toString();
-    },
     forget: () => {
         forget();
         return truth(true);
@@ -105,7 +97,7 @@ const tamrin = {
         return truth(true);
     },
 
-    // Of one element. Each answers an empty list when it is gone.
+    // Functions of one element, called by `of`.
     get: (e, name) => pack(property(e, name)),
     attribute: (e, name) => {
         const tag = capitalTag(e);
@@ -120,19 +112,22 @@ const tamrin = {
         (e instanceof HTMLSelectElement ? pack('', ...Array.from(e.options, (o) => o.text))
                                         : pack('')),
     place: packPlace,
-    // In the middle where it fits, clear of bars that lie over the edges of the page.
+    // To the middle where it fits, away from bars that cover the edges of the page.
     scroll: (e) => {
         const fits = boundingRect(e).height < window.innerHeight;
         scrollTo(e, {block: fits ? 'center' : 'start', inline: 'nearest', behavior: 'instant'});
         return packPlace(e);
     },
     content: (e) => {
-        const packer = new Packer();
-        addViewport(packer);
-        for (const edge of contentCorner(e)) packer.add(String(edge));
-        return packer.toString();
+        const fields = [];
+        setViewport(fields, 0);
+        const {x, y, zoom} = contentCorner(e);
+        fields[kFrameX] = String(x);
+        fields[kFrameY] = String(y);
+        fields[kFrameZoom] = String(zoom);
+        return packed(fields);
     },
-    // A file cannot be put by a script: "file" asks the program to do it.
+    // A script cannot set a file: "file" asks the program to do it.
     put: (e, name, value) => (isFileField(e) ? pack('file') : truth(put(e, name, value))),
     change: (e, name, value) => {
         if (isFileField(e)) return pack('file');
@@ -154,23 +149,23 @@ const tamrin = {
     },
 };
 
-// Calls a function of one element by the element's number.
+// Calls a function of one element by the element's number; '' when the element is gone.
 tamrin.of = (number, name, ...args) => {
     const e = elementOf(number);
     return e ? tamrin[name](e, ...args) : '';
 };
 
-// The element itself, for a file to be put into it; the browser tells the page of the change.
+// The element itself, for the program to set a file; the browser sends the change event.
 tamrin.fileInput = (number) => (told = elementOf(number));
 
-// The element itself, for the browser to draw round it where it is seen.
+// The element itself, scrolled into view, for the browser to highlight.
 tamrin.outlined = (number) => {
     const e = elementOf(number);
     if (e) tamrin.scroll(e);
     return e;
 };
 
-// Some keys the browser itself acts on, unless a handler of the page has prevented it.
+// The browser itself acts on some keys, unless a handler of the page prevents it.
 let key_event = null;
 const seeKey = (event) => {
     key_event = event;

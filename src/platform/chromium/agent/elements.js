@@ -1,4 +1,44 @@
-// Elements are known to the program by number. The table keeps no element alive.
+// The page agent runs in every page and frame, in an isolated world beside the page's scripts, where
+// the page cannot see it. It answers each of the program's questions in one round trip. The files of
+// this folder are the body of one function; the program uses the calls in calls.js. The positions of
+// an answer's fields (kId, kTagName, ...) come from fields.inc.
+
+if (Object.hasOwn(globalThis, 'tamrin')) return;
+
+// An element's name can hide a member of its form or document (<input name="id">,
+// <img name="forms">), so members are taken from the prototypes.
+const uncurry = (f) => Function.prototype.call.bind(f);
+const method = (type, name) => uncurry(type.prototype[name]);
+const getter = (type, name) =>
+    uncurry(Object.getOwnPropertyDescriptor(type.prototype, name).get);
+
+const tagName = getter(Element, 'tagName');
+const attribute = method(Element, 'getAttribute');
+const hasAttributes = method(Element, 'hasAttributes');
+const clientRects = method(Element, 'getClientRects');
+const boundingRect = method(Element, 'getBoundingClientRect');
+const scrollTo = method(Element, 'scrollIntoView');
+const isConnected = getter(Node, 'isConnected');
+const parentNode = getter(Node, 'parentNode');
+const parentElement = getter(Node, 'parentElement');
+const textContent = getter(Node, 'textContent');
+const innerText = getter(HTMLElement, 'innerText');
+const outerHTML = getter(Element, 'outerHTML');
+const nativeClick = method(HTMLElement, 'click');
+const dispatch = method(EventTarget, 'dispatchEvent');
+const listen = method(EventTarget, 'addEventListener');
+const unlisten = method(EventTarget, 'removeEventListener');
+const byName = method(Document, 'getElementsByName');
+const byId = method(Document, 'getElementById');
+const byTag = method(Document, 'getElementsByTagName');
+const select = method(Document, 'querySelectorAll');
+const forms = getter(Document, 'forms');
+const links = getter(Document, 'links');
+const active = getter(Document, 'activeElement');
+const focused = method(Document, 'hasFocus');
+const formElements = getter(HTMLFormElement, 'elements');
+
+// The program knows elements by number. The table keeps no element alive.
 const numbers = new WeakMap();
 const table = [];
 
@@ -18,34 +58,18 @@ const elementOf = (number) => {
     return element && isConnected(element) ? element : null;
 };
 
-// Collects texts for one answer: their lengths (-1 for null), a semicolon, the texts end to end.
-class Packer {
-    lengths = [];
-    texts = [];
-
-    add(text) {
-        if (text === null) {
-            this.lengths.push(-1);
-        } else {
-            this.lengths.push(text.length);
-            if (text.length) this.texts.push(text);
-        }
-    }
-
-    toString() {
-        return this.lengths.join() + ';' + this.texts.join('');
-    }
-}
-
-const pack = (...texts) => {
-    const packer = new Packer();
-    for (const text of texts) packer.add(text);
-    return packer.toString();
+// An answer is an array of fields, texts and nulls. On the wire: their lengths (-1 for null), a
+// semicolon, the texts end to end.
+const packed = (fields) => {
+    const lengths = fields.map((text) => (text === null ? -1 : text.length));
+    return lengths.join() + ';' + fields.join('');
 };
+
+const pack = (...fields) => packed(fields);
 
 const truth = (value) => pack(value ? '1' : '');
 
-// The answers of the automation model.
+// What the automation model answers.
 
 const kValued = new Set(['INPUT', 'TEXTAREA', 'SELECT', 'BUTTON', 'OPTION', 'DATA', 'PARAM']);
 const kTyped = new Set(['INPUT', 'BUTTON', 'SELECT', 'TEXTAREA']);
@@ -103,29 +127,39 @@ const property = (e, name) => {
     }
 };
 
-// The keys of an element, in the order of the program's ElementKey.
-const addKeys = (packer, e) => {
+// Adds a row with the keys of an element, and answers where it begins.
+const addRow = (fields, e) => {
     const tag = capitalTag(e);
     const any = hasAttributes(e);
-    packer.add(String(numberOf(e)));
-    packer.add((any && attribute(e, 'id')) || '');
-    packer.add((any && attribute(e, 'name')) || '');
-    packer.add(tag);
-    packer.add(valueOf(e, tag));
-    packer.add(any ? hrefOf(e, tag) : null);
-    packer.add(any || kTyped.has(tag) ? typeOf(e, tag) : null);
-    packer.add(any ? attribute(e, 'alt') : null);
-    packer.add(any ? attribute(e, 'onclick') : null);
+    const row = fields.length;
+    fields[row + kNumber] = String(numberOf(e));
+    fields[row + kId] = (any && attribute(e, 'id')) || '';
+    fields[row + kName] = (any && attribute(e, 'name')) || '';
+    fields[row + kTagName] = tag;
+    fields[row + kValue] = valueOf(e, tag);
+    fields[row + kHref] = any ? hrefOf(e, tag) : null;
+    fields[row + kType] = any || kTyped.has(tag) ? typeOf(e, tag) : null;
+    fields[row + kAlt] = any ? attribute(e, 'alt') : null;
+    fields[row + kOnclick] = any ? attribute(e, 'onclick') : null;
+    return row;
 };
 
+const setState = (fields, row, e) => {
+    const tag = capitalTag(e);
+    fields[row + kChecked] = checkedOf(e, tag);
+    fields[row + kSelectedIndex] = selectedOf(e, tag);
+    fields[row + kLength] = lengthOf(e, tag);
+};
+
+// Packs rows of elements; `add_more` sets what a row has besides the keys.
 const packElements = (elements, add_more) => {
-    const packer = new Packer();
-    packer.add(String(elements.length));
+    const fields = [];
+    fields[kCount] = String(elements.length);
     for (const e of elements) {
-        addKeys(packer, e);
-        add_more?.(packer, e);
+        const row = addRow(fields, e);
+        add_more?.(fields, row, e);
     }
-    return packer.toString();
+    return packed(fields);
 };
 
 const packElement = (e) => packElements(e ? [e] : []);

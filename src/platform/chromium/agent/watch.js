@@ -1,6 +1,6 @@
-// Tells the program what the user does, while it has bound `tamrinTell` in this world; the page
-// sees neither. Each message brings the moment: the active element, its parent, its form and the
-// form's default button.
+// Reports what the user does, while the program has bound `tamrinTell` in this world; the page sees
+// neither. Each message is a snapshot: the active element, its parent, its form and the form's
+// default button.
 
 const kFrames = new Set(['IFRAME', 'FRAME']);
 const isFrame = (e) => e !== null && kFrames.has(capitalTag(e));
@@ -8,8 +8,7 @@ const kSubmitting = new Set(['submit', 'image']);
 const formOf = (e) =>
     (!(e instanceof HTMLFormElement) && e.form instanceof HTMLFormElement ? e.form : null);
 
-// The first submit button of the form of an element. The form's own list of its elements leaves
-// images out.
+// The first submit button of an element's form. form.elements leaves image buttons out.
 const defaultButtonOf = (e) => {
     const form = formOf(e);
     if (!form) return null;
@@ -20,45 +19,41 @@ const defaultButtonOf = (e) => {
 };
 
 // The text of links and buttons; that of other elements may be the whole page.
-const momentText = (e, tag) => {
+const eventText = (e, tag) => {
     const parent = parentElement(e);
     const link = tag === 'BUTTON' || attribute(e, 'href') !== null ||
         (parent !== null && attribute(parent, 'href') !== null);
     return link ? innerTextOf(e) : null;
 };
 
-const kMomentFields = 15;
-const addMoment = (packer, e) => {
+const addSnapshot = (fields, e) => {
     if (e === null) {
-        for (let i = 0; i < kMomentFields; ++i) packer.add(null);
+        for (let i = 0; i < kEventRow; ++i) fields.push(null);
         return;
     }
-    const tag = capitalTag(e);
-    addKeys(packer, e);
-    packer.add(checkedOf(e, tag));
-    packer.add(selectedOf(e, tag));
-    packer.add(lengthOf(e, tag));
-    packer.add(attribute(e, 'src'));
-    packer.add(property(e, 'src'));
-    packer.add(momentText(e, tag));
+    const row = addRow(fields, e);
+    setState(fields, row, e);
+    fields[row + kSourceAttribute] = attribute(e, 'src');
+    fields[row + kSource] = property(e, 'src');
+    fields[row + kEventText] = eventText(e, capitalTag(e));
 };
 
-const tell = (kind, e = active(document), key = 0) => {
+const tell = (event, e = active(document), detail = 0) => {
     if (!globalThis.tamrinTell) return;
-    const packer = new Packer();
-    packer.add(kind);
-    packer.add(String(key));
-    packer.add(document.URL);
-    packer.add(focused(document) ? '1' : '');
-    addMoment(packer, e);
-    addMoment(packer, e && parentElement(e));
-    addMoment(packer, e && formOf(e));
-    addMoment(packer, e && defaultButtonOf(e));
-    globalThis.tamrinTell(packer.toString());
+    const fields = [];
+    fields[kEvent] = event;
+    fields[kDetail] = String(detail);
+    fields[kAddress] = document.URL;
+    fields[kHadFocus] = focused(document) ? '1' : '';
+    addSnapshot(fields, e);
+    addSnapshot(fields, e && parentElement(e));
+    addSnapshot(fields, e && formOf(e));
+    addSnapshot(fields, e && defaultButtonOf(e));
+    globalThis.tamrinTell(packed(fields));
 };
 
-// The element whose focus was told last. A window that gets the focus back focuses its element
-// once more; for the user it has never left.
+// The element whose focus was reported last. A window that gets the focus back focuses its element
+// again; for the user the element never lost it.
 let focus_told = null;
 
 const tellFocus = () => {
@@ -68,14 +63,14 @@ const tellFocus = () => {
     tell('focusin');
 };
 
-// A page is not told that the focus goes into one of its frames, but that its window has lost it,
-// and nothing at all when it goes from one frame to another: then the frame says so.
+// When the focus goes into a frame, the page gets no focusin, only a blur of its window. When it goes
+// from one frame to another, the page gets nothing at all; then the frame calls this.
 const tellFrameFocus = () => {
     if (isFrame(active(document))) tellFocus();
 };
 
-// A frame of another site says so by its number; here it becomes the active element a little later,
-// and what was active is left before.
+// A frame of another site reports itself by its index. It becomes the active element here a little
+// later, after the leave event of the element before.
 const kFrameTries = 20;
 const kFrameTryMs = 5;
 const enterFrame = (index, tries = kFrameTries) => {
@@ -88,7 +83,7 @@ const enterFrame = (index, tries = kFrameTries) => {
 };
 
 const leaveTo = (event) => {
-    // Where another window takes the focus the element stays the active one.
+    // When another window takes the focus, the element stays the active one.
     if (active(document) === event.target) return;
     focus_told = null;
     const left = event.target instanceof Element ? event.target : null;
@@ -102,12 +97,12 @@ const windowFocus = (event) => {
     try {
         window.parent.tamrin?.frameFocus();
     } catch {
-        // A page of another site, which only the program can reach.
+        // The parent is a page of another site, which only the program can reach.
         tell('entered', active(document), frameIndex());
     }
 };
 
-// Enter in a field has the browser click the form's button. The user's act is the key.
+// Enter in a field makes the browser click the form's button. What the user did is press the key.
 const isEnter = (event) => event.detail === 0 && event.target !== active(document) &&
     kSubmitting.has(event.target.type);
 
@@ -125,12 +120,12 @@ const onWatched = (event) => {
     if (globalThis.tamrinTell && event.isTrusted) kWatched[event.type](event);
 };
 
-// Before the page's own scripts, one of which might keep an event from those behind it.
+// Runs before the page's own scripts, which might stop an event on its way to later listeners.
 const attend = () => {
     for (const type of Object.keys(kWatched)) listen(window, type, onWatched, true);
 };
 
-// Also after the page has rewritten itself, which takes the listeners away.
+// Needed again after document.open(), which removes the listeners.
 const watch = () => {
     attend();
     const e = active(document);
