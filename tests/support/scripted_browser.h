@@ -117,13 +117,9 @@ public:
     std::shared_ptr<Browser> opens;  // the window that Open answers
     std::string refusal;             // why none can be opened
     std::vector<std::string> opened;
-    int focus_questions = 0;
 
     std::vector<std::shared_ptr<Browser>> Visible() override { return visible; }
-    std::shared_ptr<Browser> Focused() override {
-        ++focus_questions;
-        return focused;
-    }
+    std::shared_ptr<Browser> Focused() override { return focused; }
     std::shared_ptr<Browser> Open(const std::string& address, std::string& why) override {
         opened.push_back(address);
         why = refusal;

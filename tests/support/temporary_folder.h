@@ -22,10 +22,10 @@ public:
                         .string();
         } while (!std::filesystem::create_directory(path_));
     }
-    // What the last processes of a browser write at this moment stays behind.
+    // Several attempts, because the last processes of a browser may still write into it.
     ~TemporaryFolder() {
         std::error_code failure;
-        std::filesystem::remove_all(path_, failure);
+        for (int i = 0; i < 20; ++i) std::filesystem::remove_all(path_, failure);
     }
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
