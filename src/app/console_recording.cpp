@@ -39,6 +39,8 @@ ExitCode RecordToFile(frmIeAuto& window, const Platform& platform, const std::st
     });
     RecordCommands& recording = window.recording();
     recording.Start(browser, RecordKind::kNew, path + ".recovery");
+    // After this round trip the pages report what their user does.
+    browser->AllDelivered();
     output << "記録しています。ブラウザーの窓を閉じるか Ctrl+C を押すと、保存して終わります。\n"
            << std::flush;
     PassUntil(clock,

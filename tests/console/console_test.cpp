@@ -73,6 +73,9 @@ TEST_F(Console, TellsByItsExitCodeHowItEnded) {
     const std::string p = folder.At("p");
     const std::string no_url = folder.Write("no-url.csv", "wait\t,indt=10\r\n");
     const std::string gone = folder.At("none.csv");
+    const std::string dead = folder.Write(
+        "dead.csv",
+        "url\t,size_bar=0.0.800.600.1,indt=http://127.0.0.1:1/\r\nwait\t,indt=3000\r\n");
     const std::string scenario =
         Scenario("//\t,indt=memo\r\ninput\t,id=a,type=text,indt=x\r\ninput\t,id=zz,indt=v\r\n");
     const struct {
@@ -91,7 +94,7 @@ TEST_F(Console, TellsByItsExitCodeHowItEnded) {
          {"   行  動作              結果                 ミリ秒\n    1  url               完了",
           "\n    2  //                コメント", "\n    3  input             完了",
           "該当フィールド無し"}},
-        {{"-stream", "url\t,size_bar=0.0.800.600.1,indt=http://127.0.0.1:1/"}, 6, {}},
+        {{"-a", dead}, 6, {}},
         {{"-make_player", p}, 1, {"使い方"}},
         {{"-make_player", p, gone}, 2, {"のファイルを読み込めません。"}},
         {{"-make_player", p, no_url}, 8, {"url の行"}},
