@@ -67,12 +67,15 @@ void ConsoleReport::Record(const RecordReport& report) {
     line(std::to_string(report.row + 1), report.act, Word(report.outcome),
          std::to_string(report.milliseconds));
     output_.flush();
+}
+
+void RunResult::Add(const RecordReport& report) {
     record_failed_ |= report.outcome == RecordOutcome::kNotFound ||
                       report.outcome == RecordOutcome::kInvalid ||
                       report.outcome == RecordOutcome::kNotSent;
 }
 
-ExitCode ConsoleReport::Result(StartUp start, const frmIeAuto& window) const {
+ExitCode RunResult::Code(StartUp start, const frmIeAuto& window) const {
     if (start == StartUp::kParameterError) return kNothing;
     if (start == StartUp::kNoScenario) return kUnreadable;
     switch (window.last_run()) {

@@ -7,7 +7,7 @@
 
 namespace tamrin {
 
-// How the console program ends. 128 and above is the shell's own way to tell of a signal.
+// How the program ends. 128 and above are the shell's codes for a signal.
 enum ExitCode : int {
     kPlayed = 0,
     kNothing = 1,        // nothing to play, or a command line that cannot be read
@@ -21,19 +21,27 @@ enum ExitCode : int {
     kInterrupted = 130,  // stopped by Ctrl+C
 };
 
-// Prints what becomes of each record, a line each, and keeps what decides the exit code.
+// Works out the exit code from the records of a run and from its end.
+class RunResult {
+public:
+    void Add(const RecordReport& report);
+
+    ExitCode Code(StartUp start, const frmIeAuto& window) const;
+
+private:
+    bool record_failed_ = false;
+};
+
+// Prints the outcome of each record in a line.
 class ConsoleReport {
 public:
     explicit ConsoleReport(std::ostream& output) : output_(output) {}
 
     void Record(const RecordReport& report);
 
-    ExitCode Result(StartUp start, const frmIeAuto& window) const;
-
 private:
     std::ostream& output_;
     bool any_ = false;
-    bool record_failed_ = false;
 };
 
 }  // namespace tamrin

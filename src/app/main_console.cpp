@@ -100,7 +100,11 @@ int Run(std::vector<std::string> arguments) {
     const Platform platform{windows, clock, files, codec, processes, launcher, browsers};
     frmIeAuto window(globals, platform);
     ConsoleReport report(std::cout);
-    window.onRecordDone = [&](const RecordReport& record) { report.Record(record); };
+    RunResult result;
+    window.onRecordDone = [&](const RecordReport& record) {
+        report.Record(record);
+        result.Add(record);
+    };
     clock.AddSource([&] {
         if (PosixProcesses::Interrupted() && globals.ActivityContains("play"))
             window.cmdStop_Click();
@@ -129,7 +133,7 @@ int Run(std::vector<std::string> arguments) {
             break;
         case Task::kPlay:
             KeepPicture(command_line, launcher, files);
-            code = report.Result(start, window);
+            code = result.Code(start, window);
             break;
     }
     // Nobody was here to change a setting: Conf.txt stays as it is.

@@ -1,7 +1,6 @@
 // The Windows program: the main window on the screen.
 
 #include <functional>
-#include <ostream>
 #include <string>
 
 #include "app/browser_choice.h"
@@ -20,7 +19,6 @@
 #include "platform/windows/entry.h"
 #include "platform/windows/files.h"
 #include "platform/windows/input.h"
-#include "platform/windows/pending_press.h"
 #include "platform/windows/processes.h"
 #include "platform/windows/text_codec.h"
 #include "platform/windows/window_system.h"
@@ -32,13 +30,14 @@ namespace {
 // their port for debugging.
 class Browsers {
 public:
-    // `stopping` answers whether the user has stopped a run that is still on its way to its end.
+    // `stopping` answers whether the user has stopped a run that has not ended yet.
     Browsers(Globals& globals, Processes& processes, Files& files, Clock& clock,
              const std::function<bool()>& stopping)
         : filter_(calls_, {.stop_requested = stopping,
                            .means_stop =
                                [](const MSG& message) {
-                                   return WillPress(message, {"frmIeAuto", "cmdStop", "mnuStop"});
+                                   return WindowForm::WillPress(
+                                       message, {"frmIeAuto", "cmdStop", "mnuStop"});
                                }}),
           sources_(SystemSources(calls_)),
           input_(clock, {.stop_requested = stopping}),
@@ -85,8 +84,7 @@ private:
 
 }  // namespace
 
-// Answers how the run of the command line ended; a program that was started without one played
-// nothing, and ends well.
+// Answers how the run of the command line ended; kPlayed when the program was started without one.
 int Main(const std::string& command_line) {
     WindowsFiles files;
     WindowsTextCodec codec;
@@ -100,13 +98,12 @@ int Main(const std::string& command_line) {
     frmIeAuto window(
         globals, {windows, clock, files, codec, processes, browsers.choice(), browsers.choice()});
     main_window = &window;
-    std::ostream nowhere(nullptr);
-    ConsoleReport report(nowhere);
-    window.onRecordDone = [&](const RecordReport& record) { report.Record(record); };
+    RunResult result;
+    window.onRecordDone = [&](const RecordReport& record) { result.Add(record); };
     clock.AddSource([&] { browsers.DeliverEvents(); });
 
     const StartUp start = window.Form_Load(command_line);
-    const ExitCode code = report.Result(start, window);
+    const ExitCode code = result.Code(start, window);
     if (start == StartUp::kDone && !globals.auto_play) window.OfferRecovery();
     while (!window.closed()) clock.WaitForEvents();
     return start != StartUp::kDone || globals.auto_play ? code : kPlayed;

@@ -1,6 +1,5 @@
 #include "windows/windows_desk.h"
 
-#include "platform/windows/shortcut.h"
 #include "platform/windows/wide.h"
 
 namespace tamrin::test {
@@ -61,8 +60,7 @@ void WindowsDesk::Strike(WORD key, std::initializer_list<WORD> held) {
 
 void WindowsDesk::Press(Form& form, std::string_view key) {
     SetForegroundWindow(WindowOf(form));
-    std::vector<ACCEL> keys;
-    AppendShortcuts(keys, key, 0);
+    const std::vector<ACCEL> keys = Shortcuts(key);
     std::vector<WORD> held;
     if ((keys.at(0).fVirt & FCONTROL) != 0) held.push_back(VK_CONTROL);
     if ((keys.at(0).fVirt & FSHIFT) != 0) held.push_back(VK_SHIFT);

@@ -9,13 +9,13 @@
 namespace tamrin {
 namespace {
 
-constexpr int kMostNames = 100;
-constexpr std::size_t kMostPerWrite = std::size_t{1} << 30U;
+constexpr int kMaxNames = 100;
+constexpr std::size_t kMaxBytesPerWrite = std::size_t{1} << 30U;
 
-// Opens a new file in `folder` and answers its path in `path`. The process number keeps two
-// programs apart, the count passes over what a crash left.
+// Opens a new file in `folder` and answers its path in `path`. The process number keeps the files
+// of two programs apart; the count skips files that a crash left.
 OwnedHandle OpenNewFile(const std::wstring& folder, std::wstring& path) {
-    for (int i = 0; i < kMostNames; ++i) {
+    for (int i = 0; i < kMaxNames; ++i) {
         path = folder + L".tamrin-" + std::to_wstring(GetCurrentProcessId()) + L"-" +
                std::to_wstring(i);
         OwnedHandle file = OwnFile(CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
@@ -27,7 +27,7 @@ OwnedHandle OpenNewFile(const std::wstring& folder, std::wstring& path) {
 
 bool WriteAll(HANDLE file, std::string_view bytes) {
     while (!bytes.empty()) {
-        const auto size = static_cast<DWORD>(std::min(bytes.size(), kMostPerWrite));
+        const auto size = static_cast<DWORD>(std::min(bytes.size(), kMaxBytesPerWrite));
         DWORD count = 0;
         if (!WriteFile(file, bytes.data(), size, &count, nullptr) || count == 0) return false;
         bytes.remove_prefix(count);
@@ -35,7 +35,7 @@ bool WriteAll(HANDLE file, std::string_view bytes) {
     return FlushFileBuffers(file) != 0;
 }
 
-// Whether another program holds the file so that it cannot be deleted: then it cannot be replaced.
+// Whether another program has the file open without sharing deletion: it cannot be replaced then.
 bool IsHeld(const std::wstring& path) {
     const OwnedHandle file = OwnFile(
         CreateFileW(path.c_str(), DELETE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
@@ -46,7 +46,7 @@ bool IsHeld(const std::wstring& path) {
 bool TakePlace(const std::wstring& beside, const std::wstring& path, bool exists) {
     if (!exists) return MoveFileExW(beside.c_str(), path.c_str(), MOVEFILE_WRITE_THROUGH) != 0;
     const DWORD flags = REPLACEFILE_IGNORE_MERGE_ERRORS | REPLACEFILE_IGNORE_ACL_ERRORS;
-    // Some network drives know only the second way, which does not keep the access rights.
+    // Some network drives support only the second call, which does not keep the access rights.
     return ReplaceFileW(path.c_str(), beside.c_str(), nullptr, flags, nullptr, nullptr) != 0 ||
            MoveFileExW(beside.c_str(), path.c_str(),
                        MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;

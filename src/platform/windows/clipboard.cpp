@@ -9,8 +9,7 @@ namespace {
 constexpr int kAttempts = 20;
 constexpr DWORD kPauseMs = 10;
 
-// The clipboard, opened. Other programs look at it whenever it changes, so it is tried more than
-// once.
+// The opened clipboard. Other programs open it whenever it changes, so opening it is retried.
 class OpenClipboardGuard {
 public:
     explicit OpenClipboardGuard(HWND owner) {
@@ -59,7 +58,7 @@ bool WriteClipboard(HWND owner, std::string_view text) {
 
     const OpenClipboardGuard clipboard(owner);
     if (!clipboard || !EmptyClipboard()) return false;
-    // When it is taken, it belongs to the clipboard.
+    // On success the clipboard owns the memory.
     const HGLOBAL given = memory.release();
     if (SetClipboardData(CF_UNICODETEXT, given)) return true;
     GlobalFree(given);

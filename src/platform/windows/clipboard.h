@@ -10,8 +10,7 @@ namespace tamrin {
 // The clipboard's text, "" when it holds none.
 std::string ReadClipboard(HWND owner);
 
-// Puts a text on the clipboard in place of what is there. False when another program keeps it to
-// itself.
+// Replaces what is on the clipboard by a text. False when another program keeps the clipboard open.
 bool WriteClipboard(HWND owner, std::string_view text);
 
 }  // namespace tamrin

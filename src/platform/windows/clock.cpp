@@ -6,14 +6,33 @@
 
 #include <cstdio>
 
-#include "platform/windows/messages.h"
+#include "platform/windows/window_form.h"
 
 namespace tamrin {
 namespace {
 
-// Without it a sleep of 10 ms takes up to 16, and every wait of a scenario half as long again.
+// Without this a sleep of 10 ms takes up to 16, and each wait of a scenario half as long again.
 constexpr UINT kTimerPeriodMs = 1;
-constexpr DWORD kLongestWaitMs = 50;
+constexpr DWORD kMaxWaitMs = 50;
+
+// Handles every message in this thread's queue and returns without waiting for more. The shortcuts
+// of the active form come first, then Tab and the other keys of a dialog, then the window itself.
+// WM_QUIT stays in the queue.
+void HandleMessages() {
+    MSG message;
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+        if (message.message == WM_QUIT) {
+            PostQuitMessage(static_cast<int>(message.wParam));
+            return;
+        }
+        const HWND root = message.hwnd ? GetAncestor(message.hwnd, GA_ROOT) : nullptr;
+        WindowForm* const form = root ? WindowForm::Of(root) : nullptr;
+        if (form) form->tips().Relay(message);
+        if (form && (form->TakesShortcut(message) || IsDialogMessageW(root, &message))) continue;
+        TranslateMessage(&message);
+        DispatchMessageW(&message);
+    }
+}
 
 }  // namespace
 
@@ -43,8 +62,8 @@ void WindowsClock::DoEvents() {
 }
 
 void WindowsClock::WaitForEvents() {
-    MsgWaitForMultipleObjectsEx(0, nullptr, sources_.empty() ? INFINITE : kLongestWaitMs,
-                                QS_ALLINPUT, MWMO_INPUTAVAILABLE);
+    MsgWaitForMultipleObjectsEx(0, nullptr, sources_.empty() ? INFINITE : kMaxWaitMs, QS_ALLINPUT,
+                                MWMO_INPUTAVAILABLE);
     DoEvents();
 }
 

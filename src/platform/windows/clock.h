@@ -17,8 +17,8 @@ public:
     WindowsClock(const WindowsClock&) = delete;
     WindowsClock& operator=(const WindowsClock&) = delete;
 
-    // Adds something that is to be asked for its events in every DoEvents, such as a browser. It
-    // handles what has arrived and returns at once.
+    // Adds a source of events, such as a browser, that is called in every DoEvents. It handles what
+    // has arrived and returns at once.
     void AddSource(std::function<void()> source) { sources_.push_back(std::move(source)); }
 
     std::uint32_t TickCount() const override;
@@ -26,8 +26,8 @@ public:
     void Sleep(int milliseconds) override;
     void DoEvents() override;
 
-    // Sleeps until there is an event, then handles all that have arrived. Returns after a short
-    // time in any case, for a source cannot wake this thread.
+    // Sleeps until there is an event, then handles all that have arrived. Returns after at most 50
+    // ms if there are sources: they cannot wake this thread.
     void WaitForEvents();
 
 private:

@@ -44,7 +44,7 @@ void WindowControl::SetEnabled(bool enabled) {
 }
 
 bool WindowControl::Visible() const {
-    // Its own state: it may be visible on a form that is not.
+    // The control's own state: its form may be hidden.
     return (GetWindowLongPtrW(window_, GWL_STYLE) & WS_VISIBLE) != 0;
 }
 
@@ -54,7 +54,8 @@ void WindowControl::SetVisible(bool visible) {
     ShowWindow(window_, visible ? SW_SHOWNA : SW_HIDE);
 }
 
-// The keyboard would be lost with a window that cannot take it any more.
+// Passes the focus on before the window can no longer have it; otherwise no window would get the
+// keys.
 void WindowControl::LeaveFocus() const {
     if (!Focused()) return;
     const HWND parent = form_.window();
@@ -65,12 +66,7 @@ void WindowControl::LeaveFocus() const {
 void WindowControl::SetChecked(bool checked) {
     if (checked_ == checked) return;
     Send(BM_SETCHECK, checked ? BST_CHECKED : BST_UNCHECKED);
-    checked_ = checked;
-    if (spec_.kind == ControlKind::kOptionButton) {
-        if (!checked) return;
-        form_.UncheckOthers(*this);
-    }
-    Raise(onClick);
+    CheckChanged(checked);
 }
 
 void WindowControl::Uncheck() {
@@ -137,16 +133,35 @@ void WindowControl::Clicked() {
         Raise(onClick);
         return;
     }
-    // Windows also tells of a click on an option that was chosen before, and of the keyboard
-    // reaching it.
+    // Windows also notifies a click on an option that was chosen already, and the keyboard focus.
     const bool checked = Send(BM_GETCHECK) == BST_CHECKED;
-    if (checked == checked_) return;
+    if (checked != checked_) CheckChanged(checked);
+}
+
+void WindowControl::CheckChanged(bool checked) {
     checked_ = checked;
     if (spec_.kind == ControlKind::kOptionButton) {
         if (!checked) return;
         form_.UncheckOthers(*this);
     }
     Raise(onClick);
+}
+
+HookedControl::HookedControl(WindowForm& form, const ControlSpec& spec, HWND window)
+    : WindowControl(form, spec, window) {
+    SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+    original_ = reinterpret_cast<WNDPROC>(  // NOLINT(performance-no-int-to-ptr)
+        SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(Procedure)));
+}
+
+HookedControl::~HookedControl() {
+    SetWindowLongPtrW(window(), GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(original_));
+}
+
+LRESULT CALLBACK HookedControl::Procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    auto* const control = reinterpret_cast<HookedControl*>(  // NOLINT(performance-no-int-to-ptr)
+        GetWindowLongPtrW(window, GWLP_USERDATA));
+    return control->Handle(message, wparam, lparam);
 }
 
 }  // namespace tamrin

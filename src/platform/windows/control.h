@@ -14,14 +14,14 @@ namespace tamrin {
 
 class WindowForm;
 
-// Calls an event's handler when there is one. The handler may replace itself.
+// Calls an event's handler if there is one. The handler may replace itself.
 void Raise(const std::function<void()>& handler);
 
 // The text of a window, in UTF-8.
 std::string WindowText(HWND window);
 
-// How a control is moved and sized. It is drawn anew, for a border that is copied along would stay
-// inside a list that has grown.
+// How a control is moved and sized. It is drawn again: Windows would copy its old border along,
+// which would stay inside a list that has grown.
 inline constexpr UINT kMoveFlags = SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOCOPYBITS;
 
 // A control that is a child window of its form.
@@ -45,33 +45,33 @@ public:
     void SetTextColor(TextColor color) override;
     void SetLeftMargin(int pixels) override;
 
-    // What the window has told its form by WM_COMMAND: BN_CLICKED, EN_CHANGE and the like.
+    // A notification that the window sent its form by WM_COMMAND: BN_CLICKED, EN_CHANGE and others.
     virtual void Notified(UINT code);
 
-    // The size that the window takes for a place; more than it shows where it opens a list below.
+    // The height that the window needs for a place. A combo box needs room for its open list.
     virtual int WindowHeight(const Place& place) const { return place.height; }
 
-    // Called when the form's font, and so the height of a line, is another one.
+    // Called when the form has a new font, and so lines of another height.
     virtual void FontChanged() {}
 
     const ControlSpec& spec() const { return spec_; }
     HWND window() const { return window_; }
     TextColor text_color() const { return text_color_; }
 
-    // Where it stands from, by which it follows the size of its form.
+    // From here it follows the size of its form.
     const Anchor& anchor() const { return anchor_; }
     void SetAnchor(const Anchor& anchor) { anchor_ = anchor; }
 
-    // Takes the check mark off without an event, as of an option button whose neighbour is chosen.
+    // Unchecks it without an event, as an option button when another one is chosen.
     void Uncheck();
 
-    // Presses it as a click of the mouse would, if it takes input.
+    // Presses it like a click of the mouse, if it is enabled.
     void Press();
 
 protected:
     WindowForm& form() const { return form_; }
-    LRESULT Send(UINT message, WPARAM wide = 0, LPARAM wider = 0) const {
-        return SendMessageW(window_, message, wide, wider);
+    LRESULT Send(UINT message, WPARAM wparam = 0, LPARAM lparam = 0) const {
+        return SendMessageW(window_, message, wparam, lparam);
     }
 
     // Sets the window's text without an event.
@@ -80,6 +80,7 @@ protected:
 
 private:
     void Clicked();
+    void CheckChanged(bool checked);
     void LeaveFocus() const;
 
     WindowForm& form_;
@@ -88,7 +89,62 @@ private:
     Anchor anchor_{};
     TextColor text_color_ = TextColor::kNormal;
     bool checked_ = false;
-    bool muted_ = false;  // the text is being set from code, of which the window tells too
+    bool muted_ = false;  // code is setting the text, which the window notifies too
+};
+
+// A control that sees the messages of its window before the window does.
+//
+// It replaces the window procedure itself: SetWindowSubclass looks its data up by name for each
+// message, which makes the loading of a long list many times slower.
+class HookedControl : public WindowControl {
+public:
+    HookedControl(WindowForm& form, const ControlSpec& spec, HWND window);
+    ~HookedControl() override;
+    HookedControl(const HookedControl&) = delete;
+    HookedControl& operator=(const HookedControl&) = delete;
+
+protected:
+    virtual LRESULT Handle(UINT message, WPARAM wparam, LPARAM lparam) = 0;
+
+    // What the window itself does with a message.
+    LRESULT Default(UINT message, WPARAM wparam, LPARAM lparam) const {
+        return CallWindowProcW(original_, window(), message, wparam, lparam);
+    }
+
+private:
+    static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
+
+    WNDPROC original_;
+};
+
+// A control without a window of its own: a timer, a menu entry. It keeps its state itself and has
+// no place.
+class StoredControl : public Control {
+public:
+    StoredControl(std::string_view text, unsigned flags)
+        : text_(text), enabled_((flags & kDisabled) == 0), visible_((flags & kHidden) == 0) {}
+
+    std::string Text() const override { return text_; }
+    void SetText(std::string_view text) override { text_ = text; }
+    bool Enabled() const override { return enabled_; }
+    void SetEnabled(bool enabled) override { enabled_ = enabled; }
+    bool Visible() const override { return visible_; }
+    void SetVisible(bool visible) override { visible_ = visible; }
+    bool Checked() const override { return checked_; }
+    void SetChecked(bool checked) override { checked_ = checked; }
+    Place GetPlace() const override { return {}; }
+    void SetPlace(const Place& /*place*/) override {}
+    bool Focused() const override { return false; }
+    void SetFocus() override {}
+    void SetTip(std::string_view /*tip*/) override {}
+    void SetTextColor(TextColor /*color*/) override {}
+    void SetLeftMargin(int /*pixels*/) override {}
+
+private:
+    std::string text_;
+    bool enabled_;
+    bool visible_;
+    bool checked_ = false;
 };
 
 }  // namespace tamrin

@@ -3,17 +3,18 @@
 #include <windows.h>
 
 #include <commdlg.h>
+#include <shlobj.h>
 
 #include <algorithm>
 #include <vector>
 
-#include "platform/windows/folder_dialog.h"
+#include "platform/windows/handle.h"
 #include "platform/windows/wide.h"
 
 namespace tamrin {
 namespace {
 
-constexpr std::size_t kLongestPath = 32768;
+constexpr std::size_t kMaxPath = 32768;
 
 UINT BoxKind(Buttons buttons, bool cancel_is_default) {
     switch (buttons) {
@@ -48,9 +49,9 @@ std::string ChooseFile(HWND owner, const FileDialog& dialog, DWORD flags,
     const std::wstring proposed = Wide(dialog.proposed);
     const std::size_t name = proposed.find_last_of(L"\\/") + 1;  // 0 when there is no folder
     const std::wstring folder = proposed.substr(0, name);
-    std::vector<wchar_t> path(kLongestPath);
+    std::vector<wchar_t> path(kMaxPath);
     std::copy_n(proposed.begin() + static_cast<std::ptrdiff_t>(name),
-                std::min(proposed.size() - name, kLongestPath - 1), path.begin());
+                std::min(proposed.size() - name, kMaxPath - 1), path.begin());
 
     OPENFILENAMEW request{};
     request.lStructSize = sizeof request;
@@ -65,11 +66,33 @@ std::string ChooseFile(HWND owner, const FileDialog& dialog, DWORD flags,
     return choose(&request) ? Utf8(path.data()) : std::string();
 }
 
+// Prepares this thread for COM, which the folder dialog needs.
+class ComApartment {
+public:
+    ComApartment()
+        : entered_(SUCCEEDED(
+              CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED | COINIT_DISABLE_OLE1DDE))) {}
+    ~ComApartment() {
+        if (entered_) CoUninitialize();
+    }
+    ComApartment(const ComApartment&) = delete;
+    ComApartment& operator=(const ComApartment&) = delete;
+
+private:
+    bool entered_;
+};
+
+// Called by the dialog: begins with the folder in `data`.
+int CALLBACK SelectStart(HWND dialog, UINT message, LPARAM /*parameter*/, LPARAM data) {
+    if (message == BFFM_INITIALIZED) SendMessageW(dialog, BFFM_SETSELECTIONW, TRUE, data);
+    return 0;
+}
+
 }  // namespace
 
 Answer WindowsDialogs::MsgBox(const std::string& text, const std::string& title, Buttons buttons,
                               bool cancel_is_default) {
-    // No form takes input meanwhile, whichever owns the box.
+    // MB_TASKMODAL disables all forms, not only the owner.
     const int button = MessageBoxW(owner_(), Wide(text).c_str(), Wide(title).c_str(),
                                    BoxKind(buttons, cancel_is_default) | MB_TASKMODAL);
     switch (button) {
@@ -93,7 +116,25 @@ std::string WindowsDialogs::OpenFile(const FileDialog& dialog) {
 }
 
 std::string WindowsDialogs::OpenFolder(const std::string& title, const std::string& start) {
-    return ChooseFolder(owner_(), title, start);
+    const ComApartment apartment;
+    const std::wstring text = Wide(title);
+    const std::wstring first = Wide(start);
+    BROWSEINFOW request{};
+    request.hwndOwner = owner_();
+    request.lpszTitle = text.c_str();
+    request.ulFlags = BIF_RETURNONLYFSDIRS | BIF_NEWDIALOGSTYLE;
+    request.lpfn = SelectStart;
+    request.lParam = reinterpret_cast<LPARAM>(first.c_str());
+    const Owned<PIDLIST_ABSOLUTE, CoTaskMemFree> chosen(SHBrowseForFolderW(&request));
+    if (!chosen) return "";
+    wchar_t path[kMaxPath] = L"";
+    if (!SHGetPathFromIDListEx(chosen.get(), path, static_cast<DWORD>(std::size(path)),
+                               GPFIDL_DEFAULT)) {
+        return "";
+    }
+    std::wstring_view folder = path;
+    if (folder.size() > 3 && folder.ends_with(L'\\')) folder.remove_suffix(1);
+    return Utf8(folder);
 }
 
 }  // namespace tamrin

@@ -12,7 +12,7 @@ namespace tamrin {
 // Windows' own message boxes, and its file and folder dialogs.
 class WindowsDialogs : public Dialogs {
 public:
-    // `owner` answers the window over which a dialog is to stand, null for none.
+    // `owner` answers the window that a dialog belongs to, null for none.
     explicit WindowsDialogs(std::function<HWND()> owner) : owner_(std::move(owner)) {}
 
     Answer MsgBox(const std::string& text, const std::string& title, Buttons buttons,

@@ -4,8 +4,8 @@
 
 namespace tamrin {
 
-// The program, defined by its entry file. Called with the command line without the program's name,
-// as the user or another program wrote it; answers the exit code.
+// The program, defined by its entry file. `command_line` is as the user or another program wrote
+// it, without the program's name. Answers the exit code.
 int Main(const std::string& command_line);
 
 }  // namespace tamrin

@@ -12,7 +12,7 @@ bool IsFile(const std::wstring& path) {
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
 }
 
-// Along PATH only: the current folder, where anybody may have put a file, does not count.
+// Searches PATH only, not the current folder, where anybody may have put a file.
 std::wstring OnPath(const std::wstring& name) {
     const std::wstring path = EnvironmentVariable(L"PATH");
     return ReadWide([&](wchar_t* buffer, std::size_t size) {
@@ -21,7 +21,7 @@ std::wstring OnPath(const std::wstring& name) {
     });
 }
 
-// As the Run box of Windows finds a program that is not on PATH.
+// Finds a program that is not on PATH like the Run box of Windows.
 std::wstring Registered(const std::wstring& name) {
     const std::wstring key = L"Software\\Microsoft\\Windows\\CurrentVersion\\App Paths\\" + name;
     for (const HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) {

@@ -21,7 +21,7 @@ OwnedHandle OpenToRead(const std::string& path) {
                                OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
 }
 
-// Reads on until `bytes` are full from `used` on, or the file ends; false when that fails.
+// Reads into `bytes` from `used` on until they are full or the file ends; false on a failure.
 bool Fill(HANDLE file, std::string& bytes, std::size_t& used) {
     while (used < bytes.size()) {
         const auto room = static_cast<DWORD>(std::min<std::size_t>(bytes.size() - used, 1U << 30U));
@@ -33,7 +33,7 @@ bool Fill(HANDLE file, std::string& bytes, std::size_t& used) {
     return true;
 }
 
-// The system deletes the file, and with it the lock, when the last handle is closed.
+// Windows deletes the file, and with it the lock, when the handle is closed.
 class WindowsFileLock : public FileLock {
 public:
     explicit WindowsFileLock(OwnedHandle file) : file_(std::move(file)) {}
@@ -42,7 +42,7 @@ private:
     const OwnedHandle file_;
 };
 
-// A root folder keeps its final separator, for "C:" means something else.
+// A root folder keeps its final separator: "C:" means something else.
 std::string FolderPath(std::wstring_view path) {
     while (path.size() > 3 && path.ends_with(L'\\')) path.remove_suffix(1);
     return Utf8(path);
@@ -64,7 +64,8 @@ std::optional<std::string> WindowsFiles::Read(const std::string& path) const {
     const OwnedHandle file = OpenToRead(path);
     LARGE_INTEGER size{};
     if (!file || !GetFileSizeEx(file.get(), &size)) return std::nullopt;
-    // The size is a hint: a file may grow meanwhile, and one byte more tells its end at once.
+    // The size is a hint: the file may grow meanwhile. One byte more lets the first read see the
+    // end.
     std::string bytes(static_cast<std::size_t>(size.QuadPart) + 1, '\0');
     std::size_t used = 0;
     while (Fill(file.get(), bytes, used)) {

@@ -12,7 +12,7 @@
 
 namespace tamrin {
 
-// The files of Windows. Names are compared as Windows does it, without regard to letter case.
+// The files of Windows. Names are compared as Windows does, without regard to case.
 class WindowsFiles : public Files {
 public:
     bool IsFile(const std::string& path) const override;

@@ -7,7 +7,7 @@ struct ModifierKey {
     unsigned which;
     WORD code;
     bool extended;
-    bool ours;  // the one of the two that is pressed; the user may hold either
+    bool ours;  // the one of the two that we press; the user may hold either
 };
 
 constexpr ModifierKey kModifierKeys[] = {
@@ -17,8 +17,8 @@ constexpr ModifierKey kModifierKeys[] = {
     {kWindows, VK_LWIN, true, false},  {kWindows, VK_RWIN, true, false},
 };
 
-// A key that no keyboard has and no program knows. Between the press and the release of Alt or the
-// Windows key it keeps them from opening a menu.
+// A key that no keyboard has and no program knows. Struck while Alt or the Windows key is held, it
+// keeps their release from opening a menu.
 constexpr WORD kNoKey = 0xE8;
 
 bool IsDown(WORD code) { return GetAsyncKeyState(code) < 0; }
@@ -69,7 +69,7 @@ void InputBatch::Hold(unsigned modifiers, unsigned held) {
     }
 }
 
-void InputBatch::Let(unsigned held) {
+void InputBatch::ReleaseHeld(unsigned held) {
     for (const ModifierKey& key : kModifierKeys) {
         if (key.ours && (held & key.which) != 0) Release(key.code, key.extended, nullptr);
     }
@@ -77,7 +77,7 @@ void InputBatch::Let(unsigned held) {
 
 int InputBatch::Messages() const {
     int messages = 0;
-    // A key that goes down may type a character, which is a message of its own.
+    // A pressed key may type a character, which is another message.
     for (const INPUT& input : inputs_)
         messages += (input.ki.dwFlags & KEYEVENTF_KEYUP) != 0 ? 1 : 2;
     return messages;

@@ -7,10 +7,10 @@
 
 namespace tamrin {
 
-// Keys that are held down while another one is struck.
+// Keys that are held down while another key is struck.
 enum Modifier : unsigned { kShift = 1, kCtrl = 2, kAlt = 4, kWindows = 8 };
 
-// Keys and mouse buttons that are sent in one piece: nothing of the user's gets in between.
+// Keys and mouse buttons that are sent in one piece: no input of the user comes in between.
 class InputBatch {
 public:
     void Add(const INPUT& input) { inputs_.push_back(input); }
@@ -20,19 +20,18 @@ public:
         AddKey(code, extended, KEYEVENTF_KEYUP, keyboard);
     }
 
-    // Characters as themselves, whatever the state of the keyboard.
+    // Characters as text, whatever the state of the keyboard.
     void Type(const std::wstring& text);
 
-    // Holds these modifiers and no others: presses those that are not down, and releases all others
-    // that are, whoever holds them. `held` are down already.
+    // Holds exactly these modifiers: presses those that are not down, and releases all others, also
+    // those that the user holds. `held` are down already.
     void Hold(unsigned modifiers, unsigned held);
-    // Releases what was held.
-    void Let(unsigned held);
+    void ReleaseHeld(unsigned held);
 
-    // How many messages these keys are to who receives them, characters counted in.
+    // How many messages the receiver gets from these keys, with the characters that they type.
     int Messages() const;
 
-    // False when Windows has not taken all of it; then nothing of it stays down.
+    // False when Windows has not accepted all of it; then no key of it stays down.
     bool Send();
 
 private:

@@ -58,7 +58,7 @@ VirtualKey FindNamedKey(std::string_view name) {
 }
 
 VirtualKey FindCharacterKey(wchar_t character, HKL keyboard) {
-    // The high byte tells of Shift, Ctrl and Alt; its other bits are keys that are not held here.
+    // The high byte holds Shift, Ctrl and Alt; its other bits are modifiers that we never press.
     const SHORT found = VkKeyScanExW(character, keyboard);
     const int held = HIBYTE(found);
     if (found == -1 || held > 7) return {};
@@ -74,7 +74,7 @@ std::wstring Shifted(const std::wstring& text, HKL keyboard) {
     if (key.code == 0 || key.shift || key.ctrl || key.alt) return text;
     BYTE state[256] = {};
     state[VK_SHIFT] = 0x80;
-    // Looks without changing what a dead key has begun.
+    // Leaves the keyboard state with a pending dead key as it is.
     constexpr UINT kChangeNothing = 4;
     wchar_t typed[8] = L"";
     const UINT scan = MapVirtualKeyExW(key.code, MAPVK_VK_TO_VSC, keyboard);

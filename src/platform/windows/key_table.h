@@ -9,10 +9,10 @@
 
 namespace tamrin {
 
-// A key of the keyboard, and what is held down to type with it.
+// A key of the keyboard, with the modifiers to hold.
 struct VirtualKey {
     WORD code = 0;          // a virtual-key code (VK_*), 0 for none
-    bool extended = false;  // it stands apart from the number pad and is told from the key there
+    bool extended = false;  // a key with a twin on the number pad (KEYEVENTF_EXTENDEDKEY)
     bool shift = false;
     bool ctrl = false;
     bool alt = false;

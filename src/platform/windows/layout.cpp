@@ -5,9 +5,10 @@
 namespace tamrin {
 namespace {
 
-// Moves the span of `length` at `start` between `least` and `most`; its start counts for more.
-int Between(int start, int length, LONG least, LONG most) {
-    return std::max(static_cast<int>(least), std::min(start, static_cast<int>(most) - length));
+// Moves a span into the range; one that is too long starts where the range does.
+int MovedInto(int start, int length, LONG range_start, LONG range_end) {
+    return std::max(static_cast<int>(range_start),
+                    std::min(start, static_cast<int>(range_end) - length));
 }
 
 }  // namespace
@@ -38,8 +39,8 @@ Place Centered(const Place& window, const Place& around) {
     monitor.cbSize = sizeof monitor;
     GetMonitorInfoW(MonitorFromRect(&rectangle, MONITOR_DEFAULTTONEAREST), &monitor);
     const RECT& work = monitor.rcWork;
-    place.left = Between(place.left, place.width, work.left, work.right);
-    place.top = Between(place.top, place.height, work.top, work.bottom);
+    place.left = MovedInto(place.left, place.width, work.left, work.right);
+    place.top = MovedInto(place.top, place.height, work.top, work.bottom);
     return place;
 }
 

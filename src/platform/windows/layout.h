@@ -12,11 +12,11 @@ inline constexpr int kTableDpi = 96;
 // A length of the tables in pixels of a screen with `dpi` dots per inch.
 inline int Scaled(int length, int dpi) { return MulDiv(length, dpi, kTableDpi); }
 
-// A place in pixels of a screen with `from` dots per inch, in those of one with `to`.
+// Converts a place from pixels of a screen with `from` dots per inch to one with `to`.
 Place Rescaled(const Place& place, int from, int to);
 
-// Where a control stood when the client area of its form had a certain size, all in pixels of the
-// screen. From that it follows where it stands at any other size.
+// The place of a control at one size of its form's client area, in screen pixels. Its place at any
+// other size follows from it.
 struct Anchor {
     Place place;
     SIZE client;
@@ -25,8 +25,8 @@ struct Anchor {
 // The place of a control at the size `client` of its form.
 Place Stretched(const Anchor& anchor, unsigned stretch, SIZE client);
 
-// The screen rectangle of a window of that size in the middle of `around`, moved on the monitor
-// there as far as it fits.
+// The place of a window of that size in the middle of `around`, moved so that it fits on the
+// monitor.
 Place Centered(const Place& window, const Place& around);
 
 }  // namespace tamrin

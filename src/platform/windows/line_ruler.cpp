@@ -8,7 +8,7 @@ namespace {
 constexpr int kUnitsPerLetter = 4;
 constexpr int kDefaultStop = 32;  // dialog units between tab stops where none are set
 
-// A device context of a window with the window's font in it.
+// A device context of a window, with the window's font selected.
 class FontContext {
 public:
     explicit FontContext(HWND window)
@@ -50,7 +50,7 @@ LineRuler::LineRuler(HWND list, std::span<const int> stops) : stops_(stops) {
     unit_ = std::max(1, static_cast<int>(metrics.tmAveCharWidth));
 }
 
-// Where a tab leads to: the next stop; after the last, and with a single one, its multiples.
+// Where a tab ends: at the next stop. After the last stop, or with a single one, at its multiples.
 int LineRuler::AfterTab(int width) const {
     const auto pixels = [this](int units) { return MulDiv(units, unit_, kUnitsPerLetter); };
     for (const int stop : stops_) {

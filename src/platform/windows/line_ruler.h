@@ -8,14 +8,14 @@
 
 namespace tamrin {
 
-// Measures lines of text as a list box shows them, without asking the system for each: a letter of
-// ASCII and a half-width katakana have the widths of the font, any other character the full width.
+// Measures lines of text as a list box shows them, without a system call for each: ASCII and
+// half-width katakana have the widths of the font, any other character the full width.
 class LineRuler {
 public:
     // Measures with the font of `list`; `stops` are its tab stops, in dialog units.
     LineRuler(HWND list, std::span<const int> stops);
 
-    // The width of a line in pixels, rather too much than too little.
+    // The width of a line in pixels, estimated upwards.
     int Width(std::string_view utf8) const;
 
 private:

@@ -15,34 +15,34 @@ constexpr int kMarginRight = 8;  // pixels after the widest line
 
 WPARAM At(int position) { return static_cast<WPARAM>(position); }
 
-// Keeps a list box from drawing, and from scrolling, while its lines are exchanged.
+// Keeps a list box from drawing and scrolling while its lines change.
 //
-// WM_SETREDRAW alone still lets it draw its scroll bar for every line that is added. The default
-// procedure's answer to the same message makes the whole window count as hidden meanwhile.
-class Still {
+// WM_SETREDRAW to the list box alone still draws its scroll bar for every line that is added. The
+// default procedure hides the whole window on the same message.
+class NoRedraw {
 public:
-    explicit Still(HWND window) : window_(window), top_(Send(LB_GETTOPINDEX)) {
-        seen_ = (GetWindowLongPtrW(window, GWL_STYLE) & WS_VISIBLE) != 0;
+    explicit NoRedraw(HWND window) : window_(window), top_(Send(LB_GETTOPINDEX)) {
+        was_visible_ = (GetWindowLongPtrW(window, GWL_STYLE) & WS_VISIBLE) != 0;
         Send(WM_SETREDRAW, FALSE);
-        if (seen_) DefWindowProcW(window_, WM_SETREDRAW, FALSE, 0);
+        if (was_visible_) DefWindowProcW(window_, WM_SETREDRAW, FALSE, 0);
     }
-    ~Still() {
+    ~NoRedraw() {
         Send(LB_SETTOPINDEX, static_cast<WPARAM>(top_));
-        if (seen_) DefWindowProcW(window_, WM_SETREDRAW, TRUE, 0);
+        if (was_visible_) DefWindowProcW(window_, WM_SETREDRAW, TRUE, 0);
         Send(WM_SETREDRAW, TRUE);
         RedrawWindow(window_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME);
     }
-    Still(const Still&) = delete;
-    Still& operator=(const Still&) = delete;
+    NoRedraw(const NoRedraw&) = delete;
+    NoRedraw& operator=(const NoRedraw&) = delete;
 
 private:
-    LRESULT Send(UINT message, WPARAM wide = 0) const {
-        return SendMessageW(window_, message, wide, 0);
+    LRESULT Send(UINT message, WPARAM wparam = 0) const {
+        return SendMessageW(window_, message, wparam, 0);
     }
 
     HWND window_;
     LRESULT top_;
-    bool seen_;
+    bool was_visible_;
 };
 
 LPARAM Pointer(const std::wstring& text) { return reinterpret_cast<LPARAM>(text.c_str()); }
@@ -56,8 +56,8 @@ std::string_view WindowListBox::Line(int position) const {
 void WindowListBox::SetLine(int position, std::string_view text) {
     if (!Has(position) || lines_[At(position)] == text) return;
     lines_[At(position)] = text;
-    // A list box cannot change a line: it is put in anew, with the selection that it had.
-    const Still still(window());
+    // A list box cannot change a line, so the line is inserted again with its selection.
+    const NoRedraw no_redraw(window());
     const bool selected = Selected(position);
     Send(LB_DELETESTRING, At(position));
     Send(LB_INSERTSTRING, At(position), Pointer(Wide(text)));
@@ -69,7 +69,7 @@ void WindowListBox::SetLine(int position, std::string_view text) {
 void WindowListBox::Insert(int position, std::string_view text) {
     if (position < 0 || position > Count()) return;
     lines_.emplace(lines_.begin() + position, text);
-    const Still still(window());
+    const NoRedraw no_redraw(window());
     Send(LB_INSERTSTRING, At(position), Pointer(Wide(text)));
     if (current_ >= position) ++current_;
     MarkCurrent();
@@ -79,7 +79,7 @@ void WindowListBox::Insert(int position, std::string_view text) {
 void WindowListBox::Remove(int position) {
     if (!Has(position)) return;
     lines_.erase(lines_.begin() + position);
-    const Still still(window());
+    const NoRedraw no_redraw(window());
     Send(LB_DELETESTRING, At(position));
     if (current_ == position) {
         current_ = -1;
@@ -90,7 +90,7 @@ void WindowListBox::Remove(int position) {
 }
 
 void WindowListBox::SetLines(std::vector<std::string> lines) {
-    const Still still(window());
+    const NoRedraw no_redraw(window());
     Send(LB_RESETCONTENT);
     lines_ = std::move(lines);
     current_ = -1;
@@ -115,7 +115,7 @@ void WindowListBox::SetListIndex(int position) {
     if (moved) Raise(onClick);
 }
 
-// Makes the keyboard go on from the current line, and scrolls it into view.
+// Lets the keyboard continue from the current line, and scrolls it into view.
 void WindowListBox::MarkCurrent() {
     if (current_ < 0) return;
     if (multi_select()) {
@@ -142,7 +142,7 @@ void WindowListBox::Select(int position, bool selected) {
 void WindowListBox::SelectRange(int first, int count) {
     const int last = std::min(first + count, Count()) - 1;
     if (first < 0 || last < first) return;
-    const Still still(window());
+    const NoRedraw no_redraw(window());
     Send(LB_SELITEMRANGEEX, At(first), last);
 }
 
@@ -175,7 +175,7 @@ void WindowListBox::Measure(std::string_view text) {
     if (ruler_) WidenTo(ruler_->Width(text));
 }
 
-// Lets the list be scrolled as far as a line of that width reaches.
+// Lets the list scroll to the end of a line of that width.
 void WindowListBox::WidenTo(int width) {
     if (width <= widest_) return;
     widest_ = width;
@@ -192,14 +192,15 @@ void WindowListBox::Notified(UINT code) {
     }
 }
 
-// LB_ITEMFROMPOINT counts in 16 bits, too few for a long scenario.
+// LB_ITEMFROMPOINT answers 16 bits, too few for a long scenario.
 int WindowListBox::LineAt(LPARAM point) const {
     const LRESULT row = GET_Y_LPARAM(point) / std::max<LRESULT>(1, Send(LB_GETITEMHEIGHT));
     const int position = static_cast<int>(Send(LB_GETTOPINDEX) + row);
     return Has(position) ? position : -1;
 }
 
-// The menu of a line opens on a line that is seen to be meant. No event: nothing was chosen yet.
+// Selects the line under the pointer before its menu opens. Raises no event: nothing was chosen
+// yet.
 void WindowListBox::RightPressed(LPARAM point) {
     ::SetFocus(window());
     const int position = LineAt(point);
@@ -210,18 +211,18 @@ void WindowListBox::RightPressed(LPARAM point) {
     MarkCurrent();
 }
 
-LRESULT WindowListBox::Handle(UINT message, WPARAM wide, LPARAM wider) {
-    const bool enter = wide == VK_RETURN && onDblClick;
+LRESULT WindowListBox::Handle(UINT message, WPARAM wparam, LPARAM lparam) {
+    const bool enter = wparam == VK_RETURN && onDblClick;
     if (message == WM_GETDLGCODE && enter) {
-        // Without this Enter would go to the form's default button.
-        return DLGC_WANTMESSAGE | Default(message, wide, wider);
+        // Otherwise Enter would press the form's default button.
+        return DLGC_WANTMESSAGE | Default(message, wparam, lparam);
     }
     if (message == WM_KEYDOWN && enter) {
         Raise(onDblClick);
         return 0;
     }
-    if (message == WM_RBUTTONDOWN) RightPressed(wider);
-    return Default(message, wide, wider);
+    if (message == WM_RBUTTONDOWN) RightPressed(lparam);
+    return Default(message, wparam, lparam);
 }
 
 }  // namespace tamrin

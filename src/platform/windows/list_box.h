@@ -6,17 +6,15 @@
 #include <vector>
 
 #include "platform/windows/control.h"
-#include "platform/windows/hooked_window.h"
 #include "platform/windows/line_ruler.h"
 
 namespace tamrin {
 
-// A list box. The lines are kept here in UTF-8 and shown by the window; which of them are selected
-// only the window knows.
-class WindowListBox : public WindowControl, public ListBox, private HookedWindow {
+// A list box. It keeps its lines in UTF-8 beside the window's own copy; the selection is kept by
+// the window alone.
+class WindowListBox : public HookedControl, public ListBox {
 public:
-    WindowListBox(WindowForm& form, const ControlSpec& spec, HWND window)
-        : WindowControl(form, spec, window), HookedWindow(window) {}
+    using HookedControl::HookedControl;
 
     int Count() const override { return static_cast<int>(lines_.size()); }
     std::string_view Line(int position) const override;
@@ -36,7 +34,7 @@ public:
     void FontChanged() override;
 
 private:
-    LRESULT Handle(UINT message, WPARAM wide, LPARAM wider) override;
+    LRESULT Handle(UINT message, WPARAM wparam, LPARAM lparam) override;
 
     bool Has(int position) const { return position >= 0 && position < Count(); }
     bool multi_select() const { return (spec().flags & kMultiSelect) != 0; }

@@ -1,11 +1,49 @@
 #include "platform/windows/menu.h"
 
-#include "platform/windows/control.h"
-#include "platform/windows/shortcut.h"
 #include "platform/windows/wide.h"
 
 namespace tamrin {
 namespace {
+
+struct NamedKey {
+    std::string_view name;
+    WORD key;
+};
+
+constexpr NamedKey kNamedKeys[] = {
+    {"Del", VK_DELETE}, {"Ins", VK_INSERT}, {"Esc", VK_ESCAPE},  {"Enter", VK_RETURN},
+    {"Tab", VK_TAB},    {"Back", VK_BACK},  {"Home", VK_HOME},   {"End", VK_END},
+    {"Up", VK_UP},      {"Down", VK_DOWN},  {"Left", VK_LEFT},   {"Right", VK_RIGHT},
+    {"PgUp", VK_PRIOR}, {"PgDn", VK_NEXT},  {"Space", VK_SPACE},
+};
+
+WORD KeyOf(std::string_view name) {
+    for (const NamedKey& named : kNamedKeys) {
+        if (named.name == name) return named.key;
+    }
+    if (name.size() == 1) return static_cast<WORD>(static_cast<unsigned char>(name.front()));
+    if (!name.starts_with('F')) return 0;
+    int number = 0;
+    for (const char c : name.substr(1)) {
+        if (c < '0' || c > '9' || number > 24) return 0;
+        number = 10 * number + (c - '0');
+    }
+    return number >= 1 && number <= 24 ? static_cast<WORD>(VK_F1 + number - 1) : WORD{0};
+}
+
+// One key with its modifiers; `key` is 0 when the text names no key.
+ACCEL ReadShortcut(std::string_view text, WORD command) {
+    ACCEL shortcut{FVIRTKEY, 0, command};
+    for (auto plus = text.find('+'); plus != std::string_view::npos; plus = text.find('+')) {
+        const std::string_view modifier = text.substr(0, plus);
+        if (modifier == "Ctrl") shortcut.fVirt |= FCONTROL;
+        if (modifier == "Shift") shortcut.fVirt |= FSHIFT;
+        if (modifier == "Alt") shortcut.fVirt |= FALT;
+        text.remove_prefix(plus + 1);
+    }
+    shortcut.key = KeyOf(text);
+    return shortcut;
+}
 
 constexpr std::size_t kBar = static_cast<std::size_t>(-1);
 
@@ -21,6 +59,17 @@ std::wstring Caption(const MenuEntry& entry) {
 }
 
 }  // namespace
+
+std::vector<ACCEL> Shortcuts(std::string_view text, WORD command) {
+    std::vector<ACCEL> shortcuts;
+    while (!text.empty()) {
+        const auto end = text.find(", ");
+        const ACCEL shortcut = ReadShortcut(text.substr(0, end), command);
+        if (shortcut.key != 0) shortcuts.push_back(shortcut);
+        text.remove_prefix(end == std::string_view::npos ? text.size() : end + 2);
+    }
+    return shortcuts;
+}
 
 void MenuEntry::SetText(std::string_view text) {
     if (Text() == text) return;
@@ -102,7 +151,7 @@ void MenuTree::Append(HMENU menu, std::size_t position) {
     AppendMenuW(menu, flags, what, Caption(entry).c_str());
 }
 
-// Takes all entries out of a menu and puts in those that are to be seen.
+// Empties a menu and adds its visible entries again.
 void MenuTree::Fill(std::size_t position) {
     const bool is_bar = position == kBar;
     const HMENU menu = is_bar ? bar_ : menus_[position];
@@ -119,7 +168,8 @@ void MenuTree::Refresh(std::size_t position) {
 void MenuTree::MakeAccelerators() {
     std::vector<ACCEL> shortcuts;
     for (std::size_t i = 0; i < entries_.size(); ++i) {
-        AppendShortcuts(shortcuts, entries_[i]->spec().shortcut, static_cast<WORD>(CommandOf(i)));
+        const auto keys = Shortcuts(entries_[i]->spec().shortcut, static_cast<WORD>(CommandOf(i)));
+        shortcuts.insert(shortcuts.end(), keys.begin(), keys.end());
     }
     if (shortcuts.empty()) return;
     accelerators_.reset(
@@ -136,7 +186,7 @@ MenuEntry* MenuTree::Find(std::string_view name) {
 bool MenuTree::Choose(UINT command) {
     if (command < kFirstCommand || command - kFirstCommand >= entries_.size()) return false;
     const MenuEntry& entry = *entries_[command - kFirstCommand];
-    // A shortcut reaches entries too that cannot be chosen at present.
+    // A shortcut also reaches disabled entries.
     if (entry.Enabled()) Raise(entry.onClick);
     return true;
 }

@@ -8,12 +8,16 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/windows/control.h"
 #include "platform/windows/handle.h"
-#include "platform/windows/stored_control.h"
 
 namespace tamrin {
 
 class MenuTree;
+
+// The keys of a menu entry's shortcut for `command`: a list of keys parted by ", ", such as
+// "Shift+F5, Esc". Names that are no key are left out.
+std::vector<ACCEL> Shortcuts(std::string_view text, WORD command = 0);
 
 // One entry of a form's menus.
 class MenuEntry : public StoredControl {
@@ -37,29 +41,27 @@ private:
 // The menu bar and the context menus of a form, with the shortcuts of their entries.
 class MenuTree {
 public:
-    // The commands of the entries count from here in the order of the table; the numbers of
-    // controls are below.
+    // The command of the table's first entry; the others follow. Controls have lower numbers.
     static constexpr UINT kFirstCommand = 0x4000;
 
     explicit MenuTree(std::span<const MenuSpec> specs);
     MenuTree(const MenuTree&) = delete;
     MenuTree& operator=(const MenuTree&) = delete;
 
-    // The menu bar; null when the form has none. The form's window owns it from the moment that it
-    // shows it.
+    // The menu bar; null when the form has none. The form's window owns it once it is made with it.
     HMENU bar() const { return bar_; }
     HACCEL accelerators() const { return accelerators_.get(); }
 
     MenuEntry* Find(std::string_view name);
 
-    // Raises the event of the entry with that command, as far as it can be chosen. False when it is
-    // no command of these menus.
+    // Raises the event of the entry with that command if the entry is enabled. False when it is no
+    // command of these menus.
     bool Choose(UINT command);
 
-    // Opens a menu at a point of the screen, over its window `owner`, and carries out the choice.
+    // Opens a menu at a point of the screen for the window `owner`, and carries out the choice.
     void PopUp(std::string_view name, HWND owner, POINT point);
 
-    // An entry has changed: shows its menu as it is now.
+    // Rebuilds the menu of an entry that has changed.
     void Refresh(std::size_t position);
 
 private:

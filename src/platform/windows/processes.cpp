@@ -3,17 +3,17 @@
 #include <windows.h>
 
 #include <optional>
+#include <string_view>
 #include <utility>
 
 #include "platform/windows/executables.h"
 #include "platform/windows/handle.h"
-#include "platform/windows/remove_folder.h"
 #include "platform/windows/wide.h"
 
 namespace tamrin {
 namespace {
 
-constexpr int kMostNames = 100;
+constexpr int kMaxNames = 100;
 constexpr int kRemoveAttempts = 50;
 constexpr DWORD kRemovePauseMs = 20;
 
@@ -25,7 +25,7 @@ public:
     WindowsProcess(const WindowsProcess&) = delete;
     WindowsProcess& operator=(const WindowsProcess&) = delete;
 
-    // A program of the system under Wine has no handle; it counts as running until it is ended.
+    // A Linux program under Wine has no handle; it counts as running until Kill.
     bool Running() override {
         return !killed_ && WaitForSingleObject(process_.get(), 0) != WAIT_OBJECT_0;
     }
@@ -52,14 +52,15 @@ OwnedHandle MakeJob() {
     return job;
 }
 
-// A folder for one process: its number keeps two programs apart, the tick what a crash left.
+// A name for a folder that no other process uses, by the process number, and that no earlier one
+// left behind, by the tick count.
 std::wstring FolderName(int count) {
     return L"tamrin-" + std::to_wstring(GetCurrentProcessId()) + L"-" +
            std::to_wstring(GetTickCount()) + L"-" + std::to_wstring(count);
 }
 
-// Starts a program and answers its process and first thread; nothing when it cannot be started. The
-// handles are null for a program that is none of Windows', such as one of Linux under Wine.
+// Starts a program and answers its process and first thread; nothing when it cannot be started. A
+// Linux program under Wine has null handles.
 std::optional<std::pair<OwnedHandle, OwnedHandle>> Create(const std::string& executable,
                                                           const std::vector<std::string>& arguments,
                                                           DWORD flags) {
@@ -78,11 +79,46 @@ std::optional<std::pair<OwnedHandle, OwnedHandle>> Create(const std::string& exe
     return std::pair(OwnedHandle(information.hProcess), OwnedHandle(information.hThread));
 }
 
+using OwnedSearch = Owned<HANDLE, FindClose>;
+
+// Deletes a folder with everything in it, as far as possible. Of a link only the link itself is
+// deleted. True when the folder is gone.
+bool RemoveFolder(const std::wstring& folder);
+
+void RemoveEntry(const std::wstring& path, DWORD attributes) {
+    if ((attributes & FILE_ATTRIBUTE_READONLY) != 0) {
+        SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
+    }
+    if ((attributes & FILE_ATTRIBUTE_DIRECTORY) == 0) {
+        DeleteFileW(path.c_str());
+    } else if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0) {
+        RemoveDirectoryW(path.c_str());
+    } else {
+        RemoveFolder(path);
+    }
+}
+
+bool RemoveFolder(const std::wstring& folder) {
+    WIN32_FIND_DATAW entry;
+    const HANDLE first = FindFirstFileW((folder + L"\\*").c_str(), &entry);
+    if (first != INVALID_HANDLE_VALUE) {
+        const OwnedSearch search(first);
+        do {
+            const std::wstring_view name = entry.cFileName;
+            if (name != L"." && name != L"..") {
+                RemoveEntry((folder + L'\\').append(name), entry.dwFileAttributes);
+            }
+        } while (FindNextFileW(search.get(), &entry));
+    }
+    return RemoveDirectoryW(folder.c_str()) != 0 ||
+           GetFileAttributesW(folder.c_str()) == INVALID_FILE_ATTRIBUTES;
+}
+
 }  // namespace
 
 std::unique_ptr<Process> WindowsProcesses::Start(const std::string& executable,
                                                  const std::vector<std::string>& arguments) {
-    // Suspended, so that it is in the job before it can start anything.
+    // Suspended until it is in the job: it must not start another program before.
     auto started = Create(executable, arguments, CREATE_SUSPENDED);
     if (!started) return nullptr;
     auto& [process, thread] = *started;
@@ -106,7 +142,7 @@ std::string WindowsProcesses::MakeTemporaryFolder() {
         return GetTempPathW(static_cast<DWORD>(size), buffer);
     });
     if (base.empty()) return "";
-    for (int i = 0; i < kMostNames; ++i) {
+    for (int i = 0; i < kMaxNames; ++i) {
         const std::wstring folder = base + FolderName(i);
         if (CreateDirectoryW(folder.c_str(), nullptr)) return Utf8(folder);
         if (GetLastError() != ERROR_ALREADY_EXISTS) break;
@@ -117,7 +153,7 @@ std::string WindowsProcesses::MakeTemporaryFolder() {
 void WindowsProcesses::RemoveTemporaryFolder(const std::string& folder) {
     if (folder.empty()) return;
     const std::wstring path = Wide(folder);
-    // Programs that were just ended may hold their last files for a moment.
+    // Programs that have just ended may hold their files for a moment.
     for (int attempt = 0; attempt < kRemoveAttempts && !RemoveFolder(path); ++attempt) {
         Sleep(kRemovePauseMs);
     }
@@ -129,7 +165,7 @@ std::string WindowsProcesses::Environment(const std::string& name) const {
 
 std::string WindowsProcesses::OwnExecutable() const { return Utf8(tamrin::OwnExecutable()); }
 
-// The file of a running program is not opened for writing; to be opened changes none.
+// Windows does not open the file of a running program for writing. Opening a file changes nothing.
 bool WindowsProcesses::IsRunning(const std::string& executable) const {
     const OwnedHandle file =
         OwnFile(CreateFileW(Wide(executable).c_str(), FILE_WRITE_DATA,

@@ -16,15 +16,15 @@ bool IsAscii(std::string_view text) {
     return all < 0x80U;
 }
 
-// The bytes 80, A0 and FD to FF are no characters; Windows hides them in codes of no use to anyone.
+// The bytes 80, A0 and FD to FF are no characters; Windows maps them to unused codes.
 bool IsAssigned(wchar_t unit) { return unit != 0x80 && !(unit >= 0xF8F0 && unit <= 0xF8F3); }
 
-// Appends the characters of `bytes`; false, and nothing appended, when any is none.
+// Appends the characters of `bytes`; false, and nothing appended, when one of them is invalid.
 bool AppendExact(std::wstring& text, std::string_view bytes) {
     const std::size_t before = text.size();
     const int size = static_cast<int>(bytes.size());
     text.resize(before + bytes.size());
-    // NOLINTNEXTLINE(bugprone-suspicious-stringview-data-usage): its size goes along
+    // NOLINTNEXTLINE(bugprone-suspicious-stringview-data-usage): the size is passed too
     const int length = MultiByteToWideChar(kShiftJis, MB_ERR_INVALID_CHARS, bytes.data(), size,
                                            text.data() + before, size);
     text.resize(before + static_cast<std::size_t>(length));
@@ -34,8 +34,8 @@ bool AppendExact(std::wstring& text, std::string_view bytes) {
     return exact;
 }
 
-// How many bytes the character takes with which `bytes` begins, whether it exists or not: a lead
-// byte counts alone when no trail byte follows it.
+// The length in bytes of the first character, valid or not. A lead byte without a trail byte counts
+// alone.
 std::size_t CharacterLength(std::string_view bytes) {
     const auto byte = [&](std::size_t at) { return static_cast<unsigned char>(bytes[at]); };
     const bool lead = (byte(0) >= 0x81 && byte(0) <= 0x9F) || (byte(0) >= 0xE0 && byte(0) <= 0xFC);
@@ -65,7 +65,7 @@ std::optional<std::string> WindowsTextCodec::Encode(std::string_view utf8) const
     const int length = WideCharToMultiByte(kShiftJis, 0, wide.data(), size, bytes.data(),
                                            static_cast<int>(bytes.size()), nullptr, nullptr);
     bytes.resize(static_cast<std::size_t>(length));
-    // Windows takes look-alikes and "?" for what the code page lacks; the reverse tells.
+    // Windows replaces what the code page lacks by similar characters and "?"; decoding shows that.
     if (Decode(bytes) != utf8) return std::nullopt;
     return bytes;
 }

@@ -8,7 +8,7 @@
 
 namespace tamrin {
 
-// Code page 932 by Windows' own tables, wherever in the world the computer was bought.
+// Code page 932 by Windows' own tables, whatever the system's own code page is.
 class WindowsTextCodec : public TextCodec {
 public:
     std::string Decode(std::string_view bytes) const override;

@@ -1,7 +1,5 @@
 #include "platform/windows/timer.h"
 
-#include "platform/windows/control.h"
-
 namespace tamrin {
 
 WindowTimer::WindowTimer(HWND form, const ControlSpec& spec, UINT_PTR id)
@@ -24,7 +22,7 @@ void WindowTimer::SetEnabled(bool enabled) {
 }
 
 void WindowTimer::Tick() {
-    // A tick may still be in the queue of a timer that was stopped.
+    // A tick may still be in the queue when the timer is stopped.
     if (ticking_ || !Enabled()) return;
     ticking_ = true;
     Raise(onTimer);

@@ -2,12 +2,11 @@
 
 #include <windows.h>
 
-#include "platform/form.h"
-#include "platform/windows/stored_control.h"
+#include "platform/windows/control.h"
 
 namespace tamrin {
 
-// A timer of a form, which gets its ticks as messages.
+// A timer of a form. Its ticks arrive as WM_TIMER messages of the form's window.
 class WindowTimer : public StoredControl {
 public:
     WindowTimer(HWND form, const ControlSpec& spec, UINT_PTR id);
@@ -17,8 +16,8 @@ public:
 
     void SetEnabled(bool enabled) override;
 
-    // The interval has passed. A handler that waits is not called again inside itself: ticks that
-    // come meanwhile are left out.
+    // The interval has passed. A handler that waits is not called inside itself: ticks that arrive
+    // meanwhile are dropped.
     void Tick();
 
     const ControlSpec& spec() const { return spec_; }

@@ -9,7 +9,7 @@
 namespace tamrin {
 namespace {
 
-constexpr LPARAM kMostWidth = 400;  // longer texts are broken into lines
+constexpr LPARAM kMaxWidth = 400;  // longer texts are wrapped
 
 }  // namespace
 
@@ -17,7 +17,7 @@ ToolTips::ToolTips(HWND form)
     : form_(form),
       window_(CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_NOPREFIX, 0,
                               0, 0, 0, form, nullptr, nullptr, nullptr)) {
-    SendMessageW(window_, TTM_SETMAXTIPWIDTH, 0, kMostWidth);
+    SendMessageW(window_, TTM_SETMAXTIPWIDTH, 0, kMaxWidth);
 }
 
 void ToolTips::Set(HWND control, std::string_view text) const {

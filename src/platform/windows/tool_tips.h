@@ -6,18 +6,18 @@
 
 namespace tamrin {
 
-// The tool tips of one form. Their window belongs to the form's and goes with it.
+// The tool tips of one form. Their window is owned by the form's and is destroyed with it.
 //
-// They learn of the mouse from the message loop. The control that shows tips can hook the controls
-// itself, but then every line that is added to a long list pays for it.
+// The message loop relays the mouse to them. The tool tip control could subclass the controls
+// itself (TTF_SUBCLASS), but that slows down every line that is added to a long list.
 class ToolTips {
 public:
     explicit ToolTips(HWND form);
 
-    // Sets the tip of a control; an empty text takes it away.
+    // Sets the tip of a control; an empty text removes it.
     void Set(HWND control, std::string_view text) const;
 
-    // To be told of every message for a window of the form before that handles it.
+    // Call this with every message for a window of the form before dispatching it.
     void Relay(const MSG& message) const;
 
 private:

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 
-#include "platform/windows/program_icon.h"
 #include "platform/windows/wide.h"
 
 namespace tamrin {

@@ -5,14 +5,13 @@
 
 namespace tamrin {
 
-// Windows speaks UTF-16, the program UTF-8. What is no valid text on one side becomes U+FFFD on the
-// other.
+// Windows uses UTF-16, the program UTF-8. Invalid text on one side becomes U+FFFD on the other.
 std::wstring Wide(std::string_view utf8);
 std::string Utf8(std::wstring_view wide);
 
-// The text that a call such as GetCurrentDirectoryW writes: `read(buffer, size)` answers the length
-// written or, when the buffer is too small, the size that it needs or the size that it was given;
-// 0 on failure, which is answered by an empty text.
+// The text that a call such as GetCurrentDirectoryW writes. `read(buffer, size)` answers the length
+// of the text; at least `size` when the buffer is too small; 0 on failure, which gives an empty
+// text.
 template <typename Read>
 std::wstring ReadWide(Read read) {
     std::wstring text(260, L'\0');

@@ -8,9 +8,8 @@
 #include <algorithm>
 #include <stdexcept>
 
-#include "platform/windows/form_builder.h"
+#include "platform/windows/control_kinds.h"
 #include "platform/windows/layout.h"
-#include "platform/windows/program_icon.h"
 #include "platform/windows/wide.h"
 
 namespace tamrin {
@@ -23,13 +22,13 @@ DWORD StyleOf(const FormSpec& spec) {
 }
 
 DWORD ExtendedStyleOf(const FormSpec& spec) {
-    // A splash window stands over its form, which may be in front of all others itself.
+    // A splash window covers its form, which may be topmost itself.
     if ((spec.flags & kNoTitle) != 0) return WS_EX_TOPMOST | WS_EX_TOOLWINDOW;
     const DWORD frame = (spec.flags & kResizable) != 0 ? 0 : WS_EX_DLGMODALFRAME;
     return frame | WS_EX_CONTROLPARENT;
 }
 
-// A window class named like the form, once.
+// Registers the window class of a form, which has the form's name.
 void RegisterForm(const std::wstring& name, WNDPROC procedure) {
     WNDCLASSEXW window_class{};
     window_class.cbSize = sizeof window_class;
@@ -40,7 +39,7 @@ void RegisterForm(const std::wstring& name, WNDPROC procedure) {
     window_class.hCursor = LoadCursorW(nullptr, IDC_ARROW);
     window_class.hbrBackground = GetSysColorBrush(COLOR_BTNFACE);
     window_class.lpszClassName = name.c_str();
-    RegisterClassExW(&window_class);  // fails, and rightly, when it is registered already
+    RegisterClassExW(&window_class);  // fails harmlessly when it is registered already
 }
 
 Place PlaceOf(const RECT& rectangle) {
@@ -49,9 +48,18 @@ Place PlaceOf(const RECT& rectangle) {
             static_cast<int>(rectangle.bottom - rectangle.top)};
 }
 
+// A modal form cannot be minimised or maximised.
+void MakeDialog(HWND window) {
+    const LONG_PTR style = GetWindowLongPtrW(window, GWL_STYLE);
+    constexpr LONG_PTR kBoxes = WS_MINIMIZEBOX | WS_MAXIMIZEBOX;
+    SetWindowLongPtrW(window, GWL_STYLE, (style & ~kBoxes) | static_cast<LONG_PTR>(WS_POPUP));
+    const LONG_PTR extended = GetWindowLongPtrW(window, GWL_EXSTYLE);
+    SetWindowLongPtrW(window, GWL_EXSTYLE, extended | WS_EX_DLGMODALFRAME);
+}
+
 HFONT MakeFont(int dpi) {
     constexpr int kPoints = 9;
-    // The character set makes sure that a system without this font takes another Japanese one.
+    // By the character set a system without this font takes another Japanese one.
     return CreateFontW(-MulDiv(kPoints, dpi, 72), 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE,
                        SHIFTJIS_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, CLEARTYPE_QUALITY,
                        DEFAULT_PITCH | FF_DONTCARE, L"Yu Gothic UI");
@@ -104,7 +112,7 @@ void WindowForm::MakeControls(const FormSpec& spec) {
             timers_.push_back(std::make_unique<WindowTimer>(window_, control, id++));
             continue;
         }
-        // The arrow keys go round among the options of one array.
+        // The arrow keys move within the options of one control array.
         const bool option = control.kind == ControlKind::kOptionButton;
         const bool first_of_group = !option || control.name != group;
         group = option ? control.name : std::string_view();
@@ -134,7 +142,7 @@ void WindowForm::SetFonts() {
 
 SIZE WindowForm::ClientSize() const {
     if (IsIconic(window_)) {
-        // A minimised window has no client area; its controls stand where they will be seen again.
+        // A minimised window has no client area; controls keep the places of the restored one.
         const Place place = GetPlace();
         const SIZE borders = OuterSize(0, 0);
         return {place.width - borders.cx, place.height - borders.cy};
@@ -190,10 +198,10 @@ void WindowForm::SetVisible(bool visible) {
         return;
     }
     if (onDropFiles) DragAcceptFiles(window_, TRUE);
-    // Only the first time it takes the keyboard: a form that comes back after a run, or after a
-    // click that it stood in the way of, leaves it to the browser. A splash window never takes it.
-    const bool quiet = shown_before_ || (flags_ & kNoTitle) != 0;
-    ShowWindow(window_, quiet ? SW_SHOWNA : SW_SHOW);
+    // A form takes the focus only when it is shown first. After a run, or a click that it covered,
+    // the browser keeps the focus. A splash window never takes it.
+    const bool keeps_focus = shown_before_ || (flags_ & kNoTitle) != 0;
+    ShowWindow(window_, keeps_focus ? SW_SHOWNA : SW_SHOW);
     shown_before_ = true;
 }
 
@@ -249,6 +257,39 @@ bool WindowForm::Close() {
     for (const auto& timer : timers_) timer->SetEnabled(false);
     if (onUnload) onUnload();
     return true;
+}
+
+void WindowForm::ShowModal(Form& owner) {
+    owner_ = &static_cast<WindowForm&>(owner);
+    owner_->in_front_ = this;
+    closed_ = false;
+    shown_before_ = false;
+    MakeDialog(window_);
+    SetPlace(Centered(GetPlace(), owner_->GetPlace()));
+    // An owned window stays in front of its owner, and Windows hides it with its owner. So a form
+    // whose owner is hidden gets none.
+    const HWND parent = owner_->Visible() ? owner_->window_ : nullptr;
+    SetWindowLongPtrW(window_, GWLP_HWNDPARENT, reinterpret_cast<LONG_PTR>(parent));
+    for (WindowForm* form : forms_) {
+        if (form == this || !IsWindowEnabled(form->window_)) continue;
+        EnableWindow(form->window_, FALSE);
+        disabled_.push_back(form);
+    }
+    SetVisible(true);
+    while (Visible()) clock_.WaitForEvents();
+}
+
+// Enables the other forms again. This must come before the form is hidden: otherwise Windows finds
+// none of our windows enabled and activates another program's.
+void WindowForm::LeaveModal() {
+    if (!owner_) return;
+    owner_->in_front_ = nullptr;
+    for (const WindowForm* form : disabled_) {
+        if (std::ranges::count(forms_, form) > 0) EnableWindow(form->window_, TRUE);
+    }
+    disabled_.clear();
+    if (GetActiveWindow() == window_ && owner_->Visible()) SetActiveWindow(owner_->window_);
+    owner_ = nullptr;
 }
 
 void WindowForm::UncheckOthers(const WindowControl& chosen) {

@@ -23,10 +23,17 @@ class WindowForm;
 // All forms of the program, in the order in which they were made.
 using WindowForms = std::vector<WindowForm*>;
 
-// A form with its windows. They live as long as it does: a form that is closed is only hidden, so
-// that whoever waits inside one of its events finds everything in its place.
+// What the user of a form can press: a button, and the menu entry that does the same.
+struct Pressable {
+    std::string_view form;
+    std::string_view button;
+    std::string_view entry;
+};
+
+// A form with its windows, which live as long as it does. Closing a form only hides it, so code
+// that waits inside one of its events can go on using it.
 //
-// The name of the form is the class of its window; its controls have the numbers from kFirstControl
+// The window class has the name of the form. The controls have the numbers from kFirstControl on,
 // in the order of the table.
 class WindowForm : public Form {
 public:
@@ -37,7 +44,7 @@ public:
     WindowForm(const WindowForm&) = delete;
     WindowForm& operator=(const WindowForm&) = delete;
 
-    // The form of a top-level window, null when the window is none of ours.
+    // The form of a top-level window; null for any other window.
     static WindowForm* Of(HWND window);
 
     Control& Find(std::string_view name, int index = -1) override;
@@ -62,17 +69,21 @@ public:
 
     const ToolTips& tips() const { return *tips_; }
 
-    // Takes a key that is a shortcut of this form's menus. False when it is none.
+    // Carries out a key that is a shortcut of this form's menus. False when it is none.
     bool TakesShortcut(MSG& message) const;
+
+    // Whether a message that waits in this thread's queue will press the control when it is
+    // handled: a left click on the button, or a key that is a shortcut of the menu entry.
+    static bool WillPress(const MSG& message, const Pressable& control);
 
     // Unchecks the other option buttons of the control array.
     void UncheckOthers(const WindowControl& chosen);
 
 private:
     // window_form_messages.cpp
-    static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wide, LPARAM wider);
-    LRESULT Handle(UINT message, WPARAM wide, LPARAM wider);
-    LRESULT Command(WPARAM wide, LPARAM wider);
+    static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
+    LRESULT Handle(UINT message, WPARAM wparam, LPARAM lparam);
+    LRESULT Command(WPARAM wparam, LPARAM lparam);
     void ContextMenu(HWND window, LPARAM point);
     HBRUSH TextColors(HDC context, HWND window) const;
     void LimitSize(MINMAXINFO& limits) const;
@@ -89,7 +100,7 @@ private:
     WindowControl* ControlOf(HWND window) const;
     WindowControl* ButtonWith(unsigned flag) const;
     int DefaultButton() const;
-    // Answers Esc and the close box: presses the form's Cancel button, or closes it.
+    // The close box: presses the form's Cancel button if it has one, otherwise closes the form.
     void Dismiss();
     void LeaveModal();
 
@@ -107,14 +118,14 @@ private:
     std::unique_ptr<ToolTips> tips_;
     std::vector<std::unique_ptr<WindowControl>> controls_;
     std::vector<std::unique_ptr<WindowTimer>> timers_;
-    HWND focus_ = nullptr;   // where the keyboard was when another window became active
-    bool key_menu_ = false;  // the context menu was asked for by its key
+    HWND focus_ = nullptr;   // the control with the focus when the form was deactivated
+    bool key_menu_ = false;  // the context menu was opened by its key
     bool shown_before_ = false;
     bool closing_ = false;
     bool closed_ = false;
     WindowForm* owner_ = nullptr;     // while this form is modal
     WindowForm* in_front_ = nullptr;  // the modal form of which this one is the owner
-    WindowForms disabled_;            // the forms that take no input while this one is modal
+    WindowForms disabled_;            // the forms disabled while this one is modal
 };
 
 }  // namespace tamrin

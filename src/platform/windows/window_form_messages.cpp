@@ -2,23 +2,43 @@
 
 #include <shellapi.h>
 
-#include "platform/windows/shortcut.h"
+#include <algorithm>
+#include <vector>
+
 #include "platform/windows/wide.h"
 #include "platform/windows/window_form.h"
 
 namespace tamrin {
 namespace {
 
-// A handle or pointer that came as the number of a message.
+// A handle or pointer that is a parameter of a message.
 template <typename Pointer>
 Pointer As(LONG_PTR number) {
     return reinterpret_cast<Pointer>(number);  // NOLINT(performance-no-int-to-ptr)
 }
 
-// Sent to all windows when the taskbar has been started anew.
+// Sent to all windows when the taskbar was started again.
 UINT TaskbarCreated() {
     static const UINT message = RegisterWindowMessageW(L"TaskbarCreated");
     return message;
+}
+
+// Whether the key edits text, so that it belongs to a text box that has the focus: Del, and Ctrl
+// with A, C, V, X, Y or Z.
+bool EditsText(const MSG& message) {
+    if (message.message != WM_KEYDOWN) return false;
+    if (message.wParam == VK_DELETE) return true;
+    constexpr std::string_view kLetters = "ACVXYZ";
+    return GetKeyState(VK_CONTROL) < 0 && message.wParam < 0x80 &&
+           kLetters.find(static_cast<char>(message.wParam)) != std::string_view::npos;
+}
+
+// Whether exactly the shortcut's modifiers are held down now.
+bool ModifiersHeld(const ACCEL& shortcut) {
+    const auto matches = [&](BYTE flag, int key) {
+        return ((shortcut.fVirt & flag) != 0) == (GetAsyncKeyState(key) < 0);
+    };
+    return matches(FSHIFT, VK_SHIFT) && matches(FCONTROL, VK_CONTROL) && matches(FALT, VK_MENU);
 }
 
 }  // namespace
@@ -29,31 +49,31 @@ WindowForm* WindowForm::Of(HWND window) {
     return As<WindowForm*>(GetWindowLongPtrW(window, GWLP_USERDATA));
 }
 
-LRESULT CALLBACK WindowForm::Procedure(HWND window, UINT message, WPARAM wide, LPARAM wider) {
+LRESULT CALLBACK WindowForm::Procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     if (message == WM_NCCREATE) {
-        auto* const form = static_cast<WindowForm*>(As<CREATESTRUCTW*>(wider)->lpCreateParams);
+        auto* const form = static_cast<WindowForm*>(As<CREATESTRUCTW*>(lparam)->lpCreateParams);
         form->window_ = window;
         SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(form));
     }
     auto* const form = As<WindowForm*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-    if (!form) return DefWindowProcW(window, message, wide, wider);
-    return form->Handle(message, wide, wider);
+    if (!form) return DefWindowProcW(window, message, wparam, lparam);
+    return form->Handle(message, wparam, lparam);
 }
 
-LRESULT WindowForm::Handle(UINT message, WPARAM wide, LPARAM wider) {
+LRESULT WindowForm::Handle(UINT message, WPARAM wparam, LPARAM lparam) {
     switch (message) {
         case WM_COMMAND:
-            return Command(wide, wider);
+            return Command(wparam, lparam);
         case WM_TIMER:
             for (std::size_t i = 0; i < timers_.size(); ++i) {
-                if (timers_[i]->id() == wide) timers_[i]->Tick();
+                if (timers_[i]->id() == wparam) timers_[i]->Tick();
             }
             return 0;
         case WM_SIZE:
-            if (wide != SIZE_MINIMIZED) Arrange();
+            if (wparam != SIZE_MINIMIZED) Arrange();
             return 0;
         case WM_GETMINMAXINFO:
-            LimitSize(*As<MINMAXINFO*>(wider));
+            LimitSize(*As<MINMAXINFO*>(lparam));
             return 0;
         case WM_CLOSE:
             Dismiss();
@@ -61,10 +81,10 @@ LRESULT WindowForm::Handle(UINT message, WPARAM wide, LPARAM wider) {
         case WM_QUERYENDSESSION:
             return !onQueryUnload || onQueryUnload() ? TRUE : FALSE;
         case WM_CONTEXTMENU:
-            ContextMenu(As<HWND>(static_cast<LONG_PTR>(wide)), wider);
+            ContextMenu(As<HWND>(static_cast<LONG_PTR>(wparam)), lparam);
             return 0;
         case WM_ACTIVATE:
-            if (LOWORD(wide) == WA_INACTIVE && ControlOf(GetFocus())) focus_ = GetFocus();
+            if (LOWORD(wparam) == WA_INACTIVE && ControlOf(GetFocus())) focus_ = GetFocus();
             break;
         case WM_SETFOCUS:
             TakeFocus();
@@ -72,34 +92,34 @@ LRESULT WindowForm::Handle(UINT message, WPARAM wide, LPARAM wider) {
         case WM_CTLCOLORSTATIC:
         case WM_CTLCOLOREDIT:
             if (const HBRUSH brush =
-                    TextColors(As<HDC>(static_cast<LONG_PTR>(wide)), As<HWND>(wider))) {
+                    TextColors(As<HDC>(static_cast<LONG_PTR>(wparam)), As<HWND>(lparam))) {
                 return reinterpret_cast<LRESULT>(brush);
             }
             break;
         case WM_DROPFILES:
-            DropFiles(wide);
+            DropFiles(wparam);
             return 0;
         case WM_DPICHANGED:
-            DpiChanged(LOWORD(wide), *As<const RECT*>(wider));
+            DpiChanged(LOWORD(wparam), *As<const RECT*>(lparam));
             return 0;
         case DM_GETDEFID:
             return MAKELRESULT(DefaultButton(), DC_HASDEFID);
         case TrayIcon::kTrayMessage:
-            if (TrayIcon::IsClick(wider)) TrayClicked();
+            if (TrayIcon::IsClick(lparam)) TrayClicked();
             return 0;
         default:
             if (message == TaskbarCreated()) tray_icon_.Restore(window_, Caption());
     }
-    return DefWindowProcW(window_, message, wide, wider);
+    return DefWindowProcW(window_, message, wparam, lparam);
 }
 
-LRESULT WindowForm::Command(WPARAM wide, LPARAM wider) {
-    const UINT id = LOWORD(wide);
-    if (wider != 0) {
-        WindowControl* const control = ControlOf(As<HWND>(wider));
-        if (control && control->Enabled()) control->Notified(HIWORD(wide));
+LRESULT WindowForm::Command(WPARAM wparam, LPARAM lparam) {
+    const UINT id = LOWORD(wparam);
+    if (lparam != 0) {
+        WindowControl* const control = ControlOf(As<HWND>(lparam));
+        if (control && control->Enabled()) control->Notified(HIWORD(wparam));
     } else if (id == IDCANCEL) {
-        // Esc. It never closes a form that has no such button.
+        // Esc. A form without such a button stays open.
         if (WindowControl* const cancel = ButtonWith(kCancel)) cancel->Press();
     } else {
         menu_.Choose(id);
@@ -120,6 +140,20 @@ bool WindowForm::TakesShortcut(MSG& message) const {
     return TranslateAcceleratorW(window_, menu_.accelerators(), &message) != 0;
 }
 
+bool WindowForm::WillPress(const MSG& message, const Pressable& control) {
+    WindowForm* const form = Of(GetAncestor(message.hwnd, GA_ROOT));
+    if (!form || form->name_ != control.form) return false;
+    if (message.message == WM_LBUTTONDOWN || message.message == WM_LBUTTONUP) {
+        const auto* button = dynamic_cast<const WindowControl*>(&form->Find(control.button));
+        return button && button->window() == message.hwnd;
+    }
+    if (message.message != WM_KEYDOWN && message.message != WM_SYSKEYDOWN) return false;
+    const MenuEntry* const entry = form->menu_.Find(control.entry);
+    return entry && std::ranges::any_of(Shortcuts(entry->spec().shortcut), [&](const ACCEL& key) {
+               return key.key == message.wParam && ModifiersHeld(key);
+           });
+}
+
 void WindowForm::ContextMenu(HWND window, LPARAM point) {
     WindowControl* const control = ControlOf(window);
     if (!control) return;
@@ -135,7 +169,7 @@ WindowControl* WindowForm::ButtonWith(unsigned flag) const {
     return nullptr;
 }
 
-// The button that Enter presses: the one that has the keyboard, else the form's.
+// The button that Enter presses: the one with the focus, otherwise the form's default button.
 int WindowForm::DefaultButton() const {
     const WindowControl* button = ControlOf(GetFocus());
     if (!button || button->spec().kind != ControlKind::kButton) button = ButtonWith(kDefault);
@@ -152,20 +186,20 @@ void WindowForm::Dismiss() {
 
 void WindowForm::LimitSize(MINMAXINFO& limits) const {
     if ((flags_ & kResizable) == 0) return;
-    const SIZE least = OuterSize(Scaled(width_, dpi_), Scaled(height_, dpi_));
-    limits.ptMinTrackSize = {least.cx, least.cy};
+    const SIZE minimum = OuterSize(Scaled(width_, dpi_), Scaled(height_, dpi_));
+    limits.ptMinTrackSize = {minimum.cx, minimum.cy};
 }
 
-// The keyboard goes back to where it was, at first to the first control that takes it.
+// Gives the focus back to the control that had it; at first to the first one that can have it.
 void WindowForm::TakeFocus() const {
     const WindowControl* const before = ControlOf(focus_);
-    const bool fit = before && before->Enabled() && before->Visible();
+    const bool usable = before && before->Enabled() && before->Visible();
     const HWND first = GetNextDlgTabItem(window_, nullptr, FALSE);
-    if (fit || first) ::SetFocus(fit ? focus_ : first);
+    if (usable || first) ::SetFocus(usable ? focus_ : first);
 }
 
-// The colours of a text box, which looks the same whether it can be typed into or not; null for
-// what keeps its own.
+// The colours of an enabled text box, read-only or not; null for any other control, which keeps its
+// own.
 HBRUSH WindowForm::TextColors(HDC context, HWND window) const {
     const WindowControl* const control = ControlOf(window);
     if (!control || control->spec().kind != ControlKind::kTextBox || !control->Enabled()) {
@@ -189,7 +223,7 @@ void WindowForm::DropFiles(WPARAM drop) const {
     if (const auto handler = onDropFiles) handler(paths);
 }
 
-// The window has come to a monitor of another resolution.
+// The window has moved to a monitor with another scale.
 void WindowForm::DpiChanged(int dpi, const RECT& proposed) {
     for (const auto& control : controls_) {
         const Anchor& anchor = control->anchor();

@@ -50,7 +50,7 @@ int WindowsWindowSystem::TwipsPerPixelY() const { return kTwipsPerInch / SystemD
 std::string WindowsWindowSystem::ClipboardText() const { return ReadClipboard(Front()); }
 
 bool WindowsWindowSystem::SetClipboardText(const std::string& text) {
-    // Without an owner the clipboard would not take it.
+    // The clipboard takes a text only from an owner.
     const HWND owner = Front();
     return WriteClipboard(owner ? owner : GetDesktopWindow(), text);
 }

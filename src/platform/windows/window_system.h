@@ -25,7 +25,7 @@ public:
     bool ShellOpen(const std::string& path) override;
 
 private:
-    // The form that the user has before him, null when none is seen.
+    // The form in front, null when none is visible.
     HWND Front() const;
 
     WindowsClock& clock_;
