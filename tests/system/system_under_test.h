@@ -25,6 +25,9 @@ public:
     virtual WindowSystem& windows() = 0;
     virtual Clock& clock() = 0;
 
+    // Shows a form and brings it to the front.
+    virtual void Show(Form& form) = 0;
+
     // Lets time pass, with events handled.
     virtual void Pass(int milliseconds) = 0;
 

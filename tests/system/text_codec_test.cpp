@@ -8,6 +8,8 @@
 namespace tamrin::test {
 namespace {
 
+const std::unique_ptr<TextCodec> codec = MakeTextCodec();
+
 TEST(Decode, AnswersEveryCharacterOfCodePage932) {
     const struct {
         const char* bytes;
@@ -25,36 +27,30 @@ TEST(Decode, AnswersEveryCharacterOfCodePage932) {
         {"\x93\x30\xFA", "\uFFFD0\uFFFD"},  // no second byte, and none at the end
         {"\x93\r\n", "\uFFFD\r\n"},
     };
-    const auto made = MakeTextCodec();
-    const TextCodec& codec = *made;
-    for (const auto& row : rows) EXPECT_EQ(codec.Decode(row.bytes), row.text);
+    for (const auto& row : rows) EXPECT_EQ(codec->Decode(row.bytes), row.text);
 }
 
 TEST(Encode, AnswersOnlyWhatComesBackTheSame) {
-    const auto made = MakeTextCodec();
-    const TextCodec& codec = *made;
     const std::string text = "a\\~①ソ表纊ⅰ\uE000ｱ～－";
-    EXPECT_EQ(codec.Decode(codec.Encode(text).value_or("")), text);
+    EXPECT_EQ(codec->Decode(codec->Encode(text).value_or("")), text);
     // Among them characters for which the code page has a look-alike.
     for (const char* lost : {"¥", "‾", "—", "−", "〜", "‖", "¢", "é", "😀", "\u0080", "\uFEFF",
                              "\uFFFD", "日\xFF", "\xE6\x97"}) {
-        EXPECT_EQ(codec.Encode(lost), std::nullopt) << lost;
-        EXPECT_EQ(codec.Encode(std::string("日本") + lost), std::nullopt) << lost;
+        EXPECT_EQ(codec->Encode(lost), std::nullopt) << lost;
+        EXPECT_EQ(codec->Encode(std::string("日本") + lost), std::nullopt) << lost;
     }
 }
 
 TEST(Encode, IsExactForEveryPairOfBytes) {
-    const auto made = MakeTextCodec();
-    const TextCodec& codec = *made;
     int pairs = 0;
     for (unsigned lead = 0; lead < 256; ++lead) {
         for (unsigned trail = 0; trail < 256; ++trail) {
             const char pair[] = {static_cast<char>(lead), static_cast<char>(trail)};
-            const std::string text = codec.Decode({pair, 2});
+            const std::string text = codec->Decode({pair, 2});
             if (text.find("\uFFFD") != text.npos) continue;
-            const auto bytes = codec.Encode(text);
+            const auto bytes = codec->Encode(text);
             ASSERT_TRUE(bytes) << text;
-            ASSERT_EQ(codec.Decode(*bytes), text);
+            ASSERT_EQ(codec->Decode(*bytes), text);
             pairs += ReadUtf8(text, 0).length == text.size();
         }
     }

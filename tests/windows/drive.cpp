@@ -1,17 +1,20 @@
-// A hand that reads the windows of another program, for the scripts beside this file:
-//   drive wait CLASS            waits until a window of that class is seen; prints its title
-//   drive gone CLASS            waits until none is
-//   drive lines CLASS N         prints the lines of its list box number N
-//   drive text CLASS N          prints the content of its text box number N
-//   drive label CLASS           prints its labels
-//   drive point CLASS CAPTION   prints the middle of its button with that caption, as X Y
-//   drive list CLASS N ROW      prints a point of a row of its list box number N, as X Y
-//   drive close CLASS           closes it by its close box
-// Ends with 0 when it was so, otherwise with 1.
+// Reads the windows of other programs for the scripts. Each line of the input is a question, its
+// words parted by tabs:
+//   title CLASS          the title of the window of that class
+//   active               the title of the window in front
+//   gone CLASS           nothing, once there is none
+//   close CLASS          nothing; closes it by its close box
+//   text CLASS KIND [N]  the texts of its controls of a kind (Static, Edit), or of number N
+//   lines CLASS N        the lines of its list box number N
+//   point CLASS CAPTION  the middle of its button with that caption, as X Y
+//   row CLASS N ROW      a point of a row of its list box number N, as X Y
+// An answer ends with the line "." or, when it is not so within ten seconds, "?".
 
 #include <windows.h>
 
-#include <cstdio>
+#include <iostream>
+#include <sstream>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -20,97 +23,100 @@
 namespace tamrin {
 namespace {
 
-constexpr int kAttempts = 500;
-constexpr DWORD kPauseMs = 20;
+constexpr int kTimeoutMs = 10000;
+constexpr DWORD kPauseMs = 10;
 
-HWND Seen(const std::wstring& window_class) {
-    const HWND window = FindWindowW(window_class.c_str(), nullptr);
-    return window && IsWindowVisible(window) ? window : nullptr;
+using Words = std::vector<std::wstring>;
+
+void Print(std::wstring text) {
+    std::erase(text, L'\r');
+    std::cout << Utf8(text) << '\n';
 }
 
-std::wstring TextOf(HWND window) {
-    std::wstring text(static_cast<std::size_t>(SendMessageW(window, WM_GETTEXTLENGTH, 0, 0)) + 1,
-                      L'\0');
-    text.resize(static_cast<std::size_t>(
-        SendMessageW(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()))));
+std::wstring Text(HWND window, UINT length_message, UINT text_message, WPARAM row) {
+    const auto length = static_cast<std::size_t>(SendMessageW(window, length_message, row, 0));
+    std::wstring text(length + 1, L'\0');
+    SendMessageW(window, text_message, text_message == WM_GETTEXT ? text.size() : row,
+                 reinterpret_cast<LPARAM>(text.data()));
+    text.resize(length);
     return text;
 }
 
+std::wstring Text(HWND window) { return Text(window, WM_GETTEXTLENGTH, WM_GETTEXT, 0); }
+
 // The controls of a window that are of one class, in the order in which they were made.
-std::vector<HWND> Children(HWND window, const wchar_t* window_class) {
-    std::vector<HWND> children;
-    for (HWND child = nullptr; (child = FindWindowExW(window, child, window_class, nullptr));) {
-        children.push_back(child);
+std::vector<HWND> Controls(HWND window, const std::wstring& control_class) {
+    std::vector<HWND> controls;
+    for (HWND child = nullptr;
+         (child = FindWindowExW(window, child, control_class.c_str(), nullptr));) {
+        controls.push_back(child);
     }
-    return children;
+    return controls;
 }
 
-HWND Child(HWND window, const wchar_t* window_class, const std::wstring& number) {
-    const auto children = Children(window, window_class);
-    const auto at = static_cast<std::size_t>(std::stoi(number));
-    return at < children.size() ? children[at] : nullptr;
-}
-
-void Print(const std::wstring& text) { std::printf("%s\n", Utf8(text).c_str()); }
-
-int PrintLines(HWND list) {
-    const LRESULT count = SendMessageW(list, LB_GETCOUNT, 0, 0);
-    for (LRESULT i = 0; i < count; ++i) {
-        const auto row = static_cast<WPARAM>(i);
-        std::wstring line(static_cast<std::size_t>(SendMessageW(list, LB_GETTEXTLEN, row, 0)) + 1,
-                          L'\0');
-        SendMessageW(list, LB_GETTEXT, row, reinterpret_cast<LPARAM>(line.data()));
-        line.pop_back();
-        Print(line);
-    }
-    return 0;
-}
-
-int PrintPoint(HWND window, POINT point) {
+bool PrintPoint(HWND window, POINT point) {
     ClientToScreen(window, &point);
-    std::printf("%ld %ld\n", point.x, point.y);
-    return 0;
+    std::cout << point.x << ' ' << point.y << '\n';
+    return true;
 }
 
-int PrintButton(HWND window, const std::wstring& caption) {
-    for (const HWND button : Children(window, L"Button")) {
-        if (TextOf(button) != caption) continue;
-        RECT client{};
-        GetClientRect(button, &client);
-        return PrintPoint(button, {client.right / 2, client.bottom / 2});
+bool Answer(const Words& words) {
+    const std::wstring& what = words.at(0);
+    HWND window = GetForegroundWindow();
+    const auto so = [&] {
+        window = FindWindowW(words.at(1).c_str(), nullptr);
+        const bool visible = window && IsWindowVisible(window);
+        return (what == L"gone") != visible;
+    };
+    for (const ULONGLONG start = GetTickCount64(); what != L"active" && !so(); Sleep(kPauseMs)) {
+        if (GetTickCount64() - start > kTimeoutMs) return false;
     }
-    return 1;
-}
-
-int PrintRow(HWND list, const std::wstring& row) {
-    const auto height = static_cast<LONG>(SendMessageW(list, LB_GETITEMHEIGHT, 0, 0));
-    const auto top = static_cast<LONG>(SendMessageW(list, LB_GETTOPINDEX, 0, 0));
-    return PrintPoint(list, {30, (std::stoi(row) - top) * height + height / 2});
-}
-
-int Drive(const std::vector<std::wstring>& words) {
-    const std::wstring& act = words.at(1);
-    const bool gone = act == L"gone";
-    HWND window = nullptr;
-    for (int i = 0; i < kAttempts; ++i) {
-        window = Seen(words.at(2));
-        if ((window == nullptr) == gone) break;
-        Sleep(kPauseMs);
+    if (what == L"close") return PostMessageW(window, WM_CLOSE, 0, 0) != 0;
+    if (what == L"title" || what == L"active") Print(Text(window));
+    if (what == L"text") {
+        const auto controls = Controls(window, words.at(2));
+        for (std::size_t i = 0; i < controls.size(); ++i) {
+            if (words.size() < 4 || std::stoul(words[3]) == i) Print(Text(controls[i]));
+        }
+    } else if (what == L"point") {
+        for (const HWND button : Controls(window, L"Button")) {
+            RECT client{};
+            GetClientRect(button, &client);
+            if (Text(button) == words.at(2)) {
+                return PrintPoint(button, {client.right / 2, client.bottom / 2});
+            }
+        }
+        return false;
+    } else if (what == L"lines" || what == L"row") {
+        const HWND list = Controls(window, L"ListBox").at(std::stoul(words.at(2)));
+        const auto ask = [list](UINT message) {
+            return static_cast<int>(SendMessageW(list, message, 0, 0));
+        };
+        if (what == L"row") {
+            const int row = std::stoi(words.at(3)) - ask(LB_GETTOPINDEX);
+            const int height = ask(LB_GETITEMHEIGHT);
+            return PrintPoint(list, {30, height * row + height / 2});
+        }
+        for (int row = 0, count = ask(LB_GETCOUNT); row < count; ++row) {
+            Print(Text(list, LB_GETTEXTLEN, LB_GETTEXT, static_cast<WPARAM>(row)));
+        }
     }
-    if ((window == nullptr) != gone) return 1;
-    if (act == L"close") PostMessageW(window, WM_CLOSE, 0, 0);
-    if (act == L"wait") Print(TextOf(window));
-    if (act == L"lines") return PrintLines(Child(window, L"ListBox", words.at(3)));
-    if (act == L"text") Print(TextOf(Child(window, L"Edit", words.at(3))));
-    if (act == L"point") return PrintButton(window, words.at(3));
-    if (act == L"list") return PrintRow(Child(window, L"ListBox", words.at(3)), words.at(4));
-    if (act == L"label") {
-        for (const HWND label : Children(window, L"Static")) Print(TextOf(label));
-    }
-    return 0;
+    return true;
 }
 
 }  // namespace
 }  // namespace tamrin
 
-int wmain(int count, wchar_t** words) { return tamrin::Drive({words, words + count}); }
+int main() {
+    for (std::string line; std::getline(std::cin, line);) {
+        tamrin::Words words;
+        std::wistringstream text(tamrin::Wide(line));
+        for (std::wstring word; std::getline(text, word, L'\t');) words.push_back(word);
+        bool found = false;
+        try {
+            found = tamrin::Answer(words);
+        } catch (const std::out_of_range&) {  // the window went, and its controls with it
+        }
+        std::cout << (found ? "." : "?") << std::endl;
+    }
+}

@@ -11,35 +11,28 @@
 namespace tamrin::test {
 namespace {
 
-class ReplaceTest : public testing::Test {
-protected:
-    ReplaceTest() { files.Replace(path, "old"); }
-    ~ReplaceTest() override {
-        SetFileAttributesW(Wide(path).c_str(), FILE_ATTRIBUTE_NORMAL);
-        processes.RemoveTemporaryFolder(folder);
-    }
-
+TEST(WindowsFiles, RefusesToReplaceAFileThatIsReadOnlyOrHeld) {
     WindowsProcesses processes;
     WindowsFiles files;
     const std::string folder = processes.MakeTemporaryFolder();
     const std::string path = folder + "\\注文.csv";
-};
-
-TEST_F(ReplaceTest, RefusesAReadOnlyFile) {
+    ASSERT_TRUE(files.Replace(path, "old"));
+    const auto refuses = [&] {
+        return !files.Replace(path, "new") && files.Read(path) == "old" &&
+               files.List(folder, "") == std::vector<std::string>{"注文.csv"};
+    };
     SetFileAttributesW(Wide(path).c_str(), FILE_ATTRIBUTE_READONLY);
-    EXPECT_FALSE(files.Replace(path, "new"));
-    EXPECT_EQ(files.Read(path), "old");
-    EXPECT_EQ(files.List(folder, ""), std::vector<std::string>{"注文.csv"});
-}
-
-TEST_F(ReplaceTest, RefusesAFileThatAnotherProgramHolds) {
-    const OwnedHandle held = OwnFile(CreateFileW(Wide(path).c_str(), GENERIC_READ, FILE_SHARE_READ,
-                                                 nullptr, OPEN_EXISTING, 0, nullptr));
-    ASSERT_TRUE(held);
-    EXPECT_FALSE(files.Replace(path, "new"));
-    EXPECT_FALSE(files.Delete(path));
-    EXPECT_EQ(files.Read(path), "old");
-    EXPECT_EQ(files.List(folder, ""), std::vector<std::string>{"注文.csv"});
+    EXPECT_TRUE(refuses());
+    SetFileAttributesW(Wide(path).c_str(), FILE_ATTRIBUTE_NORMAL);
+    {
+        const OwnedHandle held = OwnFile(CreateFileW(
+            Wide(path).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+        EXPECT_TRUE(refuses());
+        EXPECT_FALSE(files.Delete(path));
+    }
+    EXPECT_FALSE(refuses());
+    processes.RemoveTemporaryFolder(folder);
+    EXPECT_FALSE(files.IsFolder(folder));
 }
 
 TEST(QuoteArgument, IsReadBackByTheProgramAsItWas) {

@@ -21,6 +21,8 @@ public:
     WindowSystem& windows() override { return windows_; }
     Clock& clock() override { return clock_; }
 
+    void Show(Form& form) override { form.SetVisible(true); }
+
     void Pass(int milliseconds) override {
         for (int passed = 0; passed < milliseconds; passed += 10) {
             clock_.Sleep(10);

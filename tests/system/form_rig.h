@@ -1,0 +1,67 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <array>
+
+#include "system/system_under_test.h"
+
+namespace tamrin::test {
+
+using Lines = std::vector<std::string>;
+
+inline constexpr auto kControls = std::to_array<ControlSpec>({
+    {ControlKind::kButton, "cmdGo", -1, "実行(&G)", "実行します。", {8, 8, 80, 26}},
+    {ControlKind::kButton, "cmdOff", -1, "不可", "", {96, 8, 80, 26}, kFixed, kDisabled},
+    {ControlKind::kButton, "cmdOk", -1, "OK", "", {304, 192, 40, 24}, kFixed, kDefault},
+    {ControlKind::kButton, "cmdCancel", -1, "取消", "", {350, 192, 40, 24}, kFixed, kCancel},
+    {ControlKind::kOptionButton, "optDisp", 0, "なし", "", {184, 8, 60, 26}},
+    {ControlKind::kOptionButton, "optDisp", 1, "タグ", "", {246, 8, 60, 26}},
+    {ControlKind::kCheckBox, "chkCipher", -1, "暗号化", "", {312, 8, 80, 26}},
+    {ControlKind::kListBox, "lstLines", -1, "", "", {8, 40, 384, 100}, 3, kMultiSelect},
+    {ControlKind::kSplitter, "split", -1, "", "", {8, 140, 384, 6}},
+    {ControlKind::kListBox, "lstOne", -1, "", "", {8, 146, 384, 40}, kStretchRight | kMoveBottom},
+    {ControlKind::kTextBox, "txtName", -1, "最初", "", {8, 192, 100, 22}, kMoveBottom},
+    {ControlKind::kTextBox, "txtAll", -1, "", "", {110, 192, 100, 22}, kFixed, kMultiLine},
+    {ControlKind::kComboBox, "cmbTime", -1, "", "", {216, 192, 80, 24}, kMoveRight | kMoveBottom},
+    {ControlKind::kLabel, "lblName", -1, "名前", "", {312, 192, 80, 20}, kFixed, kHidden},
+    {ControlKind::kTimer, "Timer1", -1, "", "", {}, kFixed, kDisabled, 50},
+});
+
+inline constexpr auto kMenus = std::to_array<MenuSpec>({
+    {0, "mnuFile", "ファイル(&F)"},
+    {1, "mnuSave", "保存(&S)", "Ctrl+S"},
+    {1, "mnuLine", "-"},
+    {1, "mnuOff", "不可", "F6", kDisabled},
+    {1, "mnuDelete", "行削除", "Del"},
+    {1, "mnuCopy", "コピー", "Ctrl+C"},
+    {0, "mnuContext", "コンテキストメニュー", "", kHidden},
+    {1, "mnuStop", "停止", "Shift+F5, F7"},
+});
+
+inline const FormSpec kMain{"frmMain", "題名", 400, 220, kControls, kMenus, kResizable};
+
+// A form with all kinds of controls, in front.
+class FormTest : public testing::Test {
+protected:
+    void SetUp() override {
+        form->SetPlace({50, 50, 640, 480});
+        desk->Show(*form);
+        for (const char* name : {"cmdGo", "cmdOff", "cmdOk", "cmdCancel", "chkCipher", "mnuSave",
+                                 "mnuOff", "mnuDelete", "mnuCopy", "mnuStop"}) {
+            Find(name).onClick = Noting(name);
+        }
+    }
+
+    Control& Find(std::string_view name, int index = -1) { return form->Find(name, index); }
+
+    std::function<void()> Noting(const char* event) {
+        return [this, event] { events.emplace_back(event); };
+    }
+
+    const std::unique_ptr<Desk> desk = MakeDesk();
+    const std::unique_ptr<Form> form = desk->windows().Create(kMain);
+    Lines events;  // the clicks, in order
+};
+
+}  // namespace tamrin::test
