@@ -6,15 +6,15 @@
 namespace tamrin {
 namespace {
 
-constexpr int kAttempts = 20;
-constexpr DWORD kPauseMs = 10;
+constexpr int kOpenAttempts = 20;
+constexpr DWORD kOpenPauseMs = 10;
 
 // The opened clipboard. Other programs open it whenever it changes, so opening it is retried.
 class OpenClipboardGuard {
 public:
     explicit OpenClipboardGuard(HWND owner) {
-        for (int i = 0; i < kAttempts && !open_; ++i) {
-            if (i > 0) Sleep(kPauseMs);
+        for (int i = 0; i < kOpenAttempts && !open_; ++i) {
+            if (i > 0) Sleep(kOpenPauseMs);
             open_ = OpenClipboard(owner) != 0;
         }
     }

@@ -7,7 +7,7 @@
 
 namespace tamrin {
 
-// Gives a handle back with the call that its kind needs.
+// Releases a handle with the call that its kind needs.
 template <auto kRelease>
 struct Release {
     template <typename Handle>
@@ -20,6 +20,7 @@ template <typename Handle, auto kRelease>
 using Owned = std::unique_ptr<std::remove_pointer_t<Handle>, Release<kRelease>>;
 
 using OwnedHandle = Owned<HANDLE, CloseHandle>;
+using OwnedSearch = Owned<HANDLE, FindClose>;
 using OwnedFont = Owned<HFONT, DeleteObject>;
 using OwnedMenu = Owned<HMENU, DestroyMenu>;
 using OwnedAccelerators = Owned<HACCEL, DestroyAcceleratorTable>;

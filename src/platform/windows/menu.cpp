@@ -5,12 +5,12 @@
 namespace tamrin {
 namespace {
 
-struct NamedKey {
+struct ShortcutKey {
     std::string_view name;
     WORD key;
 };
 
-constexpr NamedKey kNamedKeys[] = {
+constexpr ShortcutKey kShortcutKeys[] = {
     {"Del", VK_DELETE}, {"Ins", VK_INSERT}, {"Esc", VK_ESCAPE},  {"Enter", VK_RETURN},
     {"Tab", VK_TAB},    {"Back", VK_BACK},  {"Home", VK_HOME},   {"End", VK_END},
     {"Up", VK_UP},      {"Down", VK_DOWN},  {"Left", VK_LEFT},   {"Right", VK_RIGHT},
@@ -18,7 +18,7 @@ constexpr NamedKey kNamedKeys[] = {
 };
 
 WORD KeyOf(std::string_view name) {
-    for (const NamedKey& named : kNamedKeys) {
+    for (const ShortcutKey& named : kShortcutKeys) {
         if (named.name == name) return named.key;
     }
     if (name.size() == 1) return static_cast<WORD>(static_cast<unsigned char>(name.front()));

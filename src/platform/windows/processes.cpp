@@ -13,7 +13,7 @@
 namespace tamrin {
 namespace {
 
-constexpr int kMaxNames = 100;
+constexpr int kMaxTemporaryFolders = 100;
 constexpr int kRemoveAttempts = 50;
 constexpr DWORD kRemovePauseMs = 20;
 
@@ -79,8 +79,6 @@ std::optional<std::pair<OwnedHandle, OwnedHandle>> Create(const std::string& exe
     return std::pair(OwnedHandle(information.hProcess), OwnedHandle(information.hThread));
 }
 
-using OwnedSearch = Owned<HANDLE, FindClose>;
-
 // Deletes a folder with everything in it, as far as possible. Of a link only the link itself is
 // deleted. True when the folder is gone.
 bool RemoveFolder(const std::wstring& folder);
@@ -142,7 +140,7 @@ std::string WindowsProcesses::MakeTemporaryFolder() {
         return GetTempPathW(static_cast<DWORD>(size), buffer);
     });
     if (base.empty()) return "";
-    for (int i = 0; i < kMaxNames; ++i) {
+    for (int i = 0; i < kMaxTemporaryFolders; ++i) {
         const std::wstring folder = base + FolderName(i);
         if (CreateDirectoryW(folder.c_str(), nullptr)) return Utf8(folder);
         if (GetLastError() != ERROR_ALREADY_EXISTS) break;
