@@ -64,9 +64,11 @@ bool Answer(const Words& words) {
     const std::wstring& what = words.at(0);
     HWND window = GetForegroundWindow();
     const auto so = [&] {
-        window = FindWindowW(words.at(1).c_str(), nullptr);
-        const bool visible = window && IsWindowVisible(window);
-        return (what == L"gone") != visible;
+        window = nullptr;
+        do {
+            window = FindWindowExW(nullptr, window, words.at(1).c_str(), nullptr);
+        } while (window && !IsWindowVisible(window));
+        return (what == L"gone") == !window;
     };
     for (const ULONGLONG start = GetTickCount64(); what != L"active" && !so(); Sleep(kPauseMs)) {
         if (GetTickCount64() - start > kTimeoutMs) return false;
