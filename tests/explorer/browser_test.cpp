@@ -3,12 +3,12 @@
 #include "explorer/browser_double.h"
 #include "explorer/no_input.h"
 #include "explorer/page_world.h"
-#include "platform/explorer/content_window.h"
-#include "platform/explorer/explorer_answers.h"
+#include "platform/explorer/page_geometry.h"
+#include "platform/explorer/explorer_launcher.h"
 #include "platform/explorer/explorer_browser.h"
 #include "platform/explorer/explorer_launcher.h"
 #include "platform/explorer/explorer_windows.h"
-#include "platform/explorer/shell_list.h"
+#include "platform/explorer/browser_objects.h"
 
 namespace tamrin::test {
 namespace {

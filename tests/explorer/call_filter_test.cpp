@@ -9,7 +9,7 @@
 #include "explorer/other_program.h"
 #include "explorer/page_world.h"
 #include "explorer/window_double.h"
-#include "platform/explorer/box_window.h"
+#include "platform/explorer/screen_windows.h"
 #include "platform/explorer/explorer_browser.h"
 
 namespace tamrin::test {

@@ -7,7 +7,8 @@
 #include "explorer/page_world.h"
 #include "explorer/window_double.h"
 #include "platform/explorer/explorer_windows.h"
-#include "platform/explorer/pointer_element.h"
+#include "platform/explorer/page_geometry.h"
+#include "platform/explorer/browser_objects.h"
 
 namespace tamrin::test {
 namespace {

@@ -1,10 +1,10 @@
-#include "platform/explorer/content_window.h"
+#include "platform/explorer/page_geometry.h"
 
 #include <gtest/gtest.h>
 
 #include "explorer/page_world.h"
 #include "platform/explorer/explorer_document.h"
-#include "platform/explorer/foreground.h"
+#include "platform/explorer/screen_windows.h"
 #include "platform/explorer/page_pool.h"
 
 namespace tamrin::test {

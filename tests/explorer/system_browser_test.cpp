@@ -5,7 +5,7 @@
 #include <functional>
 
 #include "platform/explorer/explorer_windows.h"
-#include "platform/explorer/shell_list.h"
+#include "platform/explorer/browser_objects.h"
 
 namespace tamrin::test {
 namespace {

@@ -7,25 +7,24 @@
 #include <vector>
 
 #include "platform/explorer/com_ptr.h"
-#include "platform/explorer/exception_info.h"
 #include "platform/explorer/variant.h"
 
 namespace tamrin {
 namespace {
 
-// How often it is asked whether to wait on.
+// How often the limits are checked.
 constexpr DWORD kStepMs = 50;
 
 // An object on its way to another thread.
-class Parcel {
+class MarshaledObject {
 public:
-    // Nothing is packed where that fails, and for none.
-    explicit Parcel(IDispatch* object) {
+    // Stays empty when marshaling fails, and for a null pointer.
+    explicit MarshaledObject(IDispatch* object) {
         if (object) CoMarshalInterThreadInterfaceInStream(IID_IDispatch, object, stream_.Out());
     }
-    bool packed() const { return static_cast<bool>(stream_); }
-    // On the other thread, once.
-    ComPtr<IDispatch> Unpack() {
+    bool empty() const { return !stream_; }
+    // The object as the calling thread may use it. Only once.
+    ComPtr<IDispatch> Unmarshal() {
         ComPtr<IDispatch> object;
         if (stream_)
             CoUnmarshalInterface(stream_.get(), IID_IDispatch,
@@ -38,9 +37,9 @@ private:
     ComPtr<IStream> stream_;
 };
 
-// What both threads know of a call; whoever is done last lets go of it.
-struct Errand {
-    Errand(IDispatch& callee, DISPID number, const DISPPARAMS& parameters)
+// A call, shared by both threads; it ends with the one that is done last.
+struct PendingCall {
+    PendingCall(IDispatch& callee, DISPID number, const DISPPARAMS& parameters)
         : object(&callee), method(number), done(CreateEventW(nullptr, TRUE, FALSE, nullptr)) {
         for (UINT i = 0; i < parameters.cArgs; ++i) {
             const VARIANT& argument = parameters.rgvarg[i];
@@ -49,13 +48,12 @@ struct Errand {
             values.push_back(is_object ? Variant() : Variant(argument));
         }
     }
-    ~Errand() { CloseHandle(done); }
-    Errand(const Errand&) = delete;
-    Errand& operator=(const Errand&) = delete;
+    ~PendingCall() { CloseHandle(done); }
+    PendingCall(const PendingCall&) = delete;
+    PendingCall& operator=(const PendingCall&) = delete;
 
-    // On the thread of its own.
+    // Makes the call. Runs on the new thread.
     void Run() {
-        // It must not end the program, and nobody else hears of it.
         const HRESULT entered = CoInitializeEx(nullptr, COINIT_MULTITHREADED);
         result = SUCCEEDED(entered) ? Call() : entered;
         values.clear();
@@ -63,19 +61,19 @@ struct Errand {
         if (SUCCEEDED(entered)) CoUninitialize();
     }
 
-    Parcel object;
+    MarshaledObject object;
     DISPID method;
-    std::vector<Parcel> objects;  // empty where the argument is none
+    std::vector<MarshaledObject> objects;  // empty for an argument that is not an object
     std::vector<Variant> values;
     HANDLE done;
     HRESULT result = E_FAIL;
 
 private:
     HRESULT Call() {
-        const auto callee = object.Unpack();
+        const auto callee = object.Unmarshal();
         std::vector<VARIANT> arguments;
         for (std::size_t i = 0; i < values.size(); ++i) {
-            if (objects[i].packed()) values[i] = Variant(objects[i].Unpack().get());
+            if (!objects[i].empty()) values[i] = Variant(objects[i].Unmarshal().get());
             arguments.push_back(values[i].get());
         }
         DISPPARAMS parameters{arguments.data(), nullptr, static_cast<UINT>(arguments.size()), 0};
@@ -85,7 +83,7 @@ private:
         const HRESULT called =
             callee->Invoke(method, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &parameters,
                            answer.Out(), exception.Out(), nullptr);
-        return called == DISP_E_EXCEPTION ? exception.Result() : called;
+        return called == DISP_E_EXCEPTION ? exception.Error() : called;
     }
 };
 
@@ -93,14 +91,14 @@ private:
 
 HRESULT CallAside(const ComCalls& calls, IDispatch& object, DISPID method,
                   const DISPPARAMS& parameters) {
-    const auto errand = std::make_shared<Errand>(object, method, parameters);
-    if (!errand->object.packed()) return E_NOINTERFACE;
-    std::thread([errand] { errand->Run(); }).detach();
+    const auto call = std::make_shared<PendingCall>(object, method, parameters);
+    if (call->object.empty()) return E_NOINTERFACE;
+    std::thread([call] { call->Run(); }).detach();
     const DWORD start = GetTickCount();
     for (;;) {
         DWORD index = 0;
-        const HRESULT waited = CoWaitForMultipleHandles(0, kStepMs, 1, &errand->done, &index);
-        if (waited == S_OK) return errand->result;
+        const HRESULT waited = CoWaitForMultipleHandles(0, kStepMs, 1, &call->done, &index);
+        if (waited == S_OK) return call->result;
         if (waited != RPC_S_CALLPENDING) return waited;
         if (calls.MustEnd(GetTickCount() - start)) return RPC_E_CALL_CANCELED;
     }

@@ -1,6 +1,7 @@
 #include "platform/explorer/call_filter.h"
 
 #include <objidl.h>
+#include <ole2.h>
 
 #include <utility>
 
@@ -9,14 +10,14 @@
 namespace tamrin {
 namespace {
 
-// A waiting call is looked at when a message is posted to its thread, which a thread of the system
-// sees to; it does nothing else.
+// COM calls MessagePending only when a message arrives, so a timer on a thread of the system posts
+// one. The message itself does nothing.
 constexpr DWORD kTickMs = 100;
 constexpr UINT kTick = WM_APP;
-// The program's windows; one that does not paint what it is asked to would be asked for ever.
-constexpr int kMostPaints = 50;
-// What the component model takes for "try again after so many milliseconds" and "give up".
-constexpr DWORD kTryAgainMs = 100;
+// Ends the painting even when a window never validates itself.
+constexpr int kMaxPaints = 50;
+// The answers for "retry after so many milliseconds" and "give up".
+constexpr DWORD kRetryMs = 100;
 constexpr DWORD kRejectedMs = 5000;
 constexpr auto kGiveUp = static_cast<DWORD>(-1);
 
@@ -28,14 +29,14 @@ class CallFilter::Filter : public ComObject<IMessageFilter> {
 public:
     Filter(const ComCalls& calls, HWND clock) : calls_(calls), clock_(clock) {}
 
-    // Events of the browser come while it is called; they are only noted.
+    // The browser's events arrive during calls; they are only queued.
     STDMETHODIMP_(DWORD) HandleInComingCall(DWORD, HTASK, DWORD, LPINTERFACEINFO) override {
         return SERVERCALL_ISHANDLED;
     }
 
     STDMETHODIMP_(DWORD) RetryRejectedCall(HTASK, DWORD waited, DWORD) override {
         const bool over = waited >= kRejectedMs || calls_.MustEnd(waited);
-        return over ? kGiveUp : kTryAgainMs;
+        return over ? kGiveUp : kRetryMs;
     }
 
     STDMETHODIMP_(DWORD) MessagePending(HTASK, DWORD waited, DWORD) override {
@@ -48,7 +49,7 @@ public:
 private:
     static void Paint() {
         MSG message;
-        for (int i = 0; i < kMostPaints; ++i) {
+        for (int i = 0; i < kMaxPaints; ++i) {
             if (!PeekMessageW(&message, nullptr, WM_PAINT, WM_PAINT, PM_REMOVE | PM_NOYIELD))
                 return;
             DispatchMessageW(&message);
@@ -58,6 +59,12 @@ private:
     const ComCalls& calls_;
     const HWND clock_;
 };
+
+Apartment::Apartment() : entered_(SUCCEEDED(OleInitialize(nullptr))) {}
+
+Apartment::~Apartment() {
+    if (entered_) OleUninitialize();
+}
 
 CallFilter::CallFilter(ComCalls& calls, CallLimits limits)
     : calls_(calls),

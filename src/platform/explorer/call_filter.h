@@ -7,14 +7,26 @@
 
 namespace tamrin {
 
-// Watches over the calls that this thread makes into browsers, for as long as it lives: while one
-// waits, the program's windows are painted but handle nothing else, and the call ends by itself
-// where its limits say so. A call that has ended so fails with RPC_E_CALL_CANCELED; what it began
-// in the browser goes on there (WasBegun). One for each thread, made after the thread's apartment
-// and gone before it.
+// Makes this thread a single-threaded COM apartment, which the browser's objects and drag and drop
+// need. Must outlive all COM objects of the thread.
+class Apartment {
+public:
+    Apartment();
+    ~Apartment();
+    Apartment(const Apartment&) = delete;
+    Apartment& operator=(const Apartment&) = delete;
+
+private:
+    bool entered_;
+};
+
+// Watches this thread's calls into browsers for as long as it lives: while one waits, the program's
+// windows are painted but handle nothing else, and its limits can end it. A call that was ended
+// fails with RPC_E_CALL_CANCELED; what it began in the browser goes on there (WasBegun). One for
+// each thread, inside the life of its Apartment.
 class CallFilter {
 public:
-    // `calls` keeps the limits until the end of this.
+    // Sets the limits of `calls`, for as long as the filter lives.
     CallFilter(ComCalls& calls, CallLimits limits);
     ~CallFilter();
     CallFilter(const CallFilter&) = delete;

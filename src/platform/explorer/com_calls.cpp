@@ -3,9 +3,27 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "platform/explorer/box_window.h"
+#include "platform/explorer/screen_windows.h"
 
 namespace tamrin {
+namespace {
+
+// Whether the user has already pressed what will stop the run, in a message that still waits.
+bool StopWaits(const CallLimits& limits) {
+    constexpr std::pair<UINT, UINT> kRanges[] = {{WM_KEYDOWN, WM_SYSKEYUP},
+                                                 {WM_LBUTTONDOWN, WM_LBUTTONUP},
+                                                 {WM_NCLBUTTONDOWN, WM_NCLBUTTONUP}};
+    if (!limits.means_stop) return false;
+    for (const auto& [first, last] : kRanges) {
+        MSG message;
+        if (PeekMessageW(&message, nullptr, first, last, PM_NOREMOVE | PM_NOYIELD) &&
+            limits.means_stop(message))
+            return true;
+    }
+    return false;
+}
+
+}  // namespace
 
 bool ComCalls::Note(HRESULT result, std::string_view kind, std::string_view object,
                     std::string_view member, std::string_view detail) {

@@ -6,8 +6,8 @@
 
 namespace tamrin {
 
-// An object of this program that the component model or the browser is given: its references, and
-// the interface that it is asked for. It ends with its last reference.
+// An object of this program that COM or the browser calls. It counts its references and deletes
+// itself with the last one. A new one has none.
 template <typename Interface>
 class ComObject : public Interface {
 public:
@@ -32,7 +32,7 @@ public:
     }
 
 protected:
-    // Whether it can be asked for by this, besides IUnknown.
+    // Whether QueryInterface answers this interface, besides IUnknown.
     virtual bool Knows(REFIID id) const { return id == __uuidof(Interface); }
 
 private:

@@ -9,13 +9,13 @@
 
 namespace tamrin {
 
-// Keeps one reference to an object of the component model.
+// A counted reference to a COM object.
 template <typename T>
 class ComPtr {
 public:
     ComPtr() = default;
     ComPtr(std::nullptr_t) {}
-    // Adds a reference to one that somebody else keeps.
+    // Adds a reference of its own.
     explicit ComPtr(T* object) : object_(object) {
         if (object_) object_->AddRef();
     }
@@ -29,7 +29,7 @@ public:
         if (object_) object_->Release();
     }
 
-    // Takes over the reference that the caller has.
+    // Takes over the caller's reference.
     static ComPtr Adopt(T* object) {
         ComPtr adopted;
         adopted.object_ = object;
@@ -40,13 +40,13 @@ public:
     T* operator->() const { return object_; }
     T* get() const { return object_; }
 
-    // Where a call writes its answer, a reference of its own.
+    // Where a call writes a pointer whose reference becomes this one's.
     T** Out() {
         *this = nullptr;
         return &object_;
     }
 
-    // Another interface of the same object, null when it has none.
+    // Another interface of the same object; null when the object does not have it.
     template <typename U>
     ComPtr<U> As() const {
         ComPtr<U> other;
@@ -58,8 +58,8 @@ private:
     T* object_ = nullptr;
 };
 
-// Whether both are the same object. Only IUnknown tells: other interfaces may have several
-// pointers.
+// Whether both are the same object. Only its IUnknown identifies an object: it may give other
+// interfaces by several pointers.
 inline bool SameObject(IUnknown* a, IUnknown* b) {
     if (a == b) return true;
     if (!a || !b) return false;

@@ -3,19 +3,16 @@
 #include <array>
 #include <string_view>
 
-#include "platform/explorer/box_window.h"
-#include "platform/explorer/content_window.h"
-#include "platform/explorer/explorer_element.h"
-#include "platform/explorer/foreground.h"
-#include "platform/explorer/pointer_element.h"
+#include "platform/explorer/browser_objects.h"
+#include "platform/explorer/explorer_document.h"
 
 namespace tamrin {
 namespace {
 
-// The message that asks for the page waits for the browser, so it is not sent at every turn.
+// The message that asks for the page waits for the browser, so it is not sent at every call.
 constexpr std::uint64_t kLookEveryMs = 200;
 
-// By their numbers.
+// The index is the number of the state.
 constexpr std::array<std::string_view, 5> kReadyStates = {"uninitialized", "loading", "loaded",
                                                           "interactive", "complete"};
 constexpr int kComplete = 4;
@@ -23,17 +20,11 @@ constexpr int kComplete = 4;
 }  // namespace
 
 ContentBrowser::ContentBrowser(ComCalls& calls, ContentWindow window)
-    : calls_(calls),
-      window_(window),
-      pages_(std::make_shared<PagePool>(calls)),
-      subscribers_(std::make_shared<Subscribers<BrowserEvents>>()) {
+    : ExplorerWindow(calls), window_(window) {
     calls_.Drive(window_.frame);
 }
 
-ContentBrowser::~ContentBrowser() {
-    pages_->KeepOnly(nullptr);
-    calls_.Leave(window_.frame);
-}
+ContentBrowser::~ContentBrowser() { calls_.Leave(window_.frame); }
 
 void ContentBrowser::Look() {
     if (gone_ || !Alive() || calls_.Now() < look_again_at_ || BoxOf(window_.frame)) return;
@@ -42,7 +33,7 @@ void ContentBrowser::Look() {
     if (page && page != page_) Show(std::move(page));
     if (page_ && !complete_ && PageState() == kComplete) {
         complete_ = true;
-        Tell([](BrowserEvents& events) { events.DocumentComplete(true); });
+        Notify([](BrowserEvents& events) { events.DocumentComplete(true); });
     }
 }
 
@@ -51,8 +42,8 @@ void ContentBrowser::Show(std::shared_ptr<ExplorerDocument> page) {
     page_ = std::move(page);
     pages_->KeepOnly(page_->object().object().As<IUnknown>().get());
     complete_ = first && PageState() == kComplete;
-    if (first) return;  // it was there before anybody looked
-    Tell([url = page_->object().Text("URL")](BrowserEvents& events) {
+    if (first) return;  // nobody saw it come
+    Notify([url = page_->object().Text("URL")](BrowserEvents& events) {
         events.BeforeNavigate2(url);
         events.NavigateComplete2();
     });
@@ -97,17 +88,19 @@ bool ContentBrowser::Alive() {
     gone_ = true;
     page_ = nullptr;
     pages_->KeepOnly(nullptr);
-    Tell([](BrowserEvents& events) { events.OnQuit(); });
+    Notify([](BrowserEvents& events) { events.OnQuit(); });
     return false;
 }
 
-Document ContentBrowser::document() {
+std::shared_ptr<ExplorerDocument> ContentBrowser::Page() {
     Look();
-    return page_ ? Document(page_) : Document();
+    return page_;
 }
 
+HWND ContentBrowser::Content() { return Alive() ? window_.content : nullptr; }
+
 void ContentBrowser::SetPlace(const WindowPlace& place) {
-    // Does not wait for the window's own program.
+    // Does not wait for the window's program.
     SetWindowPos(window_.frame, nullptr, place.left, place.top, place.width, place.height,
                  SWP_NOZORDER | SWP_NOACTIVATE | SWP_ASYNCWINDOWPOS);
 }
@@ -127,20 +120,6 @@ std::uint64_t ContentBrowser::Handle() {
     return Alive() ? static_cast<std::uint64_t>(handle) : 0;
 }
 
-void ContentBrowser::SetForeground() { BringToForeground(window_.frame); }
-
-std::optional<ScreenPoint> ContentBrowser::ElementScreenPoint(const Element& element) {
-    if (element) pages_->fired_click().ReplaceBy(ExplorerElement::Of(element)->identity());
-    return Alive() ? ScreenPointOf(element, window_.content) : std::nullopt;
-}
-
-std::vector<Element> ContentBrowser::UnderPointer() {
-    POINT pointer{};
-    Look();
-    if (!page_ || !GetCursorPos(&pointer)) return {};
-    return ElementsAt({pointer.x, pointer.y}, window_.content, *page_);
-}
-
 std::unique_ptr<Connection> ContentBrowser::Connect(BrowserEvents& events) {
     Look();
     return subscribers_->Connect(events);
@@ -150,16 +129,11 @@ void ContentBrowser::DeliverEvents() {
     if (!subscribers_->empty()) {
         Look();
     } else {
-        // Nobody is told of its pages: none is kept.
+        // Without subscribers it holds no page.
         page_ = nullptr;
         look_again_at_ = 0;
     }
     pages_->events().Deliver();
-}
-
-void ContentBrowser::Tell(std::function<void(BrowserEvents&)> call) {
-    pages_->events().Add(
-        [subscribers = subscribers_, call = std::move(call)] { subscribers->ForEach(call); });
 }
 
 }  // namespace tamrin

@@ -4,23 +4,16 @@
 
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <string>
-#include <vector>
 
-#include "platform/explorer/com_calls.h"
 #include "platform/explorer/explorer_window.h"
-#include "platform/explorer/page_pool.h"
-#include "platform/explorer/window_document.h"
-#include "platform/subscribers.h"
+#include "platform/explorer/screen_windows.h"
 
 namespace tamrin {
 
-class ExplorerDocument;
-
-// A page that is reached through its content window alone, such as one that Edge shows in the mode
-// of Internet Explorer: no browser object tells of it. So its window is asked now and then what it
-// shows, and the frame around it is left to its own program: it is moved and closed as by its user.
+// A page that is reached only through its content window, such as one that Edge shows in Internet
+// Explorer mode. No browser object has events, so it polls which page its window shows. The frame
+// around it belongs to another program: it is only moved and closed as a user would.
 class ContentBrowser : public ExplorerWindow {
 public:
     ContentBrowser(ComCalls& calls, ContentWindow window);
@@ -33,35 +26,30 @@ public:
     bool Busy() override;
     int ReadyState() override;
     bool Alive() override;
-    Document document() override;
     void SetVisible(bool) override {}
     void SetPlace(const WindowPlace& place) override;
     void SetBars(const WindowBars&) override {}
     WindowState State() override;
     std::uint64_t Handle() override;
-    void SetForeground() override;
-    std::optional<ScreenPoint> ElementScreenPoint(const Element& element) override;
-    std::vector<Element> UnderPointer() override;
     std::unique_ptr<Connection> Connect(BrowserEvents& events) override;
 
     void DeliverEvents() override;
     bool Is(IUnknown*) const override { return false; }
-    HWND content() const override { return window_.content; }
+    HWND found_by() const override { return window_.content; }
 
 private:
-    // Asks which page is shown, unless that was done a moment ago.
+    // Asks which page is shown, at most five times a second.
     void Look();
     void Show(std::shared_ptr<ExplorerDocument> page);
     int PageState();
-    void Tell(std::function<void(BrowserEvents&)> call);
+    std::shared_ptr<ExplorerDocument> Page() override;
+    HWND Frame() override { return window_.frame; }
+    HWND Content() override;
 
-    ComCalls& calls_;
     const ContentWindow window_;
-    std::shared_ptr<PagePool> pages_;
-    std::shared_ptr<Subscribers<BrowserEvents>> subscribers_;
     std::shared_ptr<ExplorerDocument> page_;
     std::uint64_t look_again_at_ = 0;
-    bool complete_ = false;  // and told so
+    bool complete_ = false;  // and the subscribers know
     bool gone_ = false;
 };
 

@@ -4,14 +4,13 @@
 #include <array>
 
 #include "platform/explorer/call_aside.h"
-#include "platform/explorer/exception_info.h"
 #include "platform/explorer/member_numbers.h"
 
 namespace tamrin {
 namespace {
 
 // No member of the object model takes more.
-constexpr std::size_t kMostArguments = 8;
+constexpr std::size_t kMaxArguments = 8;
 
 }  // namespace
 
@@ -31,7 +30,7 @@ std::optional<DISPID> ObjectType::MemberOf(IDispatch& object, std::string_view m
 }
 
 Variant DispatchObject::Get(std::string_view property) const {
-    // Not as a method too: some objects would then take a text for something to call.
+    // Without DISPATCH_METHOD: some objects would try to call the property's text.
     return Invoke("get", property, DISPATCH_PROPERTYGET, {});
 }
 
@@ -45,7 +44,7 @@ Variant DispatchObject::Invoke(std::string_view kind, std::string_view member, W
     Variant answer;
     std::string detail;
     HRESULT result = S_OK;
-    // A page may have changed what its objects know, and they then no longer know an old number.
+    // Scripts of the page can change its objects, so that an old number is no longer known.
     for (const bool again : {false, true}) {
         const auto number = type_->MemberOf(*object_.get(), member, result, again);
         if (!number) break;
@@ -58,8 +57,8 @@ Variant DispatchObject::Invoke(std::string_view kind, std::string_view member, W
 
 HRESULT DispatchObject::InvokeNumber(DISPID number, WORD flags, Arguments arguments, bool aside,
                                      Variant& answer, std::string& detail) const {
-    // The last argument comes first. They stay the caller's: the object copies what it keeps.
-    std::array<VARIANT, kMostArguments> reversed{};
+    // In reverse order. The values stay the caller's: the object copies what it keeps.
+    std::array<VARIANT, kMaxArguments> reversed{};
     if (arguments.size() > reversed.size()) return DISP_E_BADPARAMCOUNT;
     std::transform(std::rbegin(arguments), std::rend(arguments), reversed.begin(),
                    [](const VARIANT* argument) { return *argument; });
@@ -77,7 +76,7 @@ HRESULT DispatchObject::InvokeNumber(DISPID number, WORD flags, Arguments argume
                         puts ? nullptr : answer.Out(), exception.Out(), nullptr);
     if (result != DISP_E_EXCEPTION) return result;
     detail = exception.Text();
-    return exception.Result();
+    return exception.Error();
 }
 
 }  // namespace tamrin

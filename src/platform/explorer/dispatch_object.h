@@ -12,9 +12,8 @@
 
 namespace tamrin {
 
-// A type of the browser's objects: its name for the trace, and the numbers by which its objects
-// know their members. All objects of one type of one page have the same ones, so each name is asked
-// for once.
+// A type of the browser's objects: its name for the trace, and the numbers (DISPID) of its members.
+// All objects of one type in one page have the same numbers, so each name is looked up once.
 class ObjectType {
 public:
     ObjectType(ComCalls& calls, std::string name) : calls_(calls), name_(std::move(name)) {}
@@ -23,7 +22,7 @@ public:
     const std::string& name() const { return name_; }
 
     // The number of a member; nothing, with the reason in `error`, when the object has none.
-    // `ask_again` forgets what was known of it.
+    // `ask_again` looks it up anew.
     std::optional<DISPID> MemberOf(IDispatch& object, std::string_view member, HRESULT& error,
                                    bool ask_again = false);
 
@@ -33,8 +32,8 @@ private:
     std::map<std::string, DISPID, std::less<>> members_;
 };
 
-// An object of the browser that is reached by the names of its members. Null stands for none, and
-// every call to it fails.
+// An object of the browser whose members are called by name (IDispatch). When it is null, every
+// call fails. A failed call is noted in the trace.
 class DispatchObject {
 public:
     using Arguments = std::initializer_list<const VARIANT*>;
@@ -47,19 +46,19 @@ public:
     const ComPtr<IDispatch>& object() const { return object_; }
     const std::shared_ptr<ObjectType>& type() const { return type_; }
 
-    // A property; a failure where it is missing or refused.
+    // Reads a property; Failed() when it is missing or access is denied.
     Variant Get(std::string_view property) const;
-    // Its text; "" where there is none.
+    // Reads a property as text; "" when there is none.
     std::string Text(std::string_view property) const { return Get(property).Text().value_or(""); }
-    // Sets a property. False when it is missing or refused.
+    // Sets a property. False when it is missing or access is denied.
     bool Put(std::string_view property, const Variant& value) const;
-    // Calls a method, with its arguments in their order; a failure where it is missing or fails.
+    // Calls a method; Failed() when it is missing or fails.
     template <typename... Values>
     Variant Call(std::string_view method, const Values&... arguments) const {
         return Invoke("call", method, DISPATCH_METHOD, {&arguments.get()...});
     }
-    // Calls a method that makes the page act, and answers whether the page has begun to; does not
-    // wait for the end where the page shows a dialog box meanwhile (see CallAside).
+    // Calls a method that makes the page act, such as a click. Answers whether the page has begun
+    // to act; does not wait for the end when the page shows a dialog box meanwhile (CallAside).
     template <typename... Values>
     bool Act(std::string_view method, const Values&... arguments) const {
         return WasBegun(

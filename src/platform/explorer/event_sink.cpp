@@ -11,7 +11,7 @@ Variant EventArguments::At(std::size_t index) const {
     return Variant(parameters_.rgvarg[parameters_.cArgs - 1 - index]);
 }
 
-// What the browser holds. It may keep it for longer than the connection lives.
+// The object that the browser calls. The browser may keep it longer than the connection lives.
 class EventConnection::Sink : public ComObject<IDispatch> {
 public:
     Sink(REFIID interface_id, std::vector<EventHandler> handlers)
@@ -19,7 +19,7 @@ public:
 
     void Close() { handlers_.clear(); }
 
-    // Events are told by number; nobody asks for their names.
+    // Events come by number; nobody looks up their names.
     STDMETHODIMP GetTypeInfoCount(UINT* count) override {
         *count = 0;
         return S_OK;
@@ -38,7 +38,7 @@ public:
         try {
             handle(EventArguments(*parameters));
         } catch (...) {
-            // Nothing of this program's may pass through the browser.
+            // No exception of this program may pass through the browser.
         }
         if (answer) *answer = TrueValue();
         return S_OK;

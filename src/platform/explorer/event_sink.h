@@ -14,30 +14,30 @@
 
 namespace tamrin {
 
-// The arguments of an event, in the order in which its declaration names them.
+// The arguments of an event, in the order of its declaration.
 class EventArguments {
 public:
     explicit EventArguments(const DISPPARAMS& parameters) : parameters_(parameters) {}
 
-    // Empty where the event brings fewer. What is given by reference is followed.
+    // Empty when the event has fewer. A reference is replaced by what it refers to.
     Variant At(std::size_t index) const;
 
 private:
     const DISPPARAMS& parameters_;
 };
 
-// An event that is listened to, by its number in the event interface. `handle` runs inside the
-// browser's call, which waits for it; it must not call into the program.
+// A handler for the event of that number in the event interface. `handle` runs inside a call of the
+// browser, which waits for it: it must not run code of the program's user interface.
 struct EventHandler {
     DISPID event;
     std::function<void(const EventArguments&)> handle;
 };
 
-// Listens to an event interface of an object for as long as it lives. Events that come afterwards
-// do nothing. To the browser it answers true, so that it goes on with its own action.
+// A subscription to an event interface of an object; it ends with the connection. Events that come
+// later do nothing. Every event is answered with true, so that the browser does its own action.
 class EventConnection {
 public:
-    // `source` is asked for the events of `interface_id`. Null when it has none.
+    // Subscribes to the events of `interface_id`. Null when `source` does not have them.
     static std::unique_ptr<EventConnection> Make(ComCalls& calls, IUnknown* source,
                                                  REFIID interface_id,
                                                  std::vector<EventHandler> handlers);

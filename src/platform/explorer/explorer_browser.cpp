@@ -2,36 +2,50 @@
 
 #include <exdispid.h>
 
-#include "platform/explorer/box_window.h"
-#include "platform/explorer/content_window.h"
-#include "platform/explorer/explorer_element.h"
-#include "platform/explorer/foreground.h"
-#include "platform/explorer/pointer_element.h"
+#include <cstdio>
+#include <utility>
+
+#include "platform/explorer/explorer_document.h"
+#include "platform/explorer/page_events.h"
 #include "platform/text.h"
 
 namespace tamrin {
 namespace {
 
-// A browser says that it is busy a little after it was asked to navigate.
+// The browser becomes busy a little later than the call that makes it navigate.
 constexpr std::uint64_t kBeginsWithinMs = 2000;
-// How long after it was led somewhere it may move into another process.
+// How long after that call it may still move into another process.
 constexpr std::uint64_t kMovesWithinMs = 10000;
+
+// The longest that moving into another process takes.
+constexpr std::uint64_t kMovesForMs = 5000;
+
+using Snapshot = std::pair<std::shared_ptr<ExplorerDocument>, std::shared_ptr<PageSnapshot>>;
+
+// Snapshots of all pages that have subscribers, before a navigation takes the pages away.
+std::vector<Snapshot> SnapshotsOf(const PagePool& pages) {
+    std::vector<Snapshot> snapshots;
+    for (auto& page : pages.Pages()) {
+        if (page->connections().empty()) continue;
+        auto snapshot = page->TakeSnapshot(false);
+        snapshots.emplace_back(std::move(page), std::move(snapshot));
+    }
+    return snapshots;
+}
+
+void SetSnapshots(const std::vector<Snapshot>& snapshots, bool set) {
+    for (const auto& [page, snapshot] : snapshots)
+        page->SetSnapshot(set ? snapshot.get() : nullptr);
+}
 
 VARIANT_BOOL Truth(bool truth) { return truth ? VARIANT_TRUE : VARIANT_FALSE; }
 
 }  // namespace
 
 ExplorerBrowser::ExplorerBrowser(ComCalls& calls, ComPtr<IWebBrowser2> browser, ContentWindow found)
-    : calls_(calls),
-      browser_(std::move(browser)),
-      found_(found),
-      pages_(std::make_shared<PagePool>(calls)),
-      subscribers_(std::make_shared<Subscribers<BrowserEvents>>()) {}
+    : ExplorerWindow(calls), browser_(std::move(browser)), found_(found) {}
 
-ExplorerBrowser::~ExplorerBrowser() {
-    pages_->KeepOnly(nullptr);
-    calls_.Leave(window_);
-}
+ExplorerBrowser::~ExplorerBrowser() { calls_.Leave(window_); }
 
 bool ExplorerBrowser::Did(HRESULT result, const char* kind, const char* member) {
     const bool done = calls_.Note(result, kind, "browser", member);
@@ -50,7 +64,7 @@ bool ExplorerBrowser::Navigate(const std::string& address) {
     VARIANT target = url.get();
     if (!Did(browser_->Navigate2(&target, &empty, &empty, &empty, &empty), "call", "Navigate2"))
         return false;
-    // A script address begins no navigation.
+    // A script does not navigate.
     const bool script = StartsWithIgnoreCase(address, "javascript:");
     begins_until_ = script ? 0 : calls_.Now() + kBeginsWithinMs;
     may_move_until_ = calls_.Now() + kMovesWithinMs;
@@ -65,12 +79,12 @@ void ExplorerBrowser::Quit() {
 bool ExplorerBrowser::Busy() {
     pages_->fired_click().Settle();
     if (!browser_) return Moving();
-    // Asked while a page shows one, the browser itself might not answer.
+    // While a page shows a dialog box, the browser might not answer.
     if (BoxOf(window_)) return true;
     VARIANT_BOOL busy = VARIANT_FALSE;
     const HRESULT result = browser_->get_Busy(&busy);
     const bool known = Did(result, "get", "Busy");
-    // It refuses calls while it waits for its user.
+    // It rejects calls while it waits for its user.
     if (result == RPC_E_CALL_REJECTED || result == RPC_E_SERVERCALL_RETRYLATER) return true;
     if (known && busy != VARIANT_FALSE) begins_until_ = 0;
     return (known && busy != VARIANT_FALSE) || calls_.Now() < begins_until_;
@@ -84,9 +98,9 @@ int ExplorerBrowser::ReadyState() {
 
 bool ExplorerBrowser::Alive() {
     pages_->fired_click().Settle();
-    // A browser that was ended by force tells nothing, but its window is gone. A tab may also have
-    // been dragged into another window.
-    if (browser_ && window_ && !IsWindow(window_) && !IsWindow(Window())) Lose();
+    // A killed browser fires no event, but its window is gone. A tab can also have been dragged
+    // into another window.
+    if (browser_ && window_ && !IsWindow(window_) && !IsWindow(Frame())) Lose();
     return browser_ || Moving();
 }
 
@@ -97,11 +111,6 @@ std::shared_ptr<ExplorerDocument> ExplorerBrowser::Page() {
     if (!browser_ || !Did(browser_->get_Document(document.Out()), "get", "Document"))
         return nullptr;
     return pages_->Page(std::move(document));
-}
-
-Document ExplorerBrowser::document() {
-    auto page = Page();
-    return page ? Document(std::move(page)) : Document();
 }
 
 void ExplorerBrowser::SetVisible(bool visible) {
@@ -146,12 +155,12 @@ WindowState ExplorerBrowser::State() {
     return state;
 }
 
-HWND ExplorerBrowser::Window() {
+HWND ExplorerBrowser::Frame() {
     SHANDLE_PTR window = 0;
     if (!browser_ || !Did(browser_->get_HWND(&window), "get", "HWND")) return nullptr;
     // NOLINTNEXTLINE(performance-no-int-to-ptr): how the browser gives its handle
     const auto own = reinterpret_cast<HWND>(window);
-    // Inside another program's window its own is not the one that the user sees.
+    // Inside another program's window, its own one is not what the user sees.
     const HWND now = found_.frame ? found_.frame : own;
     if (now != window_) {
         calls_.Leave(window_);
@@ -162,32 +171,104 @@ HWND ExplorerBrowser::Window() {
 }
 
 HWND ExplorerBrowser::Content() {
-    return IsWindow(found_.content) ? found_.content : FindIeServerWindow(Window());
+    return IsWindow(found_.content) ? found_.content : FindIeServerWindow(Frame());
 }
 
 std::uint64_t ExplorerBrowser::Handle() {
-    return static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(Window()));
-}
-
-void ExplorerBrowser::SetForeground() { BringToForeground(Window()); }
-
-std::optional<ScreenPoint> ExplorerBrowser::ElementScreenPoint(const Element& element) {
-    // The mouse is about to click it.
-    if (element) pages_->fired_click().ReplaceBy(ExplorerElement::Of(element)->identity());
-    const HWND content = Content();
-    return content ? ScreenPointOf(element, content) : std::nullopt;
-}
-
-std::vector<Element> ExplorerBrowser::UnderPointer() {
-    POINT pointer{};
-    const auto page = Page();
-    if (!page || !GetCursorPos(&pointer)) return {};
-    return ElementsAt({pointer.x, pointer.y}, Content(), *page);
+    return static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(Frame()));
 }
 
 std::unique_ptr<Connection> ExplorerBrowser::Connect(BrowserEvents& events) {
     Listen();
     return subscribers_->Connect(events);
+}
+
+void ExplorerBrowser::Listen() {
+    if (events_ || !browser_) return;
+    Frame();  // registers the window, so that its dialog boxes are noticed
+    if (!browser_) return;
+    const auto to = [this](void (ExplorerBrowser::*note)(const EventArguments&)) {
+        return [this, note](const EventArguments& arguments) { (this->*note)(arguments); };
+    };
+    events_ = EventConnection::Make(calls_, browser_.get(), DIID_DWebBrowserEvents2,
+                                    {{DISPID_BEFORENAVIGATE2, to(&ExplorerBrowser::NoteNavigation)},
+                                     {DISPID_NAVIGATECOMPLETE2, to(&ExplorerBrowser::NoteShown)},
+                                     {DISPID_DOCUMENTCOMPLETE, to(&ExplorerBrowser::NoteComplete)},
+                                     {DISPID_NAVIGATEERROR, to(&ExplorerBrowser::NoteError)},
+                                     {DISPID_ONQUIT, [this](const EventArguments&) { Lose(); }}});
+}
+
+void ExplorerBrowser::NoteNavigation(const EventArguments& arguments) {
+    const std::string url = arguments.At(1).Text().value_or("");
+    if (StartsWithIgnoreCase(url, "javascript:")) return;  // the page stays
+    if (Is(arguments.At(0).Object().get())) begins_until_ = 0;
+    const auto snapshots = SnapshotsOf(*pages_);
+    pages_->events().Add([subscribers = subscribers_, snapshots, url] {
+        subscribers->ForEach([&](BrowserEvents& events) {
+            SetSnapshots(snapshots, true);
+            events.BeforeNavigate2(url);
+            SetSnapshots(snapshots, false);
+        });
+    });
+}
+
+void ExplorerBrowser::NoteShown(const EventArguments& arguments) {
+    if (!Is(arguments.At(0).Object().get())) {
+        pages_->DropLeftFrames();
+        return;
+    }
+    ComPtr<IDispatch> document;
+    Did(browser_->get_Document(document.Out()), "get", "Document");
+    pages_->KeepOnly(document.As<IUnknown>().get());
+    Notify([](BrowserEvents& events) { events.NavigateComplete2(); });
+}
+
+void ExplorerBrowser::NoteComplete(const EventArguments& arguments) {
+    // The event's sender is the browser of a frame, or the window itself for the top page.
+    const bool top = Is(arguments.At(0).Object().get());
+    Notify([top](BrowserEvents& events) { events.DocumentComplete(top); });
+}
+
+void ExplorerBrowser::NoteError(const EventArguments& arguments) {
+    const auto code = static_cast<long>(arguments.At(3).Number().value_or(0));
+    // With an HTTP status the server has sent a page.
+    if (!Is(arguments.At(0).Object().get()) || code >= 0) return;
+    const std::string url = arguments.At(1).Text().value_or("");
+    char reason[16] = "";
+    std::snprintf(reason, sizeof reason, "0x%08lX", static_cast<unsigned long>(code));
+    Notify([url, text = std::string(reason)](BrowserEvents& events) {
+        events.NavigateError(url, text);
+    });
+}
+
+void ExplorerBrowser::Part() {
+    if (!browser_) return;
+    if (find_successor_ && calls_.Now() < may_move_until_)
+        moving_until_ = calls_.Now() + kMovesForMs;
+    Lose();
+}
+
+void ExplorerBrowser::Lose() {
+    if (!browser_) return;
+    browser_ = nullptr;
+    pages_->KeepOnly(nullptr);
+    if (moving_until_ == 0) Notify([](BrowserEvents& events) { events.OnQuit(); });
+    // Last, because this can run inside a handler of these events.
+    events_ = nullptr;
+}
+
+bool ExplorerBrowser::Moving() {
+    if (moving_until_ == 0) return false;
+    browser_ = find_successor_(window_);
+    if (!browser_ && calls_.Now() < moving_until_) return true;
+    moving_until_ = 0;
+    may_move_until_ = 0;
+    if (browser_) {
+        Listen();
+    } else {
+        Notify([](BrowserEvents& events) { events.OnQuit(); });
+    }
+    return static_cast<bool>(browser_);
 }
 
 }  // namespace tamrin

@@ -1,24 +1,63 @@
 #include "platform/explorer/explorer_document.h"
 
+#include <utility>
+
+#include "platform/explorer/browser_objects.h"
 #include "platform/explorer/explorer_element.h"
-#include "platform/explorer/explorer_frames.h"
-#include "platform/explorer/page_connection.h"
+#include "platform/explorer/page_events.h"
 
 namespace tamrin {
+namespace {
+
+// The document of a window, from the browser that shows it, which never denies access.
+ComPtr<IDispatch> DocumentOfBrowser(const DispatchObject& window) {
+    ComCalls& calls = window.type()->calls();
+    ComPtr<IDispatch> document;
+    const auto browser = BrowserServedBy(calls, window.object().get());
+    if (browser) calls.Note(browser->get_Document(document.Out()), "get", "frame", "Document");
+    return document;
+}
+
+// The page of a frame's window. The window itself denies access to a page of another origin.
+std::shared_ptr<ExplorerDocument> PageOf(const DispatchObject& window, ExplorerDocument& outer,
+                                         const Element& holder) {
+    if (!window) return nullptr;
+    auto document = window.Get("document").Object();
+    if (!document) document = DocumentOfBrowser(window);
+    auto inside = outer.pool().Page(std::move(document));
+    if (inside) inside->SetHolder(holder);
+    return inside;
+}
+
+// The elements that hold frames, in document order.
+std::vector<Element> FrameElements(ExplorerDocument& page) {
+    std::vector<Element> elements = page.getElementsByTagName("IFRAME");
+    // A page has one kind or the other: a frameset replaces the body.
+    return elements.empty() ? page.getElementsByTagName("FRAME") : elements;
+}
+
+}  // namespace
+
+std::shared_ptr<ExplorerDocument> PageInside(const Element& frame) {
+    ExplorerElement& element = *ExplorerElement::Of(frame);
+    ExplorerDocument& outer = element.page();
+    const auto window = outer.ObjectOf(element.object().Get("contentWindow"), "window");
+    return PageOf(window, outer, frame);
+}
 
 ExplorerDocument::ExplorerDocument(std::shared_ptr<PagePool> pool, ComPtr<IDispatch> document)
     : pool_(std::move(pool)), document_(Object(std::move(document), "document")) {}
 
-std::string ExplorerDocument::url() { return moment_ ? moment_->url : document_.Text("URL"); }
+std::string ExplorerDocument::url() { return snapshot_ ? snapshot_->url : document_.Text("URL"); }
 
-bool ExplorerDocument::hasFocus() { return moment_ || document_.Call("hasFocus").Truth(); }
+bool ExplorerDocument::hasFocus() { return snapshot_ || document_.Call("hasFocus").Truth(); }
 
 Element ExplorerDocument::activeElement() {
-    if (!moment_) {
+    if (!snapshot_) {
         pool_->fired_click().Settle();
         return ElementOf(document_.Get("activeElement"));
     }
-    const auto& active = moment_->elements[PageMoment::kActive];
+    const auto& active = snapshot_->elements[PageSnapshot::kActive];
     return active ? active->element : Element();
 }
 
@@ -30,7 +69,7 @@ std::vector<Element> ExplorerDocument::getElementsByTagName(std::string_view tag
 NamedElements ExplorerDocument::Named(std::string_view name) {
     NamedElements named;
     pool_->fired_click().Settle();
-    if (name.empty()) return named;  // no element has that name, whatever the browser answers
+    if (name.empty()) return named;  // some documents answer the elements without a name
     const Variant key(name);
     named.by_name = Elements(document_.Call("getElementsByName", key));
     named.by_id = ElementOf(document_.Call("getElementById", key));
@@ -53,11 +92,44 @@ std::vector<Element> ExplorerDocument::links() {
 
 std::vector<Frame> ExplorerDocument::frames() {
     pool_->fired_click().Settle();
-    return FramesOf(*this);
+    std::vector<Frame> frames;
+    const DispatchObject window = Window();
+    const double length = window ? window.Get("length").Number().value_or(0) : 0;
+    if (length < 1) return frames;
+    const std::vector<Element> elements = FrameElements(*this);
+    for (std::size_t i = 0; static_cast<double>(i) < length; ++i) {
+        const Variant index(static_cast<int>(i));
+        Frame frame;
+        if (i < elements.size()) frame.element = elements[i];
+        const DispatchObject inner = ObjectOf(window.Call("item", index), "window");
+        if (auto inside = PageOf(inner, *this, frame.element))
+            frame.document = Document(std::move(inside));
+        frame.name = frame.element.name();
+        if (frame.name.empty()) frame.name = frame.element.id();
+        frames.push_back(std::move(frame));
+    }
+    return frames;
 }
 
 std::unique_ptr<Connection> ExplorerDocument::Connect(DocumentEvents& events) {
     return PageConnection::Make(shared_from_this(), events);
+}
+
+std::shared_ptr<PageSnapshot> ExplorerDocument::TakeSnapshot(bool with_default_button) {
+    auto taken = std::make_shared<PageSnapshot>();
+    // Reads the page itself, also while the handler of an earlier event runs.
+    PageSnapshot* const current = std::exchange(snapshot_, nullptr);
+    taken->url = url();
+    const auto add = [&taken](PageSnapshot::Role role, const Element& element) {
+        if (element) taken->elements[role] = ExplorerElement::Of(element)->TakeSnapshot();
+    };
+    const Element active = activeElement();
+    add(PageSnapshot::kActive, active);
+    add(PageSnapshot::kParent, active.parentElement());
+    add(PageSnapshot::kForm, active.form());
+    if (with_default_button) add(PageSnapshot::kDefaultButton, active.DefaultButton());
+    snapshot_ = current;
+    return taken;
 }
 
 void ExplorerDocument::SetGone() {
@@ -81,10 +153,10 @@ DispatchObject ExplorerDocument::Object(ComPtr<IDispatch> object, std::string_vi
 Element ExplorerDocument::ElementOf(const Variant& value) {
     auto object = value.Object();
     if (!object) return {};
-    // Every element has it, with one number for all; a collection has none.
+    // All elements have a tagName, under the same number; collections have none.
     const DispatchObject unknown = Object(object, "element");
     const Variant tag = unknown.Get("tagName");
-    // A form's control of that name hides it.
+    // A control named "tagName" hides the member of its form.
     if (tag.IsObject()) return ExplorerElement::Make(shared_from_this(), object, "FORM");
     if (const auto text = tag.Text())
         return ExplorerElement::Make(shared_from_this(), object, *text);
@@ -106,7 +178,7 @@ std::vector<Element> ExplorerDocument::Elements(const Variant& collection) {
 
 DispatchObject ExplorerDocument::Window() {
     if (!document_) return {};
-    // The standards' name first: documents of old do not know it, newest ones not the other.
+    // Old documents do not know the first name, the newest ones not the second.
     for (const char* name : {"defaultView", "parentWindow"}) {
         if (auto window = ObjectOf(document_.Get(name), "window")) return window;
     }
@@ -114,7 +186,7 @@ DispatchObject ExplorerDocument::Window() {
 }
 
 int ExplorerDocument::DocumentMode() {
-    // Browsers that do not tell are older than all modes.
+    // Browsers without this property are older than all modes.
     if (!mode_) mode_ = static_cast<int>(document_.Get("documentMode").Number().value_or(0));
     return *mode_;
 }
@@ -127,7 +199,7 @@ bool ExplorerDocument::Holds(const DispatchObject& element) {
     if (!document_ || !element) return false;
     if (!root_) root_ = ObjectOf(document_.Get("documentElement"), "root");
     const Variant held = root_.Call("contains", Variant(element.object().get()));
-    return held.Failed() || held.Truth();  // where it cannot be told, the call itself tells
+    return held.Failed() || held.Truth();  // when it is not known, the caller's own call fails
 }
 
 }  // namespace tamrin

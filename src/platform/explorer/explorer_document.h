@@ -9,12 +9,12 @@
 
 #include "platform/document.h"
 #include "platform/explorer/dispatch_object.h"
-#include "platform/explorer/page_moment.h"
 #include "platform/explorer/page_pool.h"
 
 namespace tamrin {
 
 class PageConnection;
+struct PageSnapshot;
 
 // One page of a browser window, or of a frame in it.
 class ExplorerDocument : public DocumentObject,
@@ -31,49 +31,50 @@ public:
     std::vector<Frame> frames() override;
     std::unique_ptr<Connection> Connect(DocumentEvents& events) override;
 
-    // For the elements and the browser of this page.
+    // For the rest of the back end.
 
     // The page's own object; null once the page is gone.
     const DispatchObject& object() const { return document_; }
-    // The window shows another page, or is closed: gives everything back to the browser.
+    // Releases all objects of the page, because the window shows another one or is closed.
     void SetGone();
     PagePool& pool() const { return *pool_; }
 
-    // An object of the page of some kind. All of one kind share the numbers of their members, but
-    // for a form, whose controls may hide its members by their names.
+    // An object of the page. All objects of one kind share the numbers of their members, except
+    // forms, whose controls can hide members.
     DispatchObject Object(ComPtr<IDispatch> object, std::string_view kind);
     DispatchObject ObjectOf(const Variant& value, std::string_view kind) {
         return Object(value.Object(), kind);
     }
-    // The element of an answer, null for none. Of several elements the first.
+    // The element in an answer, or the first of a collection; null for neither.
     Element ElementOf(const Variant& value);
-    // The items of a collection.
+    // The elements of a collection.
     std::vector<Element> Elements(const Variant& collection);
-    // Its window, null when it has none.
+    // The page's window; null when it has none.
     DispatchObject Window();
-    // Whether the document answers as the standards say, also for events.
+    // Whether the document's mode is 9 or later: its events follow the standards.
     bool IsStandard();
-    // Whether attributes are answered as the page writes them; documents of old answer properties.
+    // Whether the document's mode is 8 or later: attributes are answered as written in the page.
+    // Older documents answer properties.
     bool HasWrittenAttributes();
     // Whether an element is still in the page.
     bool Holds(const DispatchObject& element);
 
-    // The element that holds the page where it is a frame's, null for the top page.
+    // The element that holds the page when it is a frame's; null for the top page.
     const Element& holder() const { return holder_; }
     void SetHolder(Element holder) { holder_ = std::move(holder); }
     // Whether this is a page; a browser also shows folders and other programs' documents.
     bool IsHtml() { return !document_.Get("documentElement").Failed(); }
 
-    // What the event that is being told says of this page; null when none is.
-    PageMoment* moment() const { return moment_; }
-    // Notes the active element, what belongs to it, and on demand the button that Enter presses.
-    std::shared_ptr<PageMoment> TakeMoment(bool with_default_button);
-    void SetMoment(PageMoment* moment) { moment_ = moment; }
+    // The snapshot of the event whose handler is running; null when none is.
+    PageSnapshot* snapshot() const { return snapshot_; }
+    void SetSnapshot(PageSnapshot* snapshot) { snapshot_ = snapshot; }
+    // Notes the active element, its parent and form, and on demand the form's default button.
+    std::shared_ptr<PageSnapshot> TakeSnapshot(bool with_default_button);
 
     std::vector<PageConnection*>& connections() { return connections_; }
 
 private:
-    // The control of a form that answers to a name, null for none.
+    // The control of a form with that name or id; null for none.
     Element InForm(const Element& form, const Variant& name);
     int DocumentMode();
 
@@ -83,8 +84,11 @@ private:
     std::optional<int> mode_;
     DispatchObject root_;
     Element holder_;
-    PageMoment* moment_ = nullptr;
+    PageSnapshot* snapshot_ = nullptr;
     std::vector<PageConnection*> connections_;
 };
+
+// The page that a frame's element shows; null when it cannot be reached.
+std::shared_ptr<ExplorerDocument> PageInside(const Element& frame);
 
 }  // namespace tamrin

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 
 #include "platform/text.h"
 
@@ -14,12 +15,12 @@ bool IsOneOf(std::string_view word, Words words) {
     return std::find(words.begin(), words.end(), word) != words.end();
 }
 
-// The elements whose value is a field's; the number of a list's item, for one, is none.
+// The elements whose value is a text; that of a list item, for one, is a number.
 bool HasValue(std::string_view tag) {
     return IsOneOf(tag, {"INPUT", "TEXTAREA", "SELECT", "BUTTON", "OPTION", "DATA", "PARAM"});
 }
 
-// The lines of a text end in CR LF, as a form sends them; newer pages answer them without the CR.
+// Ends the lines in CR LF, as forms send them; documents of newer modes answer them with LF.
 std::string WithReturns(std::string_view text) {
     std::string lines;
     for (std::size_t i = 0; i < text.size(); ++i) {
@@ -29,12 +30,12 @@ std::string WithReturns(std::string_view text) {
     return lines;
 }
 
-// An element that was found is taken to be in its page for so long.
+// For so long after it was seen an element counts as still in its page.
 constexpr std::uint64_t kSeenForMs = 1000;
 
-constexpr std::array<std::string_view, 8> kMomentProperties = {
+constexpr std::array<std::string_view, 8> kSnapshotProperties = {
     "id", "name", "tagName", "value", "checked", "selectedIndex", "href", "src"};
-constexpr std::array<std::string_view, 4> kMomentAttributes = {"type", "alt", "href", "onclick"};
+constexpr std::array<std::string_view, 4> kSnapshotAttributes = {"type", "alt", "href", "onclick"};
 
 }  // namespace
 
@@ -44,7 +45,7 @@ ExplorerElement::ExplorerElement(std::shared_ptr<ExplorerDocument> page,
       tag_(std::move(tag)),
       object_(page_->Object(object, tag_)),
       identity_(object.As<IUnknown>()),
-      seen_at_(GetTickCount64()) {}
+      seen_at_(page_->pool().calls().Now()) {}
 
 Element ExplorerElement::Make(std::shared_ptr<ExplorerDocument> page,
                               const ComPtr<IDispatch>& object, std::string_view tag) {
@@ -57,12 +58,10 @@ const DispatchObject& ExplorerElement::object() const {
 }
 
 std::string ExplorerElement::Get(std::string_view property) {
-    if (const PageMoment* moment = page_->moment()) {
-        const ElementMoment* then = const_cast<PageMoment*>(moment)->Find(identity());
-        if (then) {
-            const auto known = then->properties.find(property);
-            if (known != then->properties.end()) return known->second;
-        }
+    const PageSnapshot* snapshot = page_->snapshot();
+    if (const ElementSnapshot* then = snapshot ? snapshot->Find(identity()) : nullptr) {
+        const auto known = then->properties.find(property);
+        if (known != then->properties.end()) return known->second;
     }
     page_->pool().fired_click().SettleBefore(identity());
     return Live(property);
@@ -70,8 +69,8 @@ std::string ExplorerElement::Get(std::string_view property) {
 
 bool ExplorerElement::IsThere() {
     if (!object()) return false;
-    // Asked at every read, it would double their calls.
-    const std::uint64_t now = GetTickCount64();
+    // Checked at every read, this would double the calls.
+    const std::uint64_t now = page_->pool().calls().Now();
     if (now - seen_at_ < kSeenForMs) return true;
     if (!page_->Holds(object())) return false;
     seen_at_ = now;
@@ -98,16 +97,15 @@ std::string ExplorerElement::Live(std::string_view property) {
 std::string ExplorerElement::TextMember(std::string_view property) {
     const Variant answer = object().Get(property);
     if (const auto text = answer.Text()) return *text;
-    // Missing, as the name of what is no control, or hidden by a control of that name.
+    // Only some elements have the property, and a form's control of that name can hide it.
     return answer.IsObject() || answer.Failed() ? Written(property).value_or("") : "";
 }
 
 std::optional<std::string> ExplorerElement::getAttribute(std::string_view name) {
-    if (PageMoment* moment = page_->moment()) {
-        if (const ElementMoment* then = moment->Find(identity())) {
-            const auto known = then->attributes.find(LowerCase(name));
-            if (known != then->attributes.end()) return known->second;
-        }
+    const PageSnapshot* snapshot = page_->snapshot();
+    if (const ElementSnapshot* then = snapshot ? snapshot->Find(identity()) : nullptr) {
+        const auto known = then->attributes.find(LowerCase(name));
+        if (known != then->attributes.end()) return known->second;
     }
     return LiveAttribute(name);
 }
@@ -130,7 +128,7 @@ std::optional<std::string> ExplorerElement::LiveAttribute(std::string_view name)
 std::optional<std::string> ExplorerElement::Written(std::string_view name) {
     const Variant key(name);
     if (page_->HasWrittenAttributes()) return object().Call("getAttribute", key).Text();
-    // Documents of old answer the property of that name, also where nothing is written.
+    // Old documents answer the property of that name, also when the attribute is not written.
     const DispatchObject node =
         page_->ObjectOf(object().Call("getAttributeNode", key), "attribute");
     if (!node || !node.Get("specified").Truth()) return std::nullopt;
@@ -139,43 +137,41 @@ std::optional<std::string> ExplorerElement::Written(std::string_view name) {
     return text ? text : node.Get("nodeValue").Text();
 }
 
-const ElementMoment* ExplorerElement::RelatedInMoment(std::size_t role, bool& told) const {
-    const PageMoment* moment = page_->moment();
-    told = false;
-    if (!moment) return nullptr;
-    const auto& active = moment->elements[PageMoment::kActive];
-    told = active && active->identity.get() == identity();
-    const auto& related = moment->elements[role];
-    return told && related ? &*related : nullptr;
+const PageSnapshot* ExplorerElement::SnapshotAsActive() const {
+    const PageSnapshot* snapshot = page_->snapshot();
+    return snapshot && snapshot->IsActive(identity()) ? snapshot : nullptr;
+}
+
+Element ExplorerElement::InSnapshot(const PageSnapshot& snapshot, PageSnapshot::Role role) {
+    const auto& related = snapshot.elements[role];
+    return related ? related->element : Element();
 }
 
 Element ExplorerElement::parentElement() {
-    bool told = false;
-    const ElementMoment* then = RelatedInMoment(PageMoment::kParent, told);
-    if (told) return then ? then->element : Element();
+    if (const auto* snapshot = SnapshotAsActive())
+        return InSnapshot(*snapshot, PageSnapshot::kParent);
     return page_->ElementOf(object().Get("parentElement"));
 }
 
 Element ExplorerElement::form() {
-    bool told = false;
-    const ElementMoment* then = RelatedInMoment(PageMoment::kForm, told);
-    if (told) return then ? then->element : Element();
+    if (const auto* snapshot = SnapshotAsActive())
+        return InSnapshot(*snapshot, PageSnapshot::kForm);
     if (tag_ == "FORM" || !object()) return {};
     const Variant form = object().Get("form");
     if (!form.Failed()) return page_->ElementOf(form);
-    // What is no control does not know it.
+    // Only controls have this property.
     Element above = parentElement();
     while (above && above.tagName() != "FORM") above = above.parentElement();
     return above;
 }
 
 Element ExplorerElement::DefaultButton() {
-    bool told = false;
-    const ElementMoment* then = RelatedInMoment(PageMoment::kDefaultButton, told);
-    if (then) return then->element;
+    if (const auto* snapshot = SnapshotAsActive()) {
+        if (Element button = InSnapshot(*snapshot, PageSnapshot::kDefaultButton)) return button;
+    }
     const Element owner = form();
     if (!owner) return {};
-    // A form's own collection leaves out buttons that are pictures.
+    // The form's own collection does not contain image buttons.
     Element first;
     double first_place = 0;
     for (const char* tag : {"input", "button"}) {
@@ -209,7 +205,7 @@ std::optional<Rect> ExplorerElement::getBoundingClientRect() {
     if (!box) return std::nullopt;
     const auto edge = [&box](const char* name) { return box.Get(name).Number().value_or(0); };
     const Rect rect{edge("left"), edge("top"), edge("right"), edge("bottom")};
-    // What is not displayed has no box: it answers one of zeros.
+    // An element that is not displayed answers zeros.
     if (rect.left >= rect.right && rect.top >= rect.bottom) return std::nullopt;
     return rect;
 }
@@ -219,16 +215,139 @@ bool ExplorerElement::Same(const ElementObject& other) const {
     return element && element->identity() == identity();
 }
 
-ElementMoment ExplorerElement::TakeMoment() {
-    ElementMoment moment;
-    moment.identity = identity_;
-    for (const std::string_view name : kMomentProperties)
-        moment.properties.emplace(name, Live(name));
+ElementSnapshot ExplorerElement::TakeSnapshot() {
+    ElementSnapshot snapshot;
+    snapshot.element = Element(shared_from_this());
+    snapshot.identity = identity_;
+    for (const std::string_view name : kSnapshotProperties)
+        snapshot.properties.emplace(name, Live(name));
     if (IsOneOf(tag_, {"A", "AREA", "BUTTON"}))
-        moment.properties.emplace("innerText", Live("innerText"));
-    for (const std::string_view name : kMomentAttributes)
-        moment.attributes.emplace(name, LiveAttribute(name));
-    return moment;
+        snapshot.properties.emplace("innerText", Live("innerText"));
+    for (const std::string_view name : kSnapshotAttributes)
+        snapshot.attributes.emplace(name, LiveAttribute(name));
+    return snapshot;
 }
+
+bool ExplorerElement::Is(std::string_view type) { return LiveAttribute("type") == type; }
+
+bool ExplorerElement::CanAct() const {
+    // A page behind a dialog box does not act.
+    return !page_->pool().calls().BoxShown() && page_->Holds(object());
+}
+
+bool ExplorerElement::Put(std::string_view property, std::string_view value) {
+    page_->pool().fired_click().Settle();
+    if (!CanAct()) return false;
+    if (PageSnapshot* snapshot = page_->snapshot()) snapshot->Forget(identity());
+    if (property == "checked") return PutChecked(value == "True");
+    if (property == "selectedIndex") return PutOption(value);
+    if (property != "value") return false;
+    return tag_ == "SELECT" ? PutSelect(value) : PutText(value);
+}
+
+bool ExplorerElement::PutText(std::string_view value) {
+    const bool field = tag_ == "INPUT" || tag_ == "TEXTAREA";
+    if (!field && tag_ != "BUTTON") {
+        if (!object().Get("isContentEditable").Truth()) return false;
+        return object().Put("innerText", Variant(value)) && Fire("input");
+    }
+    // Scripts may not set a file, and automation counts as a script.
+    if (tag_ == "INPUT" && Is("file")) return false;
+    const std::string before = object().Text("value");
+    if (!object().Put("value", Variant(value))) return false;
+    // A field drops a value that its type does not allow.
+    if (field && !value.empty() && object().Text("value").empty()) {
+        object().Put("value", Variant(before));
+        return false;
+    }
+    if (field) Fire("input");
+    return true;
+}
+
+bool ExplorerElement::PutSelect(std::string_view value) {
+    const std::vector<Element> options = page_->Elements(object().Get("options"));
+    for (std::size_t i = 0; i < options.size(); ++i) {
+        if (options[i].value() == value) return PutOption(std::to_string(i));
+    }
+    return false;
+}
+
+bool ExplorerElement::PutOption(std::string_view index) {
+    if (tag_ != "SELECT") return false;
+    int wanted = -1;
+    const auto [end, error] = std::from_chars(index.data(), index.data() + index.size(), wanted);
+    const bool whole = error == std::errc() && end == index.data() + index.size();
+    const double length =
+        page_->ObjectOf(object().Get("options"), "collection").Get("length").Number().value_or(0);
+    if (!whole || wanted < 0 || wanted >= length) return false;
+    if (object().Get("selectedIndex").Number() == wanted) return true;
+    if (!object().Put("selectedIndex", Variant(wanted))) return false;
+    Fire("input");
+    return true;
+}
+
+bool ExplorerElement::PutChecked(bool want) {
+    const bool radio = tag_ == "INPUT" && Is("radio");
+    if (!radio && !(tag_ == "INPUT" && Is("checkbox"))) return false;
+    const auto checked = [this] { return object().Get("checked").Truth(); };
+    if (checked() == want) return true;
+    // As a user's click, except where a click does nothing: a disabled one, a set radio button.
+    if (!object().Get("disabled").Truth() && (want || !radio)) {
+        object().Act("click");
+        return true;
+    }
+    return object().Put("checked", Variant(want));
+}
+
+bool ExplorerElement::fireEvent(std::string_view event) {
+    if (event == "onfocusin" && SnapshotAsActive()) {
+        PageConnection::FireFocus(*page_);
+        return true;
+    }
+    FiredClick& fired = page_->pool().fired_click();
+    fired.Settle();
+    if (!event.starts_with("on") || !CanAct()) return false;
+    if (event != "onclick") return Fire(event.substr(2));
+    fired.Set(identity_, [element = *this]() mutable { element.FireClick(); });
+    return true;
+}
+
+void ExplorerElement::FireClick() {
+    // fireEvent runs only the page's handlers; the newest documents lack it. dispatchEvent also
+    // does the browser's own action for a click, if there is one.
+    if (page_->IsStandard() && object().Get("fireEvent").Failed()) {
+        if (!HasOwnAction()) Dispatch("click");
+        return;
+    }
+    object().Act("fireEvent", Variant(std::string_view("onclick")));
+}
+
+bool ExplorerElement::HasOwnAction() {
+    constexpr std::array<std::string_view, 7> kActing = {"A",     "AREA",   "BUTTON", "INPUT",
+                                                         "LABEL", "OPTION", "SELECT"};
+    if (std::find(kActing.begin(), kActing.end(), tag_) != kActing.end()) return true;
+    const Element above = page_->ElementOf(object().Get("parentElement"));
+    return above && Of(above)->HasOwnAction();
+}
+
+bool ExplorerElement::Fire(std::string_view type) {
+    if (page_->IsStandard()) return Dispatch(type);
+    // Old documents have no event "input".
+    return object().Act("fireEvent", Variant("on" + std::string(type))) || type == "input";
+}
+
+bool ExplorerElement::Dispatch(std::string_view type) {
+    const DispatchObject event =
+        page_->ObjectOf(page_->object().Call("createEvent", Variant("HTMLEvents")), "event");
+    if (event.Call("initEvent", Variant(type), Variant(true), Variant(true)).Failed()) return false;
+    return object().Act("dispatchEvent", Variant(event.object().get()));
+}
+
+bool ExplorerElement::click() {
+    page_->pool().fired_click().ReplaceBy(identity());
+    return CanAct() && object().Act("click");
+}
+
+void ExplorerElement::scrollIntoView() { object().Call("scrollIntoView"); }
 
 }  // namespace tamrin

@@ -10,11 +10,12 @@
 #include "platform/document.h"
 #include "platform/explorer/dispatch_object.h"
 #include "platform/explorer/explorer_document.h"
+#include "platform/explorer/page_events.h"
 
 namespace tamrin {
 
-// One element of a page. Its tag is read once, everything else when it is asked for.
-class ExplorerElement : public ElementObject {
+// One element of a page. Its tag is read once, everything else at each call.
+class ExplorerElement : public ElementObject, public std::enable_shared_from_this<ExplorerElement> {
 public:
     ExplorerElement(std::shared_ptr<ExplorerDocument> page, const ComPtr<IDispatch>& object,
                     std::string tag);
@@ -44,19 +45,22 @@ public:
     ExplorerDocument& page() const { return *page_; }
     IUnknown* identity() const { return identity_.get(); }
 
-    // Everything that an event brings of an element.
-    ElementMoment TakeMoment();
+    // What the snapshot of an event holds of an element.
+    ElementSnapshot TakeSnapshot();
 
 private:
+    // Reads from the page itself, whatever a snapshot says.
     std::string Live(std::string_view property);
     std::optional<std::string> LiveAttribute(std::string_view name);
-    // A property that a control of a form may hide by its name.
+    // A property that a control can hide when the element is a form.
     std::string TextMember(std::string_view property);
+    // An attribute as written in the page.
     std::optional<std::string> Written(std::string_view name);
-    // The element of the event that is being told, when this is its active element.
-    const ElementMoment* RelatedInMoment(std::size_t role, bool& told) const;
+    // The snapshot, when a handler is running and this was the active element; otherwise null.
+    const PageSnapshot* SnapshotAsActive() const;
+    static Element InSnapshot(const PageSnapshot& snapshot, PageSnapshot::Role role);
 
-    // Whether it still was in its page a moment ago.
+    // Whether it is still in its page, as far as known from the last second.
     bool IsThere();
     bool Is(std::string_view type);
     bool CanAct() const;
@@ -66,9 +70,9 @@ private:
     bool PutChecked(bool want);
     bool Fire(std::string_view type);
     bool Dispatch(std::string_view type);
-    // Tells the page of a click that nobody makes.
+    // Runs the page's click handlers without a click.
     void FireClick();
-    // Whether the browser itself does something for a click on it, or what it stands in.
+    // Whether the browser has an action of its own for a click on it or on an element around it.
     bool HasOwnAction();
 
     std::shared_ptr<ExplorerDocument> page_;

@@ -1,12 +1,25 @@
 #include "platform/explorer/explorer_launcher.h"
 
 #include <algorithm>
+#include <cstdint>
 
-#include "platform/explorer/shell_list.h"
+#include "platform/explorer/browser_objects.h"
 
 namespace tamrin {
-
 namespace {
+
+constexpr std::uint32_t kLongestWaitMs = 5000;
+constexpr int kStepMs = 20;
+
+// A new browser, plain or of middle integrity; null when it cannot be made.
+ComPtr<IWebBrowser2> Make(ComCalls& calls, const ExplorerSources& sources, bool medium) {
+    const auto& create = medium ? sources.create_medium : sources.create;
+    if (!create) return nullptr;
+    HRESULT result = S_OK;
+    auto browser = create(result);
+    const char* const name = medium ? "InternetExplorerMedium" : "InternetExplorer";
+    return calls.Note(result, "make", "browser", name) ? std::move(browser) : nullptr;
+}
 
 std::vector<HWND> Frames(ComCalls& calls, const ExplorerSources& sources) {
     std::vector<HWND> frames;
@@ -14,7 +27,7 @@ std::vector<HWND> Frames(ComCalls& calls, const ExplorerSources& sources) {
     return frames;
 }
 
-// The browser that has taken the place of one that was made after `before` and stood in `frame`.
+// The browser that replaces one which was in `frame` and newer than the windows `before`.
 ComPtr<IWebBrowser2> Successor(ComCalls& calls, const ExplorerSources& sources,
                                const std::vector<HWND>& before, HWND frame) {
     for (auto& browser : sources.browsers()) {
@@ -25,17 +38,20 @@ ComPtr<IWebBrowser2> Successor(ComCalls& calls, const ExplorerSources& sources,
     return nullptr;
 }
 
-ComPtr<IWebBrowser2> MakeEither(ComCalls& calls, const ExplorerSources& sources) {
-    ComPtr<IWebBrowser2> browser;
-    for (const bool medium : {*sources.medium, !*sources.medium}) {
-        const auto& create = medium ? sources.create_medium : sources.create;
-        if (!create || browser) continue;
-        HRESULT result = S_OK;
-        browser = create(result);
-        const char* const name = medium ? "InternetExplorerMedium" : "InternetExplorer";
-        if (!calls.Note(result, "make", "browser", name)) browser = nullptr;
+bool ShowsAPage(ComCalls& calls, ComPtr<IWebBrowser2> object, Clock& clock) {
+    ExplorerBrowser browser(calls, std::move(object));
+    bool shows = false;
+    const std::uint32_t start = clock.TickCount();
+    if (browser.Navigate("about:blank")) {
+        while (!shows && browser.Alive() && clock.TickCount() - start < kLongestWaitMs) {
+            clock.Sleep(kStepMs);
+            clock.DoEvents();
+            browser.DeliverEvents();
+            shows = static_cast<bool>(browser.document());
+        }
     }
-    return browser;
+    browser.Quit();
+    return shows;
 }
 
 }  // namespace
@@ -43,7 +59,9 @@ ComPtr<IWebBrowser2> MakeEither(ComCalls& calls, const ExplorerSources& sources)
 std::shared_ptr<ExplorerBrowser> CreateExplorer(ComCalls& calls, const ExplorerSources& sources,
                                                 std::string& why) {
     const auto before = Frames(calls, sources);
-    if (auto made = MakeEither(calls, sources)) {
+    auto made = Make(calls, sources, *sources.medium);
+    if (!made) made = Make(calls, sources, !*sources.medium);
+    if (made) {
         auto browser = std::make_shared<ExplorerBrowser>(calls, std::move(made));
         browser->SetSuccessor([&calls, sources, before](HWND frame) {
             return Successor(calls, sources, before, frame);
@@ -52,6 +70,16 @@ std::shared_ptr<ExplorerBrowser> CreateExplorer(ComCalls& calls, const ExplorerS
     }
     why = "Internet Explorer を起動できません。この PC で使えるか確認して下さい。";
     return nullptr;
+}
+
+bool ExplorerAnswers(ComCalls& calls, const ExplorerSources& sources, Clock& clock) {
+    for (const bool medium : {false, true}) {
+        auto browser = Make(calls, sources, medium);
+        if (!browser || !ShowsAPage(calls, std::move(browser), clock)) continue;
+        *sources.medium = medium;
+        return true;
+    }
+    return false;
 }
 
 std::shared_ptr<Browser> ExplorerLauncher::Create(std::string& why) {

@@ -5,11 +5,18 @@
 #include <vector>
 
 #include "platform/browser.h"
+#include "platform/clock.h"
 #include "platform/explorer/explorer_windows.h"
 
 namespace tamrin {
 
-// A new browser window; null, with what to do in `why`, when it cannot be had.
+// Whether this machine has an Internet Explorer that shows pages. Makes an invisible one, opens an
+// empty page in it and quits it. When that does not give a document, tries a browser of middle
+// integrity; if that works, `sources` makes such ones from then on. Handles events while it waits,
+// for at most five seconds each.
+bool ExplorerAnswers(ComCalls& calls, const ExplorerSources& sources, Clock& clock);
+
+// Makes a new browser window. On failure null, and `why` says in Japanese what to do.
 std::shared_ptr<ExplorerBrowser> CreateExplorer(ComCalls& calls, const ExplorerSources& sources,
                                                 std::string& why);
 
@@ -23,7 +30,7 @@ public:
     std::shared_ptr<Browser> Create(std::string& why) override;
     Input& input() override { return input_; }
 
-    // Tells what the windows that the program keeps have told. To be called by Clock::DoEvents.
+    // Delivers the events of the windows that somebody holds. To be called by Clock::DoEvents.
     void DeliverEvents();
 
 private:

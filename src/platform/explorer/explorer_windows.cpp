@@ -2,17 +2,16 @@
 
 #include <algorithm>
 
+#include "platform/explorer/browser_objects.h"
 #include "platform/explorer/content_browser.h"
 #include "platform/explorer/dispatch_object.h"
 #include "platform/explorer/explorer_document.h"
 #include "platform/explorer/explorer_launcher.h"
-#include "platform/explorer/served_browser.h"
-#include "platform/explorer/shell_list.h"
 
 namespace tamrin {
 namespace {
 
-// The browser that keeps the integrity of a program of middle integrity (shlguid.h of later kits).
+// The browser of middle integrity: CLSID_InternetExplorerMedium of newer kits' exdisp.h.
 constexpr CLSID kInternetExplorerMedium = {
     0xD5E8041D, 0x920F, 0x45E9, {0xB8, 0xFB, 0xB1, 0xDE, 0xB8, 0x2C, 0x6E, 0x5E}};
 
@@ -44,7 +43,7 @@ std::vector<ExplorerWindows::Entry> ExplorerWindows::InOrder() {
             entries.push_back({.frame = frame, .browser = std::move(browser)});
     }
     if (sources_.contents) AddContents(screen, entries);
-    // The tabs of one window stand in one place and stay in the order of the list.
+    // The tabs of one window have the same frame and stay in the order of the list.
     std::vector<Entry> ordered;
     ordered.reserve(entries.size());
     for (const HWND frame : screen) {
@@ -71,7 +70,7 @@ void ExplorerWindows::AddContents(const std::vector<HWND>& screen, std::vector<E
 std::shared_ptr<ExplorerWindow> ExplorerWindows::OfContent(const ContentWindow& found) {
     for (const auto& known : known_) {
         const auto window = known.lock();
-        if (window && window->content() == found.content && window->Alive()) return window;
+        if (window && window->found_by() == found.content && window->Alive()) return window;
     }
     auto document = GetDocumentFromWindow(calls_, found.content);
     if (!document) return nullptr;

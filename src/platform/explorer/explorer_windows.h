@@ -9,32 +9,32 @@
 
 #include "platform/browser.h"
 #include "platform/explorer/explorer_browser.h"
-#include "platform/explorer/window_document.h"
+#include "platform/explorer/screen_windows.h"
 
 namespace tamrin {
 
-// Where the windows come from; tests give their own.
+// Where browser windows come from. Tests give their own.
 struct ExplorerSources {
-    // The browsers' windows in the order of the shell's list.
+    // The browsers in the order of the shell's list.
     std::function<std::vector<ComPtr<IWebBrowser2>>()> browsers;
     // The visible windows, the front one first.
     std::function<std::vector<HWND>()> z_order;
-    // Makes a browser; null, with the failure, when it cannot be had.
+    // Makes a browser. On failure null, and `failure` is the error.
     std::function<ComPtr<IWebBrowser2>(HRESULT& failure)> create;
-    // The content windows on the screen, also of pages that the shell does not list.
+    // The content windows inside these top-level windows, also those that the shell does not list.
     std::function<std::vector<ContentWindow>(const std::vector<HWND>& screen)> contents = nullptr;
-    // The same as `create`, of middle integrity: without the browser's protected mode.
+    // Makes one of middle integrity, which does without the browser's protected mode.
     std::function<ComPtr<IWebBrowser2>(HRESULT& failure)> create_medium = nullptr;
-    // Whether that one is to be made first, for all who have these sources.
+    // Whether to try `create_medium` first; shared by all copies of these sources.
     std::shared_ptr<bool> medium = std::make_shared<bool>(false);
 };
 
 // This machine's own.
 ExplorerSources SystemSources(ComCalls& calls);
 
-// The windows of Internet Explorer that the user has open, and the pages that Edge shows in its
-// mode. Of the shell's it keeps none itself: a window is the same object for as long as the program
-// keeps it.
+// The user's windows of Internet Explorer, and the pages that Edge shows in Internet Explorer mode.
+// It holds none of them itself; a window is represented by the same object for as long as somebody
+// holds it.
 class ExplorerWindows : public BrowserWindows {
 public:
     ExplorerWindows(ComCalls& calls, ExplorerSources sources)
@@ -44,7 +44,7 @@ public:
     std::shared_ptr<Browser> Focused() override;
     std::shared_ptr<Browser> Open(const std::string& address, std::string& why) override;
 
-    // Tells what the windows that the program keeps have told. To be called by Clock::DoEvents.
+    // Delivers the events of the windows that somebody holds. To be called by Clock::DoEvents.
     void DeliverEvents();
 
 private:
@@ -52,10 +52,10 @@ private:
     struct Entry {
         HWND frame = nullptr;
         ComPtr<IWebBrowser2> browser{};
-        std::shared_ptr<ExplorerWindow> window{};  // where there is no browser
+        std::shared_ptr<ExplorerWindow> window{};  // when there is no browser object
     };
     std::vector<Entry> InOrder();
-    // Adds the windows that only their content windows tell of.
+    // Adds the windows that the shell does not list.
     void AddContents(const std::vector<HWND>& screen, std::vector<Entry>& entries);
     std::shared_ptr<ExplorerWindow> OfContent(const ContentWindow& found);
     std::shared_ptr<Browser> Known(Entry entry);

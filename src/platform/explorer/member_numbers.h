@@ -9,10 +9,10 @@
 
 namespace tamrin {
 
-// The number of a member that a page can hide by giving its name to something in it: a form's
-// controls hide its members, a page's forms and pictures those of the document. Under its number,
-// which mshtmdid.h has, the member itself is always reached. `kind` is "document" or "FORM";
-// nothing for others, and for members that are asked for by name.
+// The number of a member that a page can hide: a control named "id" hides the member "id" of its
+// form, and a picture or form named "links" hides the document's "links". A call by number, which
+// mshtmdid.h defines, always reaches the member itself. `kind` is "document" or "FORM"; nothing for
+// other kinds, and for members that are called by name.
 std::optional<DISPID> HideableMember(std::string_view kind, std::string_view member);
 
 }  // namespace tamrin

@@ -1,8 +1,6 @@
 #include "platform/explorer/page_pool.h"
 
 #include "platform/explorer/explorer_document.h"
-#include "platform/explorer/explorer_frames.h"
-#include "platform/explorer/page_moment.h"
 
 namespace tamrin {
 

@@ -1,20 +1,97 @@
 #pragma once
 
+#include <deque>
+#include <functional>
 #include <map>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "platform/explorer/com_calls.h"
 #include "platform/explorer/com_ptr.h"
-#include "platform/explorer/event_queue.h"
-#include "platform/explorer/fired_click.h"
 
 namespace tamrin {
 
 class ExplorerDocument;
 
-// What the pages of one browser window share. Each page is the same object for as long as somebody
-// keeps it, so that an event's moment is known through whichever handle.
+// Events on their way from the browser to the program. The browser waits until its event returns,
+// and an event can arrive during a call of this program; so events are only queued when they
+// arrive, and their handlers run when the program handles its events.
+class EventQueue {
+public:
+    void Add(std::function<void()> handler) { waiting_.push_back(std::move(handler)); }
+
+    // Runs the handlers in order. Does nothing when called from a handler: the later events wait
+    // until it returns.
+    void Deliver() {
+        if (running_) return;
+        const Running running(running_);
+        while (!waiting_.empty()) {
+            const auto handler = std::move(waiting_.front());
+            waiting_.pop_front();
+            handler();
+        }
+    }
+
+private:
+    // Resets the flag also when a handler throws.
+    class Running {
+    public:
+        explicit Running(bool& flag) : flag_(flag) { flag_ = true; }
+        ~Running() { flag_ = false; }
+        Running(const Running&) = delete;
+        Running& operator=(const Running&) = delete;
+
+    private:
+        bool& flag_;
+    };
+
+    std::deque<std::function<void()>> waiting_;
+    bool running_ = false;
+};
+
+// An "onclick" that the program has fired and the page has not seen yet. A record fires the event
+// and then clicks, and the page's handlers must run once, as for a user's click. So the event waits
+// for the program's next action: a click of the same element replaces it, and any other action runs
+// it first.
+class FiredClick {
+public:
+    void Set(ComPtr<IUnknown> element, std::function<void()> fire) {
+        element_ = std::move(element);
+        fire_ = std::move(fire);
+    }
+
+    // To be called before a click of this element.
+    void ReplaceBy(IUnknown* element) {
+        if (element_.get() == element) Drop();
+        Settle();
+    }
+
+    // To be called before any other action.
+    void Settle() {
+        if (!element_) return;
+        element_ = nullptr;
+        const auto fire = std::exchange(fire_, nullptr);
+        fire();
+    }
+    // The same, unless it is this element that waits.
+    void SettleBefore(IUnknown* element) {
+        if (element_.get() != element) Settle();
+    }
+
+    // Forgets it, because its page is gone.
+    void Drop() {
+        element_ = nullptr;
+        fire_ = nullptr;
+    }
+
+private:
+    ComPtr<IUnknown> element_;
+    std::function<void()> fire_;
+};
+
+// The pages of one browser window, and what they share. A page is represented by the same object
+// for as long as somebody holds it, so that every handle sees the snapshot of an event.
 class PagePool : public std::enable_shared_from_this<PagePool> {
 public:
     explicit PagePool(ComCalls& calls) : calls_(calls) {}
@@ -23,17 +100,16 @@ public:
     EventQueue& events() { return events_; }
     FiredClick& fired_click() { return fired_click_; }
 
-    // The page of a document object; null for none and for one that is no HTML document.
+    // The page of a document object; null for null and for what is not an HTML document.
     std::shared_ptr<ExplorerDocument> Page(ComPtr<IDispatch> document);
 
-    // The window shows another page: those of the one before answer empty from now on. Null for a
-    // window that is gone.
+    // The window shows this page now: all others become empty. Null when the window is gone.
     void KeepOnly(IUnknown* document);
 
-    // A frame shows another page: those that no frame shows any more answer empty from now on.
+    // A frame shows another page: the pages that no frame shows any more become empty.
     void DropLeftFrames();
 
-    // The pages that somebody keeps.
+    // The pages that somebody holds.
     std::vector<std::shared_ptr<ExplorerDocument>> Pages() const;
 
 private:

@@ -3,14 +3,13 @@
 namespace tamrin {
 namespace {
 
-// Numbers are written as scripts write them, not as the user's country does.
+// Numbers are written as scripts write them, whatever the user's country.
 constexpr LCID kAnyCountry = LOCALE_INVARIANT;
 
-// Some headers declare as writable what is only read.
-VARIANTARG* Source(const VARIANT& value) { return const_cast<VARIANTARG*>(&value); }
-
-bool Convert(const VARIANT& from, VARTYPE type, VARIANT* into) {
-    return SUCCEEDED(VariantChangeTypeEx(into, Source(from), kAnyCountry, 0, type));
+// A copy that shares what the value holds, for functions that only read it and yet take a pointer
+// to a writable one.
+bool Convert(VARIANT from, VARTYPE type, VARIANT* into) {
+    return SUCCEEDED(VariantChangeTypeEx(into, &from, kAnyCountry, 0, type));
 }
 
 }  // namespace
@@ -51,7 +50,10 @@ Variant::Variant(IDispatch* object) : Variant() {
     if (object) object->AddRef();
 }
 
-Variant::Variant(const VARIANT& value) : Variant() { VariantCopyInd(&value_, Source(value)); }
+Variant::Variant(const VARIANT& value) : Variant() {
+    VARIANT shared = value;
+    VariantCopyInd(&value_, &shared);
+}
 
 Variant::Variant(Variant&& other) noexcept : Variant() { std::swap(value_, other.value_); }
 
@@ -93,6 +95,21 @@ ComPtr<IDispatch> Variant::Object() const {
 VARIANT* Variant::Out() {
     VariantClear(&value_);
     return &value_;
+}
+
+ExceptionInfo::~ExceptionInfo() {
+    SysFreeString(info_.bstrSource);
+    SysFreeString(info_.bstrDescription);
+    SysFreeString(info_.bstrHelpFile);
+}
+
+HRESULT ExceptionInfo::Error() {
+    if (info_.pfnDeferredFillIn) info_.pfnDeferredFillIn(&info_);
+    return FAILED(info_.scode) ? info_.scode : DISP_E_EXCEPTION;
+}
+
+std::string ExceptionInfo::Text() const {
+    return TextOf(info_.bstrDescription, SysStringLen(info_.bstrDescription));
 }
 
 }  // namespace tamrin

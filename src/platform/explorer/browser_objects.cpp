@@ -1,4 +1,10 @@
-#include "platform/explorer/shell_list.h"
+#include "platform/explorer/browser_objects.h"
+
+#include <mshtml.h>
+#include <oleacc.h>
+#include <servprov.h>
+
+#include <string>
 
 #include "platform/explorer/variant.h"
 #include "platform/text.h"
@@ -39,23 +45,37 @@ bool IsIeWindow(ComCalls& calls, IWebBrowser2& entry) {
            EqualsIgnoreCase(name, "Internet Explorer");
 }
 
-HWND FrameOf(ComCalls& calls, IWebBrowser2& entry) {
+HWND FrameOf(ComCalls& calls, IWebBrowser2& browser) {
     SHANDLE_PTR window = 0;
-    calls.Note(entry.get_HWND(&window), "get", "entry", "HWND");
+    calls.Note(browser.get_HWND(&window), "get", "entry", "HWND");
     // NOLINTNEXTLINE(performance-no-int-to-ptr): how the browser gives its handle
     return reinterpret_cast<HWND>(window);
 }
 
-std::vector<HWND> VisibleWindows() {
-    std::vector<HWND> windows;
-    const auto collect = [](HWND window, LPARAM into) -> BOOL {
-        // NOLINTNEXTLINE(performance-no-int-to-ptr): what EnumWindows was given
-        if (IsWindowVisible(window)) reinterpret_cast<std::vector<HWND>*>(into)->push_back(window);
-        return TRUE;
-    };
-    // In the order of the screen, the front one first.
-    EnumWindows(collect, reinterpret_cast<LPARAM>(&windows));
-    return windows;
+ComPtr<IWebBrowser2> BrowserServedBy(ComCalls& calls, IDispatch* window) {
+    ComPtr<IWebBrowser2> browser;
+    if (!window) return browser;
+    const auto provider = ComPtr<IDispatch>(window).As<IServiceProvider>();
+    if (!calls.Note(provider ? S_OK : E_NOINTERFACE, "ask", "window", "IServiceProvider"))
+        return browser;
+    const HRESULT served = provider->QueryService(IID_IWebBrowserApp, IID_IWebBrowser2,
+                                                  reinterpret_cast<void**>(browser.Out()));
+    calls.Note(served, "call", "window", "QueryService");
+    return browser;
+}
+
+ComPtr<IDispatch> GetDocumentFromWindow(ComCalls& calls, HWND window) {
+    static const UINT ask = RegisterWindowMessageW(L"WM_HTML_GETOBJECT");
+    DWORD_PTR given = 0;
+    const LRESULT answered =
+        SendMessageTimeoutW(window, ask, 0, 0, SMTO_ABORTIFHUNG, calls.limits().window_ms, &given);
+    const bool has = answered != 0 && given != 0;
+    if (!calls.Note(has ? S_OK : E_FAIL, "send", "window", "WM_HTML_GETOBJECT")) return nullptr;
+    ComPtr<IHTMLDocument> document;
+    const HRESULT made = ObjectFromLresult(static_cast<LRESULT>(given), IID_IHTMLDocument, 0,
+                                           reinterpret_cast<void**>(document.Out()));
+    calls.Note(made, "call", "window", "ObjectFromLresult");
+    return document.As<IDispatch>();
 }
 
 }  // namespace tamrin

@@ -1,4 +1,4 @@
-#include "platform/explorer/page_connection.h"
+#include "platform/explorer/page_events.h"
 
 #include <windows.h>
 
@@ -7,6 +7,7 @@
 
 #include <algorithm>
 
+#include "platform/explorer/explorer_document.h"
 #include "platform/explorer/explorer_element.h"
 
 namespace tamrin {
@@ -15,6 +16,27 @@ namespace {
 constexpr int kEnter = 13;
 
 }  // namespace
+
+const ElementSnapshot* PageSnapshot::Find(IUnknown* identity) const {
+    for (const auto& element : elements) {
+        if (element && element->identity.get() == identity) return &*element;
+    }
+    return nullptr;
+}
+
+bool PageSnapshot::IsActive(IUnknown* identity) const {
+    const auto& active = elements[kActive];
+    return active && active->identity.get() == identity;
+}
+
+void PageSnapshot::Forget(IUnknown* identity) {
+    for (auto& element : elements) {
+        if (!element || element->identity.get() != identity) continue;
+        element->properties.clear();
+        element->attributes.clear();
+        return;
+    }
+}
 
 std::unique_ptr<Connection> PageConnection::Make(std::shared_ptr<ExplorerDocument> page,
                                                  DocumentEvents& events) {
@@ -43,7 +65,7 @@ void PageConnection::Close() {
     form_ = nullptr;
 }
 
-void PageConnection::TellFocus(ExplorerDocument& page) {
+void PageConnection::FireFocus(ExplorerDocument& page) {
     const auto connections = page.connections();
     for (PageConnection* connection : connections) {
         const auto& now = page.connections();
@@ -53,24 +75,24 @@ void PageConnection::TellFocus(ExplorerDocument& page) {
 }
 
 void PageConnection::Listen() {
-    const auto tell = [this](const Tell& call) {
-        return [this, call](const EventArguments&) { Note(call); };
+    const auto queue = [this](const Handler& handler) {
+        return [this, handler](const EventArguments&) { Queue(handler); };
     };
     const auto key_press = [this](const EventArguments& arguments) {
         const DispatchObject event = page_->ObjectOf(arguments.At(0), "event");
         const int key = static_cast<int>(event.Get("keyCode").Number().value_or(0));
-        Note([key](DocumentEvents& events) { events.onkeypress(key); }, key == kEnter);
+        Queue([key](DocumentEvents& events) { events.onkeypress(key); }, key == kEnter);
     };
     const auto focus_in = [this](const EventArguments&) {
         ListenToForm();
-        Note([](DocumentEvents& events) { events.onfocusin(); });
+        Queue([](DocumentEvents& events) { events.onfocusin(); });
     };
     document_events_ = EventConnection::Make(
         page_->pool().calls(), page_->object().object().get(), __uuidof(HTMLDocumentEvents2),
-        {{DISPID_HTMLDOCUMENTEVENTS2_ONCLICK, tell([](DocumentEvents& e) { e.onclick(); })},
+        {{DISPID_HTMLDOCUMENTEVENTS2_ONCLICK, queue([](DocumentEvents& e) { e.onclick(); })},
          {DISPID_HTMLDOCUMENTEVENTS2_ONFOCUSIN, focus_in},
          {DISPID_HTMLDOCUMENTEVENTS2_ONBEFOREDEACTIVATE,
-          tell([](DocumentEvents& e) { e.onbeforedeactivate(); })},
+          queue([](DocumentEvents& e) { e.onbeforedeactivate(); })},
          {DISPID_HTMLDOCUMENTEVENTS2_ONKEYPRESS, key_press}});
 }
 
@@ -86,17 +108,17 @@ void PageConnection::ListenToForm() {
         page_->pool().calls(), ExplorerElement::Of(form)->object().object().get(),
         __uuidof(HTMLFormElementEvents2),
         {{DISPID_HTMLFORMELEMENTEVENTS2_ONSUBMIT, [this](const EventArguments&) {
-              Note([](DocumentEvents& events) { events.onsubmit(); });
+              Queue([](DocumentEvents& events) { events.onsubmit(); });
           }}});
 }
 
-void PageConnection::Note(const Tell& tell, bool with_default_button) {
-    const auto moment = page_->TakeMoment(with_default_button);
-    page_->pool().events().Add([page = page_, events = events_, moment, tell] {
+void PageConnection::Queue(const Handler& handler, bool with_default_button) {
+    const auto snapshot = page_->TakeSnapshot(with_default_button);
+    page_->pool().events().Add([page = page_, events = events_, snapshot, handler] {
         if (!*events) return;
-        page->SetMoment(moment.get());
-        tell(**events);
-        page->SetMoment(nullptr);
+        page->SetSnapshot(snapshot.get());
+        handler(**events);
+        page->SetSnapshot(nullptr);
     });
 }
 
