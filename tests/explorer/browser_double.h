@@ -3,97 +3,138 @@
 #include <windows.h>
 
 #include <exdisp.h>
+#include <exdispid.h>
 
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "explorer/bare_browser.h"
-#include "explorer/event_source.h"
+#include "explorer/com_double.h"
 #include "platform/explorer/variant.h"
 
 namespace tamrin::test {
 
-// A browser window, or the browser of a frame. The test says what it shows and fires its events,
-// with their arguments as the browser gives them.
-class BrowserDouble : public BareBrowser, public EventContainer {
+// A member that the program does not use.
+#define TAMRIN_UNUSED(...) \
+    STDMETHODIMP __VA_ARGS__ override { return E_NOTIMPL; }
+// A property that is kept. Setting it is written down: "Left 10".
+#define TAMRIN_PROPERTY(Name, T)                                               \
+    T Name = 0;                                                                \
+    STDMETHODIMP get_##Name(T* answer) override { return Give(answer, Name); } \
+    STDMETHODIMP put_##Name(T value) override { return Take(#Name, Name, value); }
+
+// A browser window, or the browser of a frame. The test says what it shows and fires its events.
+class BrowserDouble : public DispatchDouble<IWebBrowser2>, public EventContainer {
 public:
-    BrowserDouble() : EventContainer(DIID_DWebBrowserEvents2) {}
+    // `faults` is that of the pages where it counts along with them.
+    explicit BrowserDouble(Faults* faults = nullptr)
+        : faults_(faults ? *faults : own_),
+          events_(new EventSource(faults_, DIID_DWebBrowserEvents2)) {}
 
     ComPtr<IDispatch> page;
     std::string name = "Internet Explorer";
     HWND window = nullptr;
-    bool busy = false;
-    int ready_state = 4;
+    VARIANT_BOOL busy = VARIANT_FALSE;
+    READYSTATE ready_state = READYSTATE_COMPLETE;
     // What every call answers from now on, unless it is S_OK.
     HRESULT failure = S_OK;
-    // One call fails, the how manieth of all and how.
-    int failing_call = -1;
-    HRESULT failing_with = S_OK;
-    int calls = 0;
-    // The calls that change something: "Navigate2 http://...", "Left 10", "Visible True", "Quit".
+    // The calls that change something: "Navigate2 http://...", "Left 10", "Visible -1", "Quit".
     std::vector<std::string> lines;
-    LONG left = 0, top = 0, width = 0, height = 0;
-    int tool = 0;
-    VARIANT_BOOL menu = 0, address_bar = 0, status_bar = 0, full = 0, visible = 0;
 
-    // `frame` is the browser of the frame, null for the window itself.
-    void FireBeforeNavigate2(std::string_view url, IDispatch* frame = nullptr);
-    void FireNavigateComplete2(std::string_view url, IDispatch* frame = nullptr);
-    void FireDocumentComplete(std::string_view url, IDispatch* frame = nullptr);
-    void FireNavigateError(std::string_view url, long code);
-    void FireOnQuit();
+    // Fires an event of this window, or of the frame whose browser `sender` is.
+    void Fire(DISPID event, std::string_view url = {}, IDispatch* sender = nullptr, int code = 0);
+    // Whether nobody but its maker holds it, and nobody listens to it.
+    bool IsReleased();
 
     STDMETHODIMP QueryInterface(REFIID id, void** object) override;
-    STDMETHODIMP_(ULONG) AddRef() override { return BareBrowser::AddRef(); }
-    STDMETHODIMP_(ULONG) Release() override { return BareBrowser::Release(); }
+    STDMETHODIMP_(ULONG) AddRef() override { return DispatchDouble::AddRef(); }
+    STDMETHODIMP_(ULONG) Release() override { return DispatchDouble::Release(); }
 
-    STDMETHODIMP Navigate2(VARIANT* url, VARIANT*, VARIANT*, VARIANT*, VARIANT*) override;
-    STDMETHODIMP Quit() override;
-    STDMETHODIMP get_Document(IDispatch** answer) override;
-    STDMETHODIMP get_Busy(VARIANT_BOOL* answer) override;
-    STDMETHODIMP get_ReadyState(READYSTATE* answer) override;
-    STDMETHODIMP get_Name(BSTR* answer) override;
-    STDMETHODIMP get_HWND(SHANDLE_PTR* answer) override;
-    STDMETHODIMP get_Visible(VARIANT_BOOL* v) override { return Give(v, visible); }
-    STDMETHODIMP put_Visible(VARIANT_BOOL v) override { return Take("Visible", visible, v); }
-    STDMETHODIMP get_Left(LONG* v) override { return Give(v, left); }
-    STDMETHODIMP put_Left(LONG v) override { return Take("Left", left, v); }
-    STDMETHODIMP get_Top(LONG* v) override { return Give(v, top); }
-    STDMETHODIMP put_Top(LONG v) override { return Take("Top", top, v); }
-    STDMETHODIMP get_Width(LONG* v) override { return Give(v, width); }
-    STDMETHODIMP put_Width(LONG v) override { return Take("Width", width, v); }
-    STDMETHODIMP get_Height(LONG* v) override { return Give(v, height); }
-    STDMETHODIMP put_Height(LONG v) override { return Take("Height", height, v); }
-    STDMETHODIMP get_ToolBar(int* v) override { return Give(v, tool); }
-    STDMETHODIMP put_ToolBar(int v) override { return Take("ToolBar", tool, v); }
-    STDMETHODIMP get_MenuBar(VARIANT_BOOL* v) override { return Give(v, menu); }
-    STDMETHODIMP put_MenuBar(VARIANT_BOOL v) override { return Take("MenuBar", menu, v); }
-    STDMETHODIMP get_AddressBar(VARIANT_BOOL* v) override { return Give(v, address_bar); }
-    STDMETHODIMP put_AddressBar(VARIANT_BOOL v) override {
-        return Take("AddressBar", address_bar, v);
+    STDMETHODIMP Navigate2(VARIANT* url, VARIANT*, VARIANT*, VARIANT*, VARIANT*) override {
+        return Do("Navigate2 " + Variant(*url).Text().value_or(""));
     }
-    STDMETHODIMP get_StatusBar(VARIANT_BOOL* v) override { return Give(v, status_bar); }
-    STDMETHODIMP put_StatusBar(VARIANT_BOOL v) override { return Take("StatusBar", status_bar, v); }
-    STDMETHODIMP get_FullScreen(VARIANT_BOOL* v) override { return Give(v, full); }
-    STDMETHODIMP put_FullScreen(VARIANT_BOOL v) override { return Take("FullScreen", full, v); }
+    STDMETHODIMP Quit() override { return Do("Quit"); }
+    STDMETHODIMP get_Document(IDispatch** answer) override;
+    STDMETHODIMP get_Busy(VARIANT_BOOL* answer) override { return Give(answer, busy); }
+    STDMETHODIMP get_ReadyState(READYSTATE* answer) override { return Give(answer, ready_state); }
+    STDMETHODIMP get_Name(BSTR* answer) override {
+        return Give(answer, SysAllocString(Bstr(name).get()));
+    }
+    STDMETHODIMP get_HWND(SHANDLE_PTR* answer) override {
+        return Give(answer, reinterpret_cast<SHANDLE_PTR>(window));
+    }
+    TAMRIN_PROPERTY(Visible, VARIANT_BOOL)
+    TAMRIN_PROPERTY(Left, LONG)
+    TAMRIN_PROPERTY(Top, LONG)
+    TAMRIN_PROPERTY(Width, LONG)
+    TAMRIN_PROPERTY(Height, LONG)
+    TAMRIN_PROPERTY(ToolBar, int)
+    TAMRIN_PROPERTY(MenuBar, VARIANT_BOOL)
+    TAMRIN_PROPERTY(AddressBar, VARIANT_BOOL)
+    TAMRIN_PROPERTY(StatusBar, VARIANT_BOOL)
+    TAMRIN_PROPERTY(FullScreen, VARIANT_BOOL)
+    TAMRIN_PROPERTY(Offline, VARIANT_BOOL)
+    TAMRIN_PROPERTY(Silent, VARIANT_BOOL)
+    TAMRIN_PROPERTY(RegisterAsBrowser, VARIANT_BOOL)
+    TAMRIN_PROPERTY(RegisterAsDropTarget, VARIANT_BOOL)
+    TAMRIN_PROPERTY(TheaterMode, VARIANT_BOOL)
+    TAMRIN_PROPERTY(Resizable, VARIANT_BOOL)
+    TAMRIN_UNUSED(GoBack())
+    TAMRIN_UNUSED(GoForward())
+    TAMRIN_UNUSED(GoHome())
+    TAMRIN_UNUSED(GoSearch())
+    TAMRIN_UNUSED(Navigate(BSTR, VARIANT*, VARIANT*, VARIANT*, VARIANT*))
+    TAMRIN_UNUSED(Refresh())
+    TAMRIN_UNUSED(Refresh2(VARIANT*))
+    TAMRIN_UNUSED(Stop())
+    TAMRIN_UNUSED(get_Application(IDispatch**))
+    TAMRIN_UNUSED(get_Parent(IDispatch**))
+    TAMRIN_UNUSED(get_Container(IDispatch**))
+    TAMRIN_UNUSED(get_TopLevelContainer(VARIANT_BOOL*))
+    TAMRIN_UNUSED(get_Type(BSTR*))
+    TAMRIN_UNUSED(get_LocationName(BSTR*))
+    TAMRIN_UNUSED(get_LocationURL(BSTR*))
+    TAMRIN_UNUSED(ClientToWindow(int*, int*))
+    TAMRIN_UNUSED(PutProperty(BSTR, VARIANT))
+    TAMRIN_UNUSED(GetProperty(BSTR, VARIANT*))
+    TAMRIN_UNUSED(get_FullName(BSTR*))
+    TAMRIN_UNUSED(get_Path(BSTR*))
+    TAMRIN_UNUSED(get_StatusText(BSTR*))
+    TAMRIN_UNUSED(put_StatusText(BSTR))
+    TAMRIN_UNUSED(QueryStatusWB(OLECMDID, OLECMDF*))
+    TAMRIN_UNUSED(ExecWB(OLECMDID, OLECMDEXECOPT, VARIANT*, VARIANT*))
+    TAMRIN_UNUSED(ShowBrowserBar(VARIANT*, VARIANT*, VARIANT*))
 
 private:
-    HRESULT Result() { return calls++ == failing_call ? failing_with : failure; }
+    EventSource* Source(REFIID) override { return events_.get(); }
+    HRESULT Result() {
+        const HRESULT fault = faults_.Next();
+        return FAILED(fault) ? fault : failure;
+    }
     template <typename T>
     HRESULT Give(T* answer, T value) {
         const HRESULT result = Result();
-        if (SUCCEEDED(result)) *answer = value;
+        *answer = SUCCEEDED(result) ? value : T{};
         return result;
     }
     template <typename T>
     HRESULT Take(const char* member, T& place, T value) {
-        if (const HRESULT result = Result(); FAILED(result)) return result;
-        place = value;
-        lines.push_back(member + (" " + std::to_string(static_cast<int>(value))));
-        return S_OK;
+        const HRESULT result = Do(member + (" " + std::to_string(value)));
+        if (SUCCEEDED(result)) place = value;
+        return result;
     }
-    void FireShown(DISPID event, std::string_view url, IDispatch* frame);
+    HRESULT Do(const std::string& line) {
+        const HRESULT result = Result();
+        if (SUCCEEDED(result)) lines.push_back(line);
+        return result;
+    }
+
+    Faults own_;
+    Faults& faults_;
+    ComPtr<EventSource> events_;
 };
+
+#undef TAMRIN_UNUSED
+#undef TAMRIN_PROPERTY
 
 }  // namespace tamrin::test

@@ -1,95 +1,71 @@
 #include "explorer/explorer_machine.h"
 
-#include "platform/explorer/dispatch_object.h"
-
 namespace tamrin::test {
-namespace {
 
-constexpr long kNoServer = static_cast<long>(0x800C0005);
-
-std::string Absolute(const std::string& base, const std::string& address) {
-    if (address.find(':') != std::string::npos) return address;
-    return base.substr(0, base.find('/', 7)) + address;
-}
-
-}  // namespace
-
-LoadingBrowser::LoadingBrowser(PageWorld& world, const Server& server, const int& mode)
-    : world_(world), server_(server), mode_(mode) {
-    page = world_.Open("", mode_, "about:blank");
+LoadingBrowser::LoadingBrowser(ExplorerMachine& machine) : machine_(machine) {
+    page = machine_.world.Open("", machine_.mode, "about:blank").document();
     window = GetDesktopWindow();
 }
 
 STDMETHODIMP LoadingBrowser::Navigate2(VARIANT* url, VARIANT*, VARIANT*, VARIANT*, VARIANT*) {
-    const std::string address = Variant(*url).Text().value_or("");
-    if (!address.starts_with("javascript:")) Go(address);
+    Go(Variant(*url).Text().value_or(""));
     return S_OK;
 }
 
 STDMETHODIMP LoadingBrowser::Quit() {
-    waiting_.clear();
     quits_ = true;
     return S_OK;
 }
 
 void LoadingBrowser::Go(const std::string& address) {
-    waiting_ = {address};
-    busy = true;
-    ready_state = 1;
+    next_ = address;
+    busy = VARIANT_TRUE;
+    ready_state = READYSTATE_LOADING;
 }
 
-void LoadingBrowser::Tick() {
+bool LoadingBrowser::Tick() {
     if (quits_) {
-        quits_ = false;
         page = nullptr;
-        ended_ = true;
-        FireOnQuit();
-        return;
+        Fire(DISPID_ONQUIT);
+    } else if (next_) {
+        Load(*std::exchange(next_, std::nullopt));
     }
-    if (waiting_.empty()) return;
-    const std::string address = waiting_.front();
-    waiting_.pop_front();
-    Load(address);
+    return !quits_;
 }
 
-void LoadingBrowser::Load(std::string url) {
-    FireBeforeNavigate2(url);
-    Reply reply = server_(url);
-    for (int hop = 0; hop < 5 && !reply.location.empty(); ++hop) {
-        url = Absolute(url, reply.location);
-        reply = server_(url);
-    }
-    busy = false;
-    ready_state = 4;
+void LoadingBrowser::Load(const std::string& url) {
+    constexpr int kNoServer = static_cast<int>(0x800C0005);
+    Fire(DISPID_BEFORENAVIGATE2, url);
+    const Reply reply = machine_.server(url);
+    busy = VARIANT_FALSE;
+    ready_state = READYSTATE_COMPLETE;
     if (reply.status == 204) return;
-    if (reply.status == 0 && url != "about:blank") FireNavigateError(url, kNoServer);
-    page = world_.Open(reply.body, mode_, url);
-    world_.Run("page.__focused = true");
-    FireNavigateComplete2(url);
-    if (world_.Ask("page.__frames.length") != "0") {
+    if (reply.status == 0 && url != "about:blank")
+        Fire(DISPID_NAVIGATEERROR, url, nullptr, kNoServer);
+    PageDouble& loaded = machine_.world.Open(reply.body, machine_.mode, url);
+    loaded.focused = true;
+    page = loaded.document();
+    Fire(DISPID_NAVIGATECOMPLETE2, url);
+    if (!loaded.All([](const Node& node) { return node.IsFrame(); }).empty()) {
         const ComPtr<BrowserDouble> frame(new BrowserDouble);
-        FireDocumentComplete(url, frame.get());
+        Fire(DISPID_DOCUMENTCOMPLETE, url, frame.get());
     }
-    FireDocumentComplete(url);
+    Fire(DISPID_DOCUMENTCOMPLETE, url);
 }
 
-ExplorerMachine::ExplorerMachine(ComCalls& calls, Server server)
-    : calls_(calls), server_(std::move(server)) {
+ExplorerMachine::ExplorerMachine(Server its_server) : server(std::move(its_server)) {
     world.fetch = [this](const std::string& url) -> std::optional<std::string> {
-        Reply reply = server_(url);
-        return reply.status == 200 ? std::optional(std::move(reply.body)) : std::nullopt;
+        const Reply reply = server(url);
+        return reply.status == 200 ? std::optional(reply.body) : std::nullopt;
     };
-    world.navigate = [this](IDispatch* document, const std::string& url) {
-        const auto page = world.objects.Wrap(document);
+    world.navigate = [this](PageDouble& page, const std::string& url) {
         for (const auto& window : windows) {
-            if (window->Shows(page.get())) window->Go(url);
+            if (SameObject(window->page.get(), page.document().get())) window->Go(url);
         }
     };
-    world.objects.browser_of = [this](IDispatch* window) {
+    world.browser_of = [](PageDouble& page) {
         const ComPtr<BrowserDouble> frame(new BrowserDouble);
-        const DispatchObject script(ComPtr<IDispatch>(window),
-                                    std::make_shared<ObjectType>(calls_, "window"));
-        frame->page = world.objects.Wrap(script.Get("document").Object().get());
+        frame->page = page.document();
         return ComPtr<IWebBrowser2>(frame.get());
     };
 }
@@ -103,21 +79,19 @@ ExplorerSources ExplorerMachine::Sources() {
             [] { return std::vector<HWND>{GetDesktopWindow()}; },
             [this](HRESULT& failure) {
                 failure = S_OK;
-                windows.emplace_back(new LoadingBrowser(world, server_, mode));
+                windows.emplace_back(new LoadingBrowser(*this));
                 return ComPtr<IWebBrowser2>(windows.back().get());
             }};
 }
 
 LoadingBrowser& ExplorerMachine::Open(const std::string& address) {
-    windows.emplace_back(new LoadingBrowser(world, server_, mode));
+    windows.emplace_back(new LoadingBrowser(*this));
     windows.back()->Go(address);
     return *windows.back().get();
 }
 
 void ExplorerMachine::Tick() {
-    const auto now = windows;
-    for (const auto& window : now) window->Tick();
-    std::erase_if(windows, [](const auto& window) { return window->ended(); });
+    std::erase_if(windows, [](const ComPtr<LoadingBrowser>& window) { return !window->Tick(); });
 }
 
 }  // namespace tamrin::test

@@ -1,75 +1,73 @@
 #pragma once
 
-#include <deque>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "explorer/browser_double.h"
-#include "explorer/page_world.h"
-#include "platform/explorer/com_calls.h"
+#include "explorer/page_double.h"
 #include "platform/explorer/explorer_windows.h"
+#include "platform/input.h"
 
 namespace tamrin::test {
+
+// The mouse and the keyboard where there are no windows for them to reach.
+class NoInput : public Input {
+public:
+    ScreenPoint GetCursorPos() override { return {}; }
+    void SetCursorPos(ScreenPoint) override {}
+    void LeftButton(bool) override {}
+    bool SendKeys(const std::vector<KeyStroke>&) override { return false; }
+};
 
 // What a server answers.
 struct Reply {
     int status = 0;  // 0 when nobody answers
-    std::string location{};
     std::string body{};
 };
 
 using Server = std::function<Reply(const std::string& url)>;
 
-// A window that loads its pages from a server and tells of it as a browser does.
+class ExplorerMachine;
+
+// A window that loads its pages from a server and fires its events as a browser does.
 class LoadingBrowser : public BrowserDouble {
 public:
-    LoadingBrowser(PageWorld& world, const Server& server, const int& mode);
+    explicit LoadingBrowser(ExplorerMachine& machine);
 
     STDMETHODIMP Navigate2(VARIANT* url, VARIANT*, VARIANT*, VARIANT*, VARIANT*) override;
     STDMETHODIMP Quit() override;
 
     // Begins to load an address.
     void Go(const std::string& address);
-    bool Shows(IDispatch* document) const { return SameObject(page.get(), document); }
-
-    bool ended() const { return ended_; }
-
-    // Does what it was asked for since the last time.
-    void Tick();
+    // Does what it was asked for since the last time. False when it has ended.
+    bool Tick();
 
 private:
-    void Load(std::string url);
+    void Load(const std::string& url);
 
-    PageWorld& world_;
-    const Server& server_;
-    const int& mode_;
-    std::deque<std::string> waiting_;
+    ExplorerMachine& machine_;
+    std::optional<std::string> next_;
     bool quits_ = false;
-    bool ended_ = false;
 };
 
 // A machine with the browser: its windows, and the pages that a server gives them.
 class ExplorerMachine {
 public:
-    ExplorerMachine(ComCalls& calls, Server server);
+    explicit ExplorerMachine(Server its_server);
 
     // For the program: the shell lists all windows.
     ExplorerSources Sources();
     // A window that the user has opened.
     LoadingBrowser& Open(const std::string& address);
-    // What all windows were asked for happens. To be called in every DoEvents.
+    // Lets all windows do what they were asked for. To be called in every DoEvents.
     void Tick();
 
+    const Server server;
     PageWorld world;
     std::vector<ComPtr<LoadingBrowser>> windows;  // that have not ended
-    // The document mode of the pages to come. In that of 9 they know the events of the standards
-    // and those of old.
-    int mode = 9;
-
-private:
-    ComCalls& calls_;
-    const Server server_;
+    int mode = 9;                                 // the document mode of the pages to come
 };
 
 }  // namespace tamrin::test

@@ -6,7 +6,6 @@
 
 #include "app/frm_ie_auto.h"
 #include "explorer/explorer_machine.h"
-#include "explorer/no_input.h"
 #include "platform/explorer/explorer_launcher.h"
 #include "platform/headless/headless_window_system.h"
 #include "platform/windows/text_codec.h"
@@ -24,7 +23,7 @@ class ScenarioTest : public testing::Test {
 protected:
     ScenarioTest() {
         site["/"] =
-            "<form action=/order><input id=who name=who><input type=password name=pin>"
+            "<form action=/order><input id=who name=who><input type=password id=pin name=pin>"
             "<select id=size name=size><option>S<option>L</select>"
             "<input type=radio name=pay value=cash><input type=radio name=pay value=card>"
             "<input type=checkbox id=gift name=gift><textarea id=note name=note></textarea>"
@@ -46,7 +45,7 @@ protected:
         globals.unsaved = false;
         EXPECT_TRUE(window->Close());
         window.reset();
-        EXPECT_EQ(machine.world.objects.alive.size(), 0U);
+        EXPECT_TRUE(machine.world.IsReleased());
     }
 
     Reply Serve(const std::string& url) {
@@ -62,10 +61,14 @@ protected:
             clock.DoEvents();
         }
     }
-    // What the user does, and the time that it takes.
-    void Act(std::string_view script) {
-        machine.world.Run(script);
+    // What the user does in the page, and the time that it takes.
+    void Act(const std::function<void(PageDouble& page)>& act) {
+        act(machine.world.page());
         Pass(500);
+    }
+    static void Type(PageDouble& page, std::string_view id, std::string_view text) {
+        page.Focus(page.El(id));
+        page.Type(page.El(id), text);
     }
     HeadlessForm& form() { return *windows.FindForm("frmIeAuto"); }
     ListBox& list() { return form().List("lstDtList"); }
@@ -83,11 +86,11 @@ protected:
     void Record(const std::string& address) {
         window->Form_Load("");
         LoadingBrowser& browser = machine.Open(address);
-        browser.left = 10;
-        browser.top = 20;
-        browser.width = 800;
-        browser.height = 600;
-        browser.menu = browser.address_bar = VARIANT_TRUE;
+        browser.Left = 10;
+        browser.Top = 20;
+        browser.Width = 800;
+        browser.Height = 600;
+        browser.MenuBar = browser.AddressBar = VARIANT_TRUE;
         Pass(1500);
         form().Click("cmdRec");
         Pass(100);
@@ -102,7 +105,7 @@ protected:
     WindowsTextCodec codec;
     NoProcesses processes;
     ComCalls calls;
-    ExplorerMachine machine{calls, [this](const std::string& url) { return Serve(url); }};
+    ExplorerMachine machine{[this](const std::string& url) { return Serve(url); }};
     NoInput input;
     ExplorerLauncher launcher{calls, machine.Sources(), input};
     ExplorerWindows browsers{calls, machine.Sources()};
@@ -117,17 +120,34 @@ class ScenarioInModeTest : public ScenarioTest, public testing::WithParamInterfa
 TEST_P(ScenarioInModeTest, IsRecordedAndAsksTheSameOfTheServerWhenItIsPlayed) {
     machine.mode = GetParam();
     Record("http://site/");
-    Act("user.click(el('who')); user.type(el('who'), '山田, 太郎')");
-    Act("pin = page.getElementsByName('pin').item(0); user.focus(pin); user.type(pin, 'x9');"
-        "user.focus(el('size')); el('size').selectedIndex = 1");
-    Act("user.click(page.getElementsByName('pay').item(1)); user.click(el('gift'))");
-    Act("user.focus(el('note')); el('note').value = 'a\\r\\nb'");
-    Act("user.click(el('go'))");
-    Act("user.focus(el('box'))");
-    Act("box = page.__frames[0].document; inner = box.getElementById('inner');"
-        "user.focus(inner); user.type(inner, 'q'); user.focus(box.getElementById('other'))");
-    Act("user.click(page.getElementsByTagName('A').item(0))");
-    Act("user.click(el('end'))");
+    Act([](PageDouble& page) {
+        page.Click(page.El("who"));
+        Type(page, "who", "山田, 太郎");
+    });
+    Act([](PageDouble& page) {
+        Type(page, "pin", "x9");
+        page.Focus(page.El("size"));
+        page.El("size").selected = 1;
+    });
+    Act([](PageDouble& page) {
+        page.Click(*page.All([](const Node& node) { return node.value == "card"; }).at(0));
+        page.Click(page.El("gift"));
+    });
+    Act([](PageDouble& page) {
+        page.Focus(page.El("note"));
+        page.El("note").value = "a\nb";
+    });
+    Act([](PageDouble& page) { page.Click(page.El("go")); });
+    Act([](PageDouble& page) { page.Focus(page.El("box")); });
+    Act([](PageDouble& page) {
+        PageDouble& box = page.frame(0);
+        Type(box, "inner", "q");
+        box.Focus(box.El("other"));
+    });
+    Act([](PageDouble& page) {
+        page.Click(*page.All([](const Node& node) { return node.tag == "A"; }).at(0));
+    });
+    Act([](PageDouble& page) { page.Click(page.El("end")); });
     dialogs.answers = {Answer::kOk};  // a password was recorded
     form().Click("cmdStop");
     Pass(500);
@@ -150,17 +170,20 @@ TEST_P(ScenarioInModeTest, IsRecordedAndAsksTheSameOfTheServerWhenItIsPlayed) {
     form().Click("cmdPlay");
     EXPECT_EQ(window->last_run(), RunEnd::kCompleted);
     EXPECT_EQ(requests, recorded);
-    EXPECT_EQ(machine.world.Ask("page.__said.join()"), "終");
+    EXPECT_EQ(machine.world.page().said, "終");
 }
 
 INSTANTIATE_TEST_SUITE_P(Modes, ScenarioInModeTest, testing::Values(5, 7, 8, 9, 11));
 
 TEST_F(ScenarioTest, KeepsItsRecordsAndNoReferenceWhenTheBrowserEnds) {
     Record("http://site/");
-    Act("user.click(el('who')); user.type(el('who'), 'a'); user.focus(el('gift'))");
+    Act([](PageDouble& page) {
+        Type(page, "who", "a");
+        page.Focus(page.El("gift"));
+    });
     machine.windows.back()->Quit();
     Pass(1500);
-    EXPECT_EQ(machine.world.objects.alive.size(), 0U);
+    EXPECT_TRUE(machine.world.IsReleased());
     form().Click("cmdStop");
     Pass(500);
     const Lines recorded = {"url→,id=,size_bar=10.20.800.600.01100,indt=http://site/",
@@ -175,7 +198,7 @@ TEST_F(ScenarioTest, KeepsItsRecordsAndNoReferenceWhenTheBrowserEnds) {
     ASSERT_EQ(window->last_run(), RunEnd::kBrowserDied);
     EXPECT_EQ(dialogs.shown.back(),
               "再生エラー|ブラウザが終了したか、ページが異常終了したため、再生を中止しました。");
-    EXPECT_EQ(machine.world.objects.alive.size(), 0U);
+    EXPECT_TRUE(machine.world.IsReleased());
 }
 
 }  // namespace

@@ -1,9 +1,9 @@
 #include <boost/asio/ip/tcp.hpp>
+#include <cstdlib>
 #include <sstream>
 
 #include "conformance/back_end.h"
 #include "explorer/explorer_machine.h"
-#include "explorer/no_input.h"
 #include "platform/explorer/explorer_launcher.h"
 #include "platform/windows/clock.h"
 
@@ -30,9 +30,7 @@ Reply Fetch(const std::string& url) {
     std::getline(stream, line);
     if (line.size() < 12) return reply;
     reply.status = std::stoi(line.substr(9, 3));
-    while (std::getline(stream, line) && line != "\r") {
-        if (line.starts_with("Location: ")) reply.location = line.substr(10, line.size() - 11);
-    }
+    while (std::getline(stream, line) && line != "\r") continue;
     std::ostringstream body;
     body << stream.rdbuf();
     reply.body = body.str();
@@ -42,6 +40,7 @@ Reply Fetch(const std::string& url) {
 class ExplorerBackEnd : public BackEnd {
 public:
     ExplorerBackEnd() {
+        if (const char* mode = std::getenv("DOCUMENT_MODE")) machine_.mode = std::stoi(mode);
         clock_.AddSource([this] {
             machine_.Tick();
             launcher_.DeliverEvents();
@@ -56,7 +55,7 @@ public:
 private:
     ComCalls calls_;
     WindowsClock clock_;
-    test::ExplorerMachine machine_{calls_, Fetch};
+    test::ExplorerMachine machine_{Fetch};
     test::NoInput input_;
     ExplorerLauncher launcher_{calls_, machine_.Sources(), input_};
 };
