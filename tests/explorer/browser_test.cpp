@@ -7,7 +7,7 @@
 #include "explorer/window_double.h"
 #include "platform/explorer/browser_objects.h"
 #include "platform/explorer/explorer_launcher.h"
-#include "platform/headless/virtual_clock.h"
+#include "support/virtual_clock.h"
 
 namespace tamrin::test {
 namespace {
