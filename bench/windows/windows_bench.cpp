@@ -7,13 +7,10 @@
 #include <string>
 #include <vector>
 
-#include "app/frm_about.h"
-#include "app/frm_edit.h"
+#include "app/edit_commands.h"
 #include "app/frm_ie_auto.h"
-#include "app/frm_input.h"
 #include "app/frm_setting.h"
-#include "app/frm_simple_edit.h"
-#include "app/frm_splash.h"
+#include "app/small_forms.h"
 #include "platform/windows/clock.h"
 #include "platform/windows/files.h"
 #include "platform/windows/processes.h"
@@ -140,13 +137,12 @@ void MeasureDialogs(Table& table, Desk& desk) {
     MeasureOpenings(table, desk, "frmSetting",
                     [&] { frmSetting(desk.globals, desk.platform).ShowModal(*owner); });
     MeasureOpenings(table, desk, "frmEdit",
-                    [&] { frmEdit(desk.windows).Edit("input\t,id=a,type=text,indt=b", *owner); });
+                    [&] { EditRecord(desk.windows, "input\t,id=a,type=text,indt=b", *owner); });
     MeasureOpenings(table, desk, "frmSimpleEdit",
-                    [&] { frmSimpleEdit(desk.windows).Edit({"a", "b"}, *owner); });
-    MeasureOpenings(table, desk, "frmInput", [&] { frmInput(desk.windows).Ask(1, *owner); });
-    MeasureOpenings(table, desk, "frmAbout",
-                    [&] { frmAbout(desk.windows, "0.1").ShowModal(*owner); });
-    MeasureOpenings(table, desk, "frmSplash", [&] { frmSplash(desk.windows, "0.1", *owner); });
+                    [&] { EditLines(desk.windows, {"a", "b"}, *owner); });
+    MeasureOpenings(table, desk, "frmInput", [&] { AskPlayCount(desk.windows, 1, *owner); });
+    MeasureOpenings(table, desk, "frmAbout", [&] { ShowAbout(desk.windows, "0.1", *owner); });
+    MeasureOpenings(table, desk, "frmSplash", [&] { ShowSplash(desk.windows, "0.1", *owner); });
 }
 
 }  // namespace

@@ -12,7 +12,7 @@ bool NamesExplorer(const std::string& path) { return EndsWithIgnoreCase(path, "i
 }  // namespace
 
 bool BrowserChoice::UsesExplorer() {
-    // A browser that the command line names is meant, whatever is chosen otherwise.
+    // A browser named on the command line comes before the settings.
     if (options_.kept_browser_path && !options_.browser_path.empty())
         return NamesExplorer(options_.browser_path);
     if (options_.browser_kind != BrowserKind::kAny)

@@ -11,8 +11,8 @@
 
 namespace tamrin {
 
-// The browsers of this machine as if they were one: what Options.txt says decides for each new
-// window which of them it is.
+// Stands before both kinds of browser as if they were one. Options.txt decides for each new window
+// which kind it is.
 class BrowserChoice : public BrowserLauncher, public BrowserWindows {
 public:
     // A kind of browser that the program drives.
@@ -21,8 +21,8 @@ public:
         BrowserWindows& windows;
     };
 
-    // `answers` is asked once, when it first matters, whether there is an Internet Explorer that
-    // shows pages; asking may take seconds.
+    // `answers` tells whether there is an Internet Explorer that shows pages. It is called at most
+    // once, and only when no kind is chosen, because it may take seconds.
     BrowserChoice(const Options& options, Kind explorer, Kind chromium,
                   std::function<bool()> answers)
         : options_(options),
@@ -30,12 +30,14 @@ public:
           chromium_(chromium),
           answers_(std::move(answers)) {}
 
-    // Where no kind is chosen, or the command line names a browser, its path tells the kind.
+    // The kind follows from the browser's path where no kind is chosen, or where the command line
+    // names a browser.
     std::shared_ptr<Browser> Create(std::string& why) override;
-    // That of the browser created last.
+    // The input of the browser that was created last.
     Input& input() override;
 
-    // Those of the chosen kind; of both, Internet Explorer's first, where none is.
+    // The windows of the chosen kind; where none is chosen, those of both kinds, Internet
+    // Explorer's first.
     std::vector<std::shared_ptr<Browser>> Visible() override;
     std::shared_ptr<Browser> Focused() override;
     std::shared_ptr<Browser> Open(const std::string& address, std::string& why) override;

@@ -13,13 +13,13 @@ struct Switch {
     std::string text;    // all of it, runs of blanks collapsed
 };
 
-// The switches of a command line: what stands behind each " -" (or full-width space and "-"). What
-// stands before the first is ignored.
+// The switches of a command line: the text after each " -" (or full-width space and "-"). Text
+// before the first switch is ignored.
 std::vector<Switch> SplitSwitches(std::string_view command_line);
 
-// The value of a switch that takes all the rest as one text, such as a file name with blanks:
-// every occurrence of the name and a space removed, blanks around it trimmed. That a file name
-// which itself holds such an occurrence loses it is how these switches have always read.
+// The value of a switch that takes the rest of its text, such as a file name with blanks: every
+// occurrence of the switch's name and a space is removed, and blanks around the rest. A file name
+// that contains such an occurrence loses it too; scripts in use rely on this reading.
 std::string SwitchValue(const Switch& item);
 
 // The scenario text that a "stream" switch carries in its one word: "%SPC%" stands for a space and

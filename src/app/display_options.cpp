@@ -6,7 +6,7 @@ namespace tamrin {
 namespace {
 
 constexpr int kTwipsPerPixel = 15;  // of a 96 dpi screen, in which controls are placed
-constexpr int kLeastPane = 30;      // pixels, of either pane
+constexpr int kMinPane = 30;        // pixels, of either pane
 
 void Turn(Control& menu, bool& setting) {
     setting = !setting;
@@ -48,7 +48,7 @@ void DisplayOptions::Apply() {
     }
     controls_.mnuRepeat.SetText("再生回数変更：現在値 " + std::to_string(settings.play_count) +
                                 " 回");
-    // A damaged file may ask for a pane that there is not.
+    // A damaged file may name a pane that does not exist.
     if (settings.disp < 0 || settings.disp > 2) settings.disp = Settings().disp;
     Control* const options[] = {&controls_.optDispNothing, &controls_.optDispTags,
                                 &controls_.optDispFiles};
@@ -66,8 +66,8 @@ void DisplayOptions::Layout() {
     Place list = controls_.lstDtList.GetPlace();
     Place splitter = controls_.splTop.GetPlace();
     const int bottom = list.top + list.height;
-    const int most = bottom - pane.top - splitter.height - kLeastPane;
-    splitter.top = pane.top + std::clamp(pane.height, kLeastPane, std::max(kLeastPane, most));
+    const int max_height = bottom - pane.top - splitter.height - kMinPane;
+    splitter.top = pane.top + std::clamp(pane.height, kMinPane, std::max(kMinPane, max_height));
     pane.height = splitter.top - pane.top;
     list.top = disp == 0 ? pane.top : splitter.top + splitter.height;
     list.height = bottom - list.top;
@@ -77,15 +77,24 @@ void DisplayOptions::Layout() {
     controls_.lstDtList.SetPlace(list);
 }
 
-int DisplayOptions::TopHeight() const {
-    return controls_.lstDetail.GetPlace().height * kTwipsPerPixel;
-}
-
-void DisplayOptions::SetTopHeight(int twips) {
+void DisplayOptions::PlaceWindow() {
+    const Settings& settings = globals_.settings;
+    form_.SetPlace({settings.form_left, settings.form_top, settings.form_right - settings.form_left,
+                    settings.form_bottom - settings.form_top});
     Place pane = controls_.lstDetail.GetPlace();
-    pane.height = twips / kTwipsPerPixel;
+    pane.height = settings.top_height / kTwipsPerPixel;
     controls_.lstDetail.SetPlace(pane);
     controls_.lstCsv.SetPlace(pane);
+}
+
+void DisplayOptions::KeepPlace() {
+    Settings& settings = globals_.settings;
+    const Place place = form_.GetPlace();
+    settings.form_left = place.left;
+    settings.form_top = place.top;
+    settings.form_right = place.left + place.width;
+    settings.form_bottom = place.top + place.height;
+    settings.top_height = controls_.lstDetail.GetPlace().height * kTwipsPerPixel;
 }
 
 void DisplayOptions::optDisp_Click(int index) {

@@ -5,8 +5,8 @@
 
 namespace tamrin {
 
-// How the main window shows itself: the upper pane and its height, always on top, scroll bars, the
-// notification area. The settings hold each choice as soon as it is made.
+// How the main window looks: its place, the upper pane and its height, always on top, scroll bars,
+// the notification area. Each choice is stored in the settings at once.
 class DisplayOptions {
 public:
     DisplayOptions(Globals& globals, Form& form, MainControls& controls);
@@ -14,15 +14,15 @@ public:
     // Shows all settings in menus and controls (ApplyConf).
     void Apply();
 
-    // Places the panes: what optDisp chose above, the record list below it.
-    void Layout();
-
-    // The height of the upper pane in twips. It is kept while the pane is not shown.
-    int TopHeight() const;
-    void SetTopHeight(int twips);
+    // Gives the window and its panes their place in the settings, and writes the settings of their
+    // present place. A pane that is not shown keeps its height.
+    void PlaceWindow();
+    void KeepPlace();
 
 private:
     void BindEvents();
+    // Places the panes: the one that optDisp chose above, the record list below it.
+    void Layout();
     void optDisp_Click(int index);
     void splTop_Change();
 

@@ -1,7 +1,11 @@
 #pragma once
 
-#include "app/platform.h"
+#include <optional>
+#include <string>
+#include <vector>
+
 #include "app/record_editor.h"
+#include "platform/window_system.h"
 
 namespace tamrin {
 
@@ -16,8 +20,8 @@ public:
     void mnuEditAll_Click();   // the whole list as text
 
 private:
-    // Takes what became of a record, unless it is no longer where it was: a run may have gone on
-    // behind the dialog, or the recorder.
+    // Puts `after` in the place of a record, unless the record has changed or moved: a run or a
+    // recording may have gone on behind the dialog.
     void Take(int row, const std::string& before, std::vector<std::string> after);
 
     WindowSystem& windows_;
@@ -25,5 +29,12 @@ private:
     ListBox& list_;
     RecordEditor& records_;
 };
+
+// The dialogs of these commands. Each answers what the user has made of a record or of lines, or
+// nothing when cancelled. As text, no lines are an empty text, and an empty text is one empty line.
+std::optional<std::string> EditRecord(WindowSystem& windows, const std::string& line, Form& owner);
+std::optional<std::vector<std::string>> EditLines(WindowSystem& windows,
+                                                  const std::vector<std::string>& lines,
+                                                  Form& owner);
 
 }  // namespace tamrin

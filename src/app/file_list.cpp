@@ -1,9 +1,25 @@
 #include "app/file_list.h"
 
 #include "app/paths.h"
+#include "app/settings_file.h"
 #include "scenario/scenario_file.h"
 
 namespace tamrin {
+namespace {
+
+std::string RecentEntry(std::size_t place) { return "mnuRecent" + std::to_string(place + 1); }
+
+// A path as a menu shows it, where a single "&" would underline the letter behind it.
+std::string RecentCaption(std::size_t place, const std::string& path) {
+    std::string caption = "&" + std::to_string(place + 1) + " ";
+    for (const char c : path) {
+        if (c == '&') caption += '&';
+        caption += c;
+    }
+    return caption;
+}
+
+}  // namespace
 
 FileList::FileList(Globals& globals, const Platform& platform, Form& form, MainControls& controls,
                    ScenarioFiles& scenario)
@@ -15,6 +31,9 @@ FileList::FileList(Globals& globals, const Platform& platform, Form& form, MainC
     list_.onClick = [this] { lstCsv_Click(); };
     list_.onDblClick = [this] { lstCsv_DblClick(); };
     list_.onContext = [this] { lstCsv_MouseDown(); };
+    for (std::size_t i = 0; i < kMaxRecentFiles; ++i) {
+        form_.Find(RecentEntry(i)).onClick = [this, i] { OpenRecent(i); };
+    }
 }
 
 std::string FileList::PathOf(int position) const {
@@ -43,8 +62,8 @@ void FileList::lstCsv_Click() {
     if (!scenario_.Open(PathOf(list_.ListIndex()))) SelectOpenFile();
 }
 
-// The click before has opened the file already, so this matters only for one that is open: it is
-// read again when another program has changed it.
+// The first click of the two has opened the file already. The double click reads the open file
+// again when another program has changed it.
 void FileList::lstCsv_DblClick() {
     if (list_.ListIndex() < 0 || !scenario_.Idle()) return;
     const std::string path = PathOf(list_.ListIndex());
@@ -79,7 +98,7 @@ void FileList::mnuListDelFile_Click() {
                        "ファイル削除");
         return;
     }
-    // The list may have been read anew while the file was waited for.
+    // Deleting waits for a file in use; the list may have been refreshed meanwhile.
     if (list_.Line(position) == name) list_.Remove(position);
 }
 
@@ -91,6 +110,29 @@ void FileList::mnuOpenFolder_Click() {
     const Files& files = platform_.files;
     globals_.settings.save_folder_path = RelativePath(folder, files.ProgramFolder(), files);
     RefreshFileList();
+}
+
+void FileList::ShowRecentFiles() {
+    const auto& paths = globals_.options.recent_files;
+    for (std::size_t i = 0; i < kMaxRecentFiles; ++i) {
+        Control& entry = form_.Find(RecentEntry(i));
+        entry.SetVisible(i < paths.size());
+        if (i < paths.size()) entry.SetText(RecentCaption(i, paths[i]));
+    }
+    form_.Find("mnuFileSpc3").SetVisible(!paths.empty());
+}
+
+void FileList::OpenRecent(std::size_t place) {
+    auto& paths = globals_.options.recent_files;
+    if (place >= paths.size()) return;
+    const std::string path = paths[place];
+    if (!platform_.files.IsFile(path)) {
+        platform_.windows.dialogs().MsgBox(path + "\r\nのファイルが存在しません。", "読込エラー");
+        std::erase(paths, path);
+        ShowRecentFiles();
+        return;
+    }
+    scenario_.Open(path);
 }
 
 }  // namespace tamrin

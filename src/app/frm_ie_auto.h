@@ -7,18 +7,16 @@
 #include <string_view>
 #include <vector>
 
-#include "app/command_line.h"
 #include "app/display_options.h"
 #include "app/edit_commands.h"
 #include "app/file_list.h"
 #include "app/frm_ie_auto_form.h"
-#include "app/frm_splash.h"
 #include "app/platform.h"
 #include "app/player_maker.h"
-#include "app/recent_files.h"
 #include "app/record_commands.h"
 #include "app/record_editor.h"
 #include "app/scenario_files.h"
+#include "app/start_up.h"
 #include "player/player.h"
 #include "player/player_host.h"
 #include "player/run_events.h"
@@ -28,9 +26,6 @@ namespace tamrin {
 
 class frmTools;
 
-// How start-up dealt with the scenario of the command line.
-enum class StartUp { kDone, kParameterError, kNoScenario };
-
 // The main window. It lives as long as the program; its record list is the scenario.
 class frmIeAuto : public PlayerHost, public RunEvents, public BrowserEvents {
 public:
@@ -39,9 +34,9 @@ public:
     frmIeAuto(const frmIeAuto&) = delete;
     frmIeAuto& operator=(const frmIeAuto&) = delete;
 
-    // Starts the program: reads settings and the command line (without the program's name), loads
-    // the scenario that it names and plays it. Returns when that is over. A stand-alone player
-    // plays what it carries instead, without settings; a damaged one says so and closes.
+    // Starts the program: reads the settings and the command line (without the program's name),
+    // loads the scenario that it names and plays it. Returns after the run. A stand-alone player
+    // plays what it carries instead, on default settings; a damaged one says so and closes.
     StartUp Form_Load(const std::string& command_line);
 
     // Opens a scenario in place of the open one, as when its file is dropped on the window.
@@ -63,7 +58,7 @@ public:
     // The commands that record.
     RecordCommands& recording() { return recording_; }
 
-    // Whether the user has stopped the run that is still on its way to its end.
+    // Whether the user has stopped the run and it has not ended yet.
     bool Stopping() const { return playing_ && globals_.activity.empty(); }
 
     // How the last run ended; kNothingToPlay before the first.
@@ -71,10 +66,10 @@ public:
     // Whether a page could not be opened during it.
     bool page_failed() const { return page_failed_; }
 
-    // Told of every record that a run leaves behind.
+    // Called for each record that a run has finished.
     std::function<void(const RecordReport&)> onRecordDone;
 
-    // Enables and disables the controls (modes.cpp).
+    // Enables and disables the buttons and menu entries that record, play and stop.
     void SetMode(std::string_view mode, bool on);
 
     void cmdPlay_Click();
@@ -104,28 +99,21 @@ public:
     void OnQuit() override;
 
 private:
-    // start_up.cpp
-    void ConfLoad();
-    void ConfSave();
-    StartUp LoadCarriedScenario();
-    void LoadSettings();
-    void PlaceWindow();
-    StartUp ProcessCommandLine(std::string command_line);
-    StartUp LoadFromSwitch(const Switch& item);
-    void StreamFromSwitch(const Switch& item);
-
-    // menus.cpp
     void BindMenus();
     void mnuRepeat_Click();
     void mnuSetting_Click();
     void mnuTools_Click();
     void mnuManual_Click();
 
+    void LoadSettings();
+    void SaveSettings();
+    void ShowWindow();
+
     void BindEvents();
     bool Form_QueryUnload();
-    // Takes the browser of a run, connects its events, and drops the one before; null to only drop.
+    // Takes the browser of a run, connects its events, and drops the one before; null only drops.
     void HoldBrowser(std::shared_ptr<Browser> browser);
-    // Moves the main window into the notification area where the user wants that, and back.
+    // Moves the main window into the notification area if the user wants that, and back.
     void EnterTray();
     void LeaveTray();
     void MyTitle(std::string_view file_name);
@@ -139,11 +127,11 @@ private:
     EditCommands edit_;
     ScenarioFiles scenario_;
     FileList file_list_;
-    RecentFiles recent_files_;
     PlayerMaker player_maker_;
     RecordCommands recording_;
-    std::optional<frmSplash> splash_;
-    std::unique_ptr<frmTools> tools_;  // null before it is opened first
+    StartScenario start_;
+    std::unique_ptr<Form> splash_;
+    std::unique_ptr<frmTools> tools_;  // null until it is first opened
     Player player_;
     std::string title_;  // the caption while nothing is played
     bool playing_ = false;

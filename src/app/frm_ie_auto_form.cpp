@@ -131,7 +131,7 @@ constexpr auto kMenus = std::to_array<MenuSpec>({
 }  // namespace
 
 const FormSpec& MainFormSpec() {
-    // What is left of a window of 500 x 300 by its borders, title and menu bar.
+    // A window of 500 x 300 without its borders, title and menu bar.
     static const FormSpec spec{"frmIeAuto", "Tamrin", 480, 230, kControls, kMenus, kResizable};
     return spec;
 }

@@ -4,8 +4,8 @@
 
 namespace tamrin {
 
-// The main window's tables. Entries of its context menus work on the record list (mnuContext) and
-// on the file list (mnuListEdit).
+// The main window's controls and menus. Of the context menus, mnuContext is the record list's and
+// mnuListEdit the file list's.
 const FormSpec& MainFormSpec();
 
 // The main window's controls by name.
@@ -28,8 +28,8 @@ struct MainControls {
     Control& Timer1;   // the poll for the active browser, and the watchdog of a run
     Control& Timer2;   // the tag list
     Control& Timer3;   // shows the chosen record in the page
-    Control& tmrStop;  // a stop that waits for an event to be recorded
-    // The menu entries that show a state; the others are found where they are bound.
+    Control& tmrStop;  // tries again to stop, while events are still being recorded
+    // The menu entries that show a state. The others are looked up where they are bound.
     Control& mnuRepeat;
     Control& mnuDispTop;
     Control& mnuScrollBar;

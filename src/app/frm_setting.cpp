@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "app/paths.h"
-#include "app/settings.h"
+#include "app/settings_file.h"
 #include "player/input_data.h"
 
 namespace tamrin {
@@ -142,7 +142,7 @@ void frmSetting::ShowModal(Form& owner) {
 }
 
 void frmSetting::Form_Load() {
-    // A copy: showing a value may store it.
+    // A copy, because showing a value may store it.
     const Settings settings = globals_.settings;
     txtSaveFolderPath.SetText(settings.save_folder_path);
     txtSaveFolderPath_Change();

@@ -7,8 +7,8 @@
 
 namespace tamrin {
 
-// The settings dialog. Its values are stored when it is closed by "Ok"; the automatic pointer, the
-// recording of changes only, and the way back to the defaults take effect at once.
+// The settings dialog. "Ok" stores its values. Three things take effect at once: the automatic
+// pointer, recording changes only, and going back to the defaults.
 class frmSetting {
 public:
     frmSetting(Globals& globals, const Platform& platform);
@@ -23,7 +23,7 @@ private:
     void cmdSetDefault_Click();
     void cmdClose_Click(int index);
     void txtSaveFolderPath_Change();
-    // The folder in the text box, absolute; the program's own when it is empty.
+    // The absolute path of the folder in the text box; the program's folder when the box is empty.
     std::string SaveFolder() const;
 
     Globals& globals_;

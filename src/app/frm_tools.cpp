@@ -4,7 +4,6 @@
 #include <array>
 #include <utility>
 
-#include "app/record_finding.h"
 #include "platform/text.h"
 #include "platform/utf8.h"
 #include "recorder/event_record.h"
@@ -19,8 +18,8 @@ constexpr int kNoticeTicks = 8;
 constexpr int kRowHeight = 26;
 constexpr int kRecordRow = kFacts;  // its button copies the record
 
-// A page may be a book, and a text box shows no more than somebody reads.
-constexpr std::size_t kMostHtml = 20000;
+// A page may be very long, and nobody reads more than this in a text box.
+constexpr std::size_t kMaxHtml = 20000;
 
 constexpr std::array<std::string_view, kFacts> kLabels{
     "タグ", "id", "name", "type", "value", "href", "フォーム", "フレーム", "HTML"};
@@ -121,10 +120,10 @@ const FormSpec& Spec() {
     return spec;
 }
 
-// The part of a text that its box is given.
+// The part of the HTML that its box shows.
 std::string ShownHtml(const std::string& html) {
-    std::string shown = JoinLines(SplitLines(html.substr(0, CutLength(html, kMostHtml))));
-    if (html.size() > kMostHtml) shown += "\r\n……";
+    std::string shown = JoinLines(SplitLines(html.substr(0, CutLength(html, kMaxHtml))));
+    if (html.size() > kMaxHtml) shown += "\r\n……";
     return shown;
 }
 
@@ -170,7 +169,8 @@ void frmTools::BindEvents() {
 
 void frmTools::Activate() { cmdRecord.SetFocus(); }
 
-// On its right, or else its left, where the screen has room, so that neither hides the other.
+// Right of the main window if the screen has room there, otherwise left of it, so that neither
+// hides the other.
 void frmTools::StandBeside(const Form& main) {
     const Place screen = platform_.windows.Screen();
     const Place beside = main.GetPlace();
@@ -253,7 +253,7 @@ void frmTools::cmdCopy_Click(int row) {
 void frmTools::cmdRecord_Click() {
     record_.clear();
     std::string finding = kPointSomewhere;
-    // It may be gone since it was shown.
+    // The element may have left the page since it was shown.
     if (!path_.empty() && path_.back().Get("outerHTML").empty()) {
         finding = "この要素は、もうページにありません。";
     } else if (!path_.empty()) {

@@ -4,19 +4,19 @@
 #include <string>
 #include <vector>
 
-#include "app/element_facts.h"
 #include "app/platform.h"
 #include "app/record_commands.h"
+#include "app/tag_analysis.h"
 #include "state/globals.h"
 
 namespace tamrin {
 
-// The tag analyzer: a window in front of all others that tells of the element under the mouse
-// pointer in any browser window that can be recorded, four times a second.
+// The tag analyzer: a window in front of all others that shows the element under the mouse pointer
+// in any browser window that can be recorded. It looks four times a second.
 //
 // While the pointer stays on one element a tick takes one round trip to the browser, and one more
-// for each frame that leads there; where it stands in no page, one for each window. During a run
-// the browser is left in peace.
+// for each frame on the way to the element. While the pointer is on no page, a tick takes one round
+// trip for each window. During a run the browser is not asked.
 class frmTools {
 public:
     // Opens beside the main window.
@@ -36,12 +36,13 @@ private:
     void cmdRecord_Click();
     void cmdAdd_Click();
 
-    // Whether what is shown is to stay.
+    // Whether the user wants the shown element to stay.
     bool Frozen() const;
-    // Looks for the pointer: first where it was, then in the attached window, then in the others.
+    // Shows the element under the pointer; false when the pointer is on no page. Looks first in the
+    // window of the last time, then in the attached one, then in the others.
     bool Look();
     bool LookIn(const std::shared_ptr<Browser>& browser);
-    // Says for two seconds what was done.
+    // Shows for two seconds what was done.
     void Notice(const char* text);
     void ShowFacts(ElementFacts facts);
     // What the record of the shown element finds in the page, in words.

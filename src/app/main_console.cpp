@@ -10,7 +10,6 @@
 #include "app/console_report.h"
 #include "app/frm_ie_auto.h"
 #include "app/paths.h"
-#include "app/profile_folder.h"
 #include "platform/chromium/chromium_windows.h"
 #include "platform/chromium/launcher.h"
 #include "platform/headless/console_dialogs.h"
@@ -30,15 +29,14 @@ constexpr const char* kUsage =
     "        tamrin -record シナリオ.csv アドレス [-browser ブラウザのパス]\n"
     "        tamrin -make_player 実行形式のファイル シナリオ.csv\n";
 
-// Lets one that carries a scenario be used as the ordinary program. Wherever it stands, it is no
-// word of another switch.
+// Opens a player as the ordinary program. It may stand anywhere on the command line; it never
+// belongs to another switch.
 constexpr const char* kEditorSwitch = "-no_auto_start";
 
-// What the program is asked to do by its first argument. One that carries a scenario plays that
-// whatever it is asked.
+// What the first argument asks for. A player plays its scenario whatever it is asked.
 enum class Task { kPlay, kRecord, kMakePlayer, kNothing };
 
-// The words that belong to the switch of a task: itself, a file and an address, or two files.
+// The words that a task's switch takes with itself: a file and an address, or two files.
 constexpr std::size_t kTaskWords = 3;
 
 Task TaskOf(const std::vector<std::string>& arguments) {
@@ -60,7 +58,7 @@ std::string CommandLine(Task task, const std::vector<std::string>& arguments, co
     return files.IsFile(path) ? '"' + path + '"' : arguments[0];
 }
 
-// Keeps a picture of the last page where the command line asks for one.
+// Saves a picture of the last page if the command line asks for one.
 void KeepPicture(const std::string& command_line, ChromiumLauncher& launcher, Files& files) {
     for (const Switch& item : SplitSwitches(command_line)) {
         if (item.name != "picture") continue;
@@ -136,7 +134,7 @@ int Run(std::vector<std::string> arguments) {
             code = result.Code(start, window);
             break;
     }
-    // Nobody was here to change a setting: Conf.txt stays as it is.
+    // Nobody could change a setting, so Conf.txt stays as it is.
     globals.close_after_play = true;
     window.Close();
     return code;

@@ -7,7 +7,6 @@
 #include "app/console_report.h"
 #include "app/frm_ie_auto.h"
 #include "app/paths.h"
-#include "app/profile_folder.h"
 #include "platform/chromium/chromium_windows.h"
 #include "platform/chromium/launcher.h"
 #include "platform/explorer/call_filter.h"

@@ -4,11 +4,12 @@
 #include <string_view>
 
 #include "platform/files.h"
+#include "platform/process.h"
 
 namespace tamrin {
 
-// Paths and words as the command line and the settings hold them. "Blank" is an ASCII space or the
-// full-width space U+3000.
+// Paths as the command line and the settings hold them. "Blank" is an ASCII space or the full-width
+// space U+3000.
 
 // Keeps the first blank of each run of blanks and drops the others.
 std::string CollapseBlanks(std::string_view text);
@@ -24,8 +25,8 @@ std::string StripQuotes(std::string_view text);
 // it is. With an empty `base` the system's current folder counts.
 std::string ResolvePath(std::string_view path, std::string_view base, const Files& files);
 
-// The path of a file or folder as it reads against the folder `base`: ".\\x" below it, "..\\x"
-// beside it, "" for `base` itself. What has no common root with it (another drive) stays as it is.
+// The path of a file or folder relative to the folder `base`: ".\\x" inside it, "..\\x" beside it,
+// "" for `base` itself. A path on another drive stays as it is.
 std::string RelativePath(std::string_view path, std::string_view base, const Files& files);
 
 // The folder of a path, without a final separator unless it is a root; "" when there is none.
@@ -35,7 +36,11 @@ std::string FolderOf(std::string_view path, const Files& files);
 // matter. An empty text names none.
 bool IsExistingFile(std::string_view text, const Files& files);
 
-// What stands behind the last backslash; the whole text when there is none.
+// What follows the last backslash; the whole text when there is none.
 std::string_view FileNameOf(std::string_view path);
+
+// The folder in which the browser for recording keeps its profile: in the user's data folder, or in
+// the program's folder where the system has none. It may not exist yet; the folder around it does.
+std::string ProfileFolder(const Processes& processes, const Files& files);
 
 }  // namespace tamrin

@@ -4,7 +4,6 @@
 #include <utility>
 #include <vector>
 
-#include "app/save_error.h"
 #include "scenario/player_payload.h"
 #include "scenario/record.h"
 #include "scenario/scenario_text.h"

@@ -25,8 +25,8 @@ public:
     // Asks for a name and writes the player there.
     void mnuMakeExe_Click();
 
-    // Writes the player in one step; an older file stands when that fails. False, and a message,
-    // when there is nothing to play, when the file is being run, or cannot be written.
+    // Writes the player. False, and a message, when there is nothing to play, when the file is
+    // running, or when it cannot be written; an older file then stays as it was.
     bool Save(const std::string& path);
 
 private:

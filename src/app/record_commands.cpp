@@ -1,9 +1,11 @@
 #include "app/record_commands.h"
 
+#include "app/small_forms.h"
+
 namespace tamrin {
 namespace {
 
-constexpr int kAttachPasses = 100;  // of 10 ms, for a window that comes to the front
+constexpr int kAttachPasses = 100;  // of 10 ms each, until a window has come to the front
 
 constexpr const char* kQuestion =
     "現在の記録データは破棄して新規記録しますか？\r\n"
@@ -117,7 +119,7 @@ bool RecordCommands::Stop() {
     }
     if (stopping_) return false;
     if (recorder_.Handling()) {
-        // The event that is being recorded goes first, and those that wait behind it.
+        // The event that is being recorded, and those queued behind it, go first.
         controls_.tmrStop.SetEnabled(true);
         return false;
     }
@@ -135,7 +137,7 @@ bool RecordCommands::Stop() {
     return true;
 }
 
-// Not where it is recorded: a box would take the focus from the page in the middle of the work.
+// Called after the recording: a message box during it would take the focus from the page.
 void RecordCommands::TellOfPassword() {
     if (told_of_password_ || !recorder_.has_password()) return;
     told_of_password_ = true;
@@ -172,7 +174,7 @@ void RecordCommands::ShowMessage(const std::string& text, const std::string& tit
 }
 
 void RecordCommands::ShowNotice(const std::string& text) {
-    notice_.emplace(platform_.windows, text, form_);
+    notice_ = tamrin::ShowNotice(platform_.windows, text, form_);
 }
 
 void RecordCommands::BrowserClosed() {

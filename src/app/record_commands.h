@@ -2,12 +2,10 @@
 
 #include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 
 #include "app/frm_ie_auto_form.h"
-#include "app/frm_notice.h"
 #include "app/platform.h"
 #include "app/record_editor.h"
 #include "app/tag_pane.h"
@@ -18,32 +16,33 @@
 
 namespace tamrin {
 
-// The commands that record, and what belongs to them: the attached browser, the tag list and the
-// file that keeps a recording safe.
+// The commands that record. They hold the attached browser, the tag list and the recovery file,
+// which keeps a recording until it is saved.
 class RecordCommands : private RecorderHost {
 public:
     RecordCommands(Globals& globals, const Platform& platform, Form& form, MainControls& controls,
                    RecordEditor& records);
 
-    // Told the mode that the controls are to show.
+    // Called with the mode that the controls must show (frmIeAuto::SetMode).
     std::function<void(std::string_view mode)> onMode;
-    // Told when a recording has been stopped.
+    // Called when a recording has been stopped.
     std::function<void()> onStopped;
 
     void cmdRec_Click();
     // Opens a browser window that can be recorded.
     void mnuRecBrowser_Click();
 
-    // Records what happens in a window, without a question. `recovery` is the file that keeps the
-    // lines until they are saved.
+    // Records what happens in a window, without asking the user. `recovery` is the path of the
+    // recovery file.
     void Start(const std::shared_ptr<Browser>& browser, RecordKind kind,
                const std::string& recovery);
 
-    // Ends the recording when what the user has done until now is recorded. False when that is not
-    // over yet; onStopped then tells when it is.
+    // Ends the recording. Events that are still being recorded go first: then it answers false and
+    // calls onStopped later.
     bool Stop();
 
-    // The window that is recorded, or else attached; null when there is none.
+    // The window that is recorded; when nothing is recorded, the attached one. Null when there is
+    // none.
     std::shared_ptr<Browser> Page() const;
 
     // Adds a record of the page of a window to the list.
@@ -57,9 +56,9 @@ public:
     // The one-second poll.
     void Poll();
 
-    // Asks whether the recording that an earlier run left behind is to be restored.
+    // Asks whether to restore the recording that an earlier run of the program could not save.
     void OfferRecovery();
-    // The recording is saved or given up.
+    // Removes the recovery file: the recording is saved or given up.
     void ForgetRecovery() { recovery_.Remove(); }
 
 private:
@@ -89,10 +88,10 @@ private:
     Recorder recorder_;
     RecoveryFile recovery_;
     TagPane tags_;
-    std::optional<frmNotice> notice_;
+    std::unique_ptr<Form> notice_;
     bool starting_ = false;
     bool stopping_ = false;
-    // Said once while the program runs.
+    // Messages that are shown once in each run of the program.
     bool explained_ = false;
     bool told_of_password_ = false;
 };

@@ -10,12 +10,33 @@
 namespace tamrin {
 namespace {
 
-// From so many lines on it is faster to set the whole list anew than to move its lines one by one.
+// From this many lines on, setting the whole list is faster than moving its lines one by one.
 constexpr int kManyLines = 200;
 
 constexpr const char* kTitle = "Tamrin";
 
 }  // namespace
+
+void EditHistory::Add(Splice edit) {
+    edits_.resize(done_);
+    if (saved_ != kNever && saved_ > done_) saved_ = kNever;
+    if (edits_.size() == kMaxEdits) {
+        edits_.erase(edits_.begin());
+        saved_ = saved_ == kNever || saved_ == 0 ? kNever : saved_ - 1;
+    }
+    edits_.push_back(std::move(edit));
+    done_ = edits_.size();
+}
+
+const Splice* EditHistory::Undo() { return done_ == 0 ? nullptr : &edits_[--done_]; }
+
+const Splice* EditHistory::Redo() { return done_ == edits_.size() ? nullptr : &edits_[done_++]; }
+
+void EditHistory::Clear(bool saved) {
+    edits_.clear();
+    done_ = 0;
+    saved_ = saved ? 0 : kNever;
+}
 
 std::vector<std::string> RecordEditor::LinesFrom(int position, int count) const {
     std::vector<std::string> lines;

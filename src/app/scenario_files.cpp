@@ -1,19 +1,35 @@
 #include "app/scenario_files.h"
 
+#include <string_view>
 #include <utility>
 
-#include "app/options_file.h"
 #include "app/paths.h"
-#include "app/save_error.h"
+#include "app/settings_file.h"
 #include "scenario/scenario_file.h"
 
 namespace tamrin {
 namespace {
 
-// The filter label has always been written so, without the full stop before "tamrin".
+// The label lacks the full stop before "tamrin"; users know it like this.
 const FileDialog kSavePrompt{"", "CSVファイル(*.csv;*tamrin)", "*.csv;*.tamrin", ""};
 
 }  // namespace
+
+std::string SaveError(const std::string& path, const Files& files) {
+    const std::string folder = FolderOf(path, files);
+    if (!folder.empty() && !files.IsFolder(folder)) {
+        return folder + "\r\nのフォルダがありません。保存していません。";
+    }
+    return path +
+           "\r\nに保存できません。元のファイルはそのままです。\r\n"
+           "ディスクの空き、書き込みの禁止、ほかのプログラムの使用をお確かめください。";
+}
+
+std::optional<ScenarioFiles::Contents> ScenarioFiles::ContentsOf(const std::string& path) const {
+    const auto bytes = platform_.files.Read(path);
+    if (!bytes) return std::nullopt;
+    return Contents{bytes->size(), std::hash<std::string_view>{}(*bytes)};
+}
 
 void ScenarioFiles::Show(const std::string& text, const std::string& title) {
     platform_.windows.dialogs().MsgBox(text, title);
@@ -30,9 +46,9 @@ bool ScenarioFiles::HasFile() const {
 }
 
 bool ScenarioFiles::ChangedOutside() const {
-    if (!HasFile() || !mark_) return false;
-    const auto now = MarkFile(platform_.files, globals_.current_file);
-    return now && *now != *mark_;
+    if (!HasFile() || !known_) return false;
+    const auto now = ContentsOf(globals_.current_file);
+    return now && *now != *known_;
 }
 
 std::string ScenarioFiles::SaveFolder() const {
@@ -44,10 +60,15 @@ std::string ScenarioFiles::SaveFolder() const {
 
 void ScenarioFiles::SetFile(const std::string& path) {
     globals_.current_file = path;
-    mark_ = path.empty() ? std::nullopt : MarkFile(platform_.files, path);
+    known_ = path.empty() ? std::nullopt : ContentsOf(path);
     damaged_ = false;
     controls_.txtUrl.SetText(path);
-    if (!path.empty()) RememberRecentFile(globals_.options, path);
+    if (!path.empty()) {
+        auto& recent = globals_.options.recent_files;
+        std::erase(recent, path);
+        recent.insert(recent.begin(), path);
+        if (recent.size() > kMaxRecentFiles) recent.pop_back();
+    }
     if (onOpened) onOpened();
 }
 
@@ -111,7 +132,7 @@ bool ScenarioFiles::WriteScenarioFile(const std::string& path) {
     if (tamrin::WriteScenarioFile(files, platform_.codec, path, records_.Lines(),
                                   globals_.settings.cipher)) {
         records_.MarkSaved();
-        if (path == globals_.current_file) mark_ = MarkFile(files, path);
+        if (path == globals_.current_file) known_ = ContentsOf(path);
         damaged_ = false;
         controls_.txtStatus.SetText("保存完了");
         return true;

@@ -1,11 +1,11 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "app/file_mark.h"
 #include "app/frm_ie_auto_form.h"
 #include "app/platform.h"
 #include "app/record_editor.h"
@@ -20,9 +20,9 @@ public:
                   RecordEditor& records)
         : globals_(globals), platform_(platform), controls_(controls), records_(records) {}
 
-    // Told when another scenario is open, or this one has got another name.
+    // Called when another scenario is open, or the open one has another name.
     std::function<void()> onOpened;
-    // Told when a scenario was saved under a name of the user's choice, after onOpened.
+    // Called after onOpened when the user has saved the scenario under a name.
     std::function<void()> onSavedAs;
 
     void mnuNew_Click();
@@ -30,17 +30,17 @@ public:
     void mnuSave_Click();
     void mnuSaveAs_Click();
 
-    // Opens a file in place of the open scenario, once the user has been asked about that. False
-    // when the open scenario is still the one before.
+    // Opens a file in place of the open scenario, after asking about unsaved records. False when
+    // the scenario before it is still open.
     bool Open(const std::string& path);
 
-    // The same without a question.
+    // The same without asking.
     bool LoadScenario(const std::string& path);
 
-    // Asks whether unsaved records are to be saved, and saves them. Answers whether what was asked
-    // for may go on: not when the user cancels, or wanted to save and that failed. Saying yes and
-    // then dismissing the dialog gives the records up when the window closes, which is how it has
-    // always been; before another scenario is opened it cancels.
+    // Asks whether to save unsaved records, and saves them. True when the command may go on: not
+    // when the user cancels, or wants to save and saving fails. When the user answers yes and then
+    // cancels the file dialog, a closing window gives the records up (users are used to it), and
+    // opening another scenario is cancelled.
     enum class Before { kOpening, kClosing };
     bool PromptSaveChanges(Before before);
 
@@ -52,13 +52,23 @@ public:
     // Whether another program has changed the open file since it was read or written.
     bool ChangedOutside() const;
 
-    // Says that it cannot be done while something runs; true when nothing does.
+    // True when nothing is recorded or played; otherwise tells the user to stop that first.
     bool Idle();
 
-    // Writes the list, and says so when that fails.
+    // Saves the list as a file. False, and a message, when that fails.
     bool WriteScenarioFile(const std::string& path);
 
 private:
+    // What a file held at some moment. File times are not compared: copying and synchronising
+    // programs change them without changing the text, and keep them while changing it.
+    struct Contents {
+        std::size_t size = 0;
+        std::size_t hash = 0;
+        bool operator==(const Contents&) const = default;
+    };
+
+    // Nothing when the file cannot be read.
+    std::optional<Contents> ContentsOf(const std::string& path) const;
     // Asks before the open file is overwritten where that would lose something.
     bool MayOverwrite(const std::string& path);
     void Show(const std::string& text, const std::string& title);
@@ -68,8 +78,11 @@ private:
     Platform platform_;
     MainControls& controls_;
     RecordEditor& records_;
-    std::optional<FileMark> mark_;  // of the open file as it was read or written
-    bool damaged_ = false;          // the open file holds characters that could not be read
+    std::optional<Contents> known_;  // of the open file as it was read or written
+    bool damaged_ = false;           // the open file holds characters that could not be read
 };
+
+// What the user is told when a file could not be written at `path`.
+std::string SaveError(const std::string& path, const Files& files);
 
 }  // namespace tamrin

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "app/record_finding.h"
+#include "app/tag_analysis.h"
 #include "recorder/event_record.h"
 #include "scenario/record.h"
 
@@ -26,7 +26,7 @@ TagPane::TagPane(Globals& globals, MainControls& controls, RecordEditor& records
     controls_.lstDetail.onClick = [this] { lstDetail_Click(); };
     controls_.lstDetail.onDblClick = [this] { lstDetail_DblClick(); };
     controls_.lstDtList.onClick = [this] {
-        // The interval begins anew: while the user walks through the list, nothing is looked up.
+        // Restart the interval: while the user moves through the list, nothing is looked up.
         controls_.Timer3.SetEnabled(false);
         controls_.Timer3.SetEnabled(Shown() && globals_.activity.empty());
     };

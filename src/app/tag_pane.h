@@ -10,23 +10,23 @@
 
 namespace tamrin {
 
-// The tag list: the elements of the page that is attached or recorded. Choosing one shows it in the
-// page, and so does choosing a record of the record list while nothing runs.
+// The tag list: the elements of the page that is attached or recorded. Choosing an element outlines
+// it in the page. While nothing runs, choosing a record outlines the element that it names.
 class TagPane {
 public:
-    // `page` answers the window whose page is listed, null when there is none.
+    // `page` answers the window whose page is listed; null when there is none.
     TagPane(Globals& globals, MainControls& controls, RecordEditor& records,
             std::function<std::shared_ptr<Browser>()> page);
 
-    // The page is another one: its elements are let go, and it is listed anew when the list is
-    // seen.
+    // Called when the page has changed. Lets its elements go; the next page is listed as soon as
+    // the list is visible.
     void Outdate() {
         outdated_ = true;
         tags_.elements.clear();
     }
 
-    // Adds a record of the page of a window to the list, below the current line; at the end while
-    // the list is being recorded. An empty list gets the record that opens the page before it.
+    // Adds a record for the page of a window below the current line, or at the end while recording.
+    // In an empty list the record that opens the page comes first.
     void AddRecord(Browser& browser, const std::string& record);
 
 private:

@@ -36,43 +36,35 @@ struct Kinds {
 };
 
 TEST(BrowserChoice, FollowsTheOptions) {
-    struct Case {
+    using enum BrowserKind;
+    const struct {
         BrowserKind kind;
         const char* path;
         bool named_by_command_line;
         bool answers;
         const char* created;
+        int asked;
+    } rows[] = {
+        {kAny, "", false, true, "explorer", 1},
+        {kAny, "", false, false, "chromium", 1},
+        {kAny, "C:\\chrome.exe", false, true, "chromium", 0},
+        {kAny, "C:\\IEXPLORE.EXE", false, false, "explorer", 0},
+        {kAny, "", true, true, "explorer", 1},
+        {kChromium, "", false, true, "chromium", 0},
+        {kExplorer, "C:\\chrome.exe", false, false, "explorer", 0},
+        {kExplorer, "C:\\chrome.exe", true, true, "chromium", 0},
+        {kChromium, "iexplore.exe", true, true, "explorer", 0},
     };
-    constexpr Case kCases[] = {
-        {BrowserKind::kAny, "", false, true, "explorer"},
-        {BrowserKind::kAny, "", false, false, "chromium"},
-        {BrowserKind::kAny, "C:\\chrome.exe", false, true, "chromium"},
-        {BrowserKind::kAny, "C:\\IEXPLORE.EXE", false, false, "explorer"},
-        {BrowserKind::kChromium, "", false, true, "chromium"},
-        {BrowserKind::kExplorer, "C:\\chrome.exe", false, false, "explorer"},
-        {BrowserKind::kExplorer, "C:\\chrome.exe", true, true, "chromium"},
-        {BrowserKind::kChromium, "iexplore.exe", true, true, "explorer"},
-    };
-    for (const Case& c : kCases) {
+    for (const auto& row : rows) {
         Kinds kinds;
-        kinds.options.browser_kind = c.kind;
-        kinds.options.browser_path = c.path;
-        if (c.named_by_command_line) kinds.options.kept_browser_path = "";
-        kinds.answers = c.answers;
-        EXPECT_EQ(kinds.Created(), c.created) << c.path << c.answers << static_cast<int>(c.kind);
+        kinds.options.browser_kind = row.kind;
+        kinds.options.browser_path = row.path;
+        if (row.named_by_command_line) kinds.options.kept_browser_path = "";
+        kinds.answers = row.answers;
+        kinds.choice.Visible();
+        for (int time = 0; time < 2; ++time) EXPECT_EQ(kinds.Created(), row.created) << row.path;
+        EXPECT_EQ(kinds.asked, row.asked) << row.path;
     }
-}
-
-TEST(BrowserChoice, AsksForInternetExplorerOnceAndOnlyWhenItMatters) {
-    Kinds kinds;
-    kinds.options.browser_kind = BrowserKind::kChromium;
-    kinds.Created();
-    kinds.choice.Visible();
-    EXPECT_EQ(kinds.asked, 0);
-    kinds.options.browser_kind = BrowserKind::kAny;
-    kinds.Created();
-    kinds.Created();
-    EXPECT_EQ(kinds.asked, 1);
 }
 
 TEST(BrowserChoice, ShowsTheWindowsOfTheChosenKind) {

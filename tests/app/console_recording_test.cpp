@@ -1,7 +1,5 @@
 #include "app/console_recording.h"
 
-#include <gtest/gtest.h>
-
 #include <sstream>
 
 #include "app/main_window_rig.h"
@@ -18,13 +16,8 @@ protected:
     }
     ExitCode Record() {
         return RecordToFile(
-            window, {windows, clock, files, codec, processes, web, browsers}, "new.csv", "page",
-            [this] { return interrupted; }, output);
+            window, platform, "new.csv", "page", [this] { return interrupted; }, output);
     }
-    void At(int milliseconds, std::function<void()> act) {
-        clock.At(clock.Elapsed() + static_cast<std::uint64_t>(milliseconds), std::move(act));
-    }
-
     std::shared_ptr<ScriptedBrowser> browser = std::make_shared<ScriptedBrowser>(web);
     ScriptedUser user{web, browser};
     bool interrupted = false;
@@ -35,11 +28,11 @@ protected:
 };
 
 TEST_F(RecordToFileTest, SavesWhatWasRecordedUntilTheBrowserIsClosed) {
-    At(500, [&] {
+    After(500, [&] {
         user.Type("q", "x");
         user.Focus("");
     });
-    At(900, [&] {
+    After(900, [&] {
         EXPECT_EQ(files.contents["C:\\work\\new.csv.recovery"], kSaved);
         browser->Die();
     });
@@ -49,36 +42,24 @@ TEST_F(RecordToFileTest, SavesWhatWasRecordedUntilTheBrowserIsClosed) {
     EXPECT_TRUE(window.Close());
 }
 
-TEST_F(RecordToFileTest, SavesWhatIsUnderWayWhenInterrupted) {
-    At(500, [&] {
-        user.Type("q", "x");
-        interrupted = true;
-    });
-    EXPECT_EQ(Record(), kPlayed);
-    EXPECT_EQ(files.contents[kPath], kSaved);
-}
-
 TEST_F(RecordToFileTest, TellsWhyNothingIsSaved) {
-    At(500, [&] { interrupted = true; });
-    dialogs.answers = {Answer::kOk, Answer::kOk};
+    dialogs.answers = {kOk, kOk, kOk};
+    interrupted = true;
     EXPECT_EQ(Record(), kNothing);
     EXPECT_FALSE(files.contents.contains(kPath));
     browsers.refusal = "見つかりません。";
     EXPECT_EQ(Record(), kNotStarted);
     EXPECT_EQ(dialogs.shown,
               (Lines{"Tamrin|記録はありません。", "ブラウザを起動できません|見つかりません。"}));
-}
-
-TEST_F(RecordToFileTest, KeepsTheRecordsThatCannotBeSaved) {
-    files.contents[kPath] = "old";
+    browsers.refusal.clear();
+    interrupted = false;
     files.locked.insert(kPath);
-    At(500, [&] {
+    After(500, [&] {
         user.Type("q", "x");
         interrupted = true;
     });
-    dialogs.answers = {Answer::kOk};
     EXPECT_EQ(Record(), kNotSaved);
-    EXPECT_EQ(files.contents["C:\\work\\new.csv.recovery"], kSaved);
+    EXPECT_EQ(files.contents["C:\\work\\new.csv.recovery"], kSaved) << "the records are kept";
 }
 
 }  // namespace

@@ -1,101 +1,40 @@
 #include "app/frm_ie_auto.h"
 
-#include <gtest/gtest.h>
-
 #include "app/main_window_rig.h"
 
 namespace tamrin::test {
 namespace {
 
-TEST_F(MainWindowTest, StartsIdle) {
-    EXPECT_EQ(window.Form_Load(""), StartUp::kDone);
-    EXPECT_TRUE(processes.raised);
-    EXPECT_EQ(form().Caption(), "Tamrin 0.10");
-    EXPECT_TRUE(Enabled("cmdRec"));
-    EXPECT_FALSE(Enabled("cmdPlay"));
-    EXPECT_EQ(globals.settings.form_left, 780);
-    EXPECT_EQ(globals.settings.play_count, 1);
-    EXPECT_EQ(web.calls, Lines{});
-}
-
-TEST_F(MainWindowTest, LoadsAndPlaysTheScenarioOfTheCommandLine) {
-    const char* const command_lines[] = {
-        "-a order.csv",
-        "x -a  C:\\tamrin\\order.csv",
-        "-auto \"C:\\tamrin\\order.csv\"",
-        "x　-a   C:\\tamrin\\order.csv",
-        "\"C:\\tamrin\\order.csv\"",
-        " order.csv ",
-        "-Close -unknown -a C:\\tamrin\\order.csv",
-    };
-    for (const char* command_line : command_lines) {
-        files.contents["C:\\work\\order.csv"] = kScenario;
-        web.calls.clear();
-        Globals fresh;
-        frmIeAuto form(fresh, {windows, clock, files, codec, processes, web, browsers});
-        EXPECT_EQ(form.Form_Load(command_line), StartUp::kDone) << command_line;
-        EXPECT_EQ(form.last_run(), RunEnd::kCompleted) << command_line;
-        ASSERT_FALSE(web.calls.empty()) << command_line;
-        EXPECT_EQ(web.calls.back(), "fire a onchange") << command_line;
-        EXPECT_FALSE(fresh.close_after_play);
-        EXPECT_TRUE(fresh.auto_play);
+class RunTest : public MainWindowTest {
+protected:
+    // Starts the program with a scenario that waits after it has opened a page.
+    void Play(const std::string& milliseconds, const std::string& page = "page") {
+        files.contents[kFile] = "url\t,size_bar=1.2.3.4.1,indt=" + page +
+                                "\n//\twait\nwait\t,indt=" + milliseconds + "\n";
+        window.Form_Load(std::string("-a ") + kFile);
     }
-}
-
-TEST_F(MainWindowTest, SaysWhatACommandLineLacksAndIgnoresTheRest) {
-    const struct {
-        const char* command_line;
-        StartUp end;
-        const char* shown;
-    } rows[] = {
-        {"-a -close", StartUp::kParameterError,
-         "パラメータエラー|aの第二パラメータ（ファイル名）がありません！"},
-        {"-auto 無い ファイル.csv -close", StartUp::kNoScenario,
-         "Tamrin|auto\r\n無い ファイル.csv\r\nのファイルが存在しません。"},
-    };
-    for (const auto& row : rows) {
-        dialogs.answers = {Answer::kOk};
-        EXPECT_EQ(window.Form_Load(row.command_line), row.end);
-        EXPECT_EQ(dialogs.shown.back(), row.shown);
-        EXPECT_FALSE(globals.close_after_play);
-        EXPECT_FALSE(globals.auto_play);
-    }
-}
-
-TEST_F(MainWindowTest, PlaysAScenarioTextAndCloses) {
-    window.Form_Load("-stream url\t,id=,size_bar=1.2.3.4.1,indt=page\r\n//%SPC%a%SPC-%b");
-    EXPECT_EQ(Records(), (Lines{"url\t,id=,size_bar=1.2.3.4.1,indt=page", "// a -b"}));
-    EXPECT_EQ(globals.current_file, "stream");
-    EXPECT_EQ(Find("txtUrl").Text(), "stream");
-    EXPECT_TRUE(Find("mnuTaskTray").Checked());
-    EXPECT_TRUE(form().closed());
-}
-
-TEST_F(MainWindowTest, ReadsTheOtherSwitches) {
-    window.Form_Load("-c -browser C:\\Program Files\\b.exe");
-    EXPECT_TRUE(globals.close_after_play);
-    EXPECT_EQ(globals.options.browser_path, "C:\\Program Files\\b.exe");
-}
+    static constexpr const char* kFile = "C:\\tamrin\\order.csv";
+};
 
 TEST_F(MainWindowTest, SwitchesTheButtonsByMode) {
-    // Rec, Play and Stop, "1" for enabled; all start as "0", the list holds a line.
-    struct Row {
+    // Rec, Play, Stop and the entry that makes a player, "1" for enabled. Before each row all are
+    // disabled, and the list holds a line.
+    const struct {
         const char* activity;
         const char* mode;
         bool on;
         const char* buttons;
+    } rows[] = {
+        {"", "all", true, "1101"},        {"", "rec", true, "0010"},
+        {"", "rec", false, "1101"},       {"", "play", true, "0010"},
+        {"", "play", false, "1101"},      {"rec", "stop", true, "1101"},
+        {"rec", "stop", false, "0111"},   {"play", "stop", true, "0101"},
+        {"play", "stop", false, "1111"},  {"", "stop", true, "0101"},
+        {"", "play check", true, "0101"}, {"", "no such", true, "0000"},
     };
-    const Row rows[] = {
-        {"", "all", true, "110"},        {"", "rec", true, "001"},
-        {"", "rec", false, "110"},       {"", "play", true, "001"},
-        {"", "play", false, "110"},      {"rec", "stop", true, "110"},
-        {"rec", "stop", false, "011"},   {"play", "stop", true, "010"},
-        {"play", "stop", false, "111"},  {"", "stop", true, "010"},
-        {"", "play check", true, "010"}, {"", "no such", true, "000"},
-    };
-    form().List("lstDtList").SetLines({"x"});
-    const char* const names[] = {"cmdRec", "cmdPlay", "cmdStop"};
-    for (const Row& row : rows) {
+    list().SetLines({"x"});
+    const char* const names[] = {"cmdRec", "cmdPlay", "cmdStop", "mnuMakeExe"};
+    for (const auto& row : rows) {
         for (const char* name : names) Find(name).SetEnabled(false);
         globals.activity = row.activity;
         window.SetMode(row.mode, row.on);
@@ -103,130 +42,93 @@ TEST_F(MainWindowTest, SwitchesTheButtonsByMode) {
         for (const char* name : names) buttons += Enabled(name) ? '1' : '0';
         EXPECT_EQ(buttons, row.buttons) << row.mode << row.on << row.activity;
     }
-    form().List("lstDtList").SetLines({});
+    list().SetLines({});
     window.SetMode("all", true);
-    EXPECT_FALSE(Enabled("cmdPlay"));
+    EXPECT_FALSE(Enabled("cmdPlay") || Enabled("mnuMakeExe"));
 }
 
-TEST_F(MainWindowTest, PlaysOneRunUntilTheButtonStopsIt) {
-    files.contents["C:\\tamrin\\order.csv"] =
-        "url\t,size_bar=1.2.3.4.1,indt=page\nwait\t,indt=60000\n";
-    clock.At(300, [&] { Find("mnuPlay").onClick(); });
-    clock.At(3000, [&] { Find("cmdStop").onClick(); });
-    window.Form_Load("-a C:\\tamrin\\order.csv");
-    EXPECT_EQ(std::count(web.calls.begin(), web.calls.end(), "create"), 1);
+TEST_F(RunTest, ShowsItsProgressUntilItIsStopped) {
+    std::string caption;
+    After(300, [&] {
+        caption = form().Caption();
+        form().Press("F5");  // it runs already
+    });
+    After(3000, [&] { form().Click("cmdStop"); });
+    Play("60000");
+    EXPECT_EQ(caption, "(3/3) Tamrin 0.10 < order.csv >");
+    EXPECT_EQ(form().Caption(), "Tamrin 0.10 < order.csv >");
+    EXPECT_EQ(std::ranges::count(web.calls, "create"), 1);
     EXPECT_EQ(window.last_run(), RunEnd::kStopped);
     EXPECT_EQ(clock.Elapsed(), 3000U);
     EXPECT_TRUE(Enabled("cmdPlay"));
-    EXPECT_FALSE(Enabled("cmdStop"));
+    EXPECT_FALSE(Enabled("cmdStop") || globals.unsaved || window.Stopping());
+    for (const char* key : {"Esc", "Shift+F5"}) {
+        After(3000, [&, key] {
+            form().Press(key);
+            EXPECT_TRUE(window.Stopping());
+        });
+        form().Press("F5");
+        EXPECT_EQ(window.last_run(), RunEnd::kStopped) << key;
+    }
 }
 
-TEST_F(MainWindowTest, TheWatchdogEndsAnAutoStartedRunWithoutPages) {
-    files.contents["C:\\tamrin\\order.csv"] =
-        "url\t,size_bar=1.2.3.4.1,indt=page\nwait\t,indt=600000\n";
-    window.Form_Load("-a C:\\tamrin\\order.csv");
+TEST_F(RunTest, TheWatchdogEndsAnAutomaticRunWithoutPages) {
+    Play("600000");
     EXPECT_EQ(window.last_run(), RunEnd::kTimedOut);
     EXPECT_TRUE(form().closed());
     EXPECT_FALSE(form().Visible());
     EXPECT_NEAR(static_cast<double>(clock.Elapsed()), 31000.0, 1100.0);
     EXPECT_EQ(codec.Decode(files.contents["C:\\tamrin\\Tamrin.log"]),
-              "2026-01-02 03:04:05 C:\\tamrin\\order.csv：2 行目の再生中、30 秒のあいだ"
+              "2026-01-02 03:04:05 C:\\tamrin\\order.csv：3 行目の再生中、30 秒のあいだ"
               "ページの読み込みが完了しなかったため、終了しました。\r\n");
 }
 
-TEST_F(MainWindowTest, ShowsTheFileAndHowFarTheRunHasCome) {
-    files.contents["C:\\tamrin\\order.csv"] =
-        "url\t,size_bar=1.2.3.4.1,indt=page\n//\twait\nwait\t,indt=500\n";
-    std::string caption;
-    clock.At(300, [&] { caption = form().Caption(); });
-    window.Form_Load("-a C:\\tamrin\\order.csv");
-    EXPECT_EQ(caption, "(3/3) Tamrin 0.10 < order.csv >");
-    EXPECT_EQ(form().Caption(), "Tamrin 0.10 < order.csv >");
-    EXPECT_EQ(Find("txtUrl").Text(), "C:\\tamrin\\order.csv");
-    EXPECT_EQ(globals.current_file, "C:\\tamrin\\order.csv");
-    EXPECT_FALSE(globals.unsaved);
-}
-
-TEST_F(MainWindowTest, AHandStartedRunHasNoWatchdog) {
+TEST_F(RunTest, ARunStartedByHandHasNoWatchdogAndPlaysAsOftenAsChosen) {
     window.Form_Load("");
-    form().List("lstDtList").SetLines({"url\t,size_bar=1.2.3.4.1,indt=page", "wait\t,indt=90000"});
+    list().SetLines({"url\t,size_bar=1.2.3.4.1,indt=page", "wait\t,indt=90000"});
+    globals.settings.play_count = 2;
     window.cmdPlay_Click();
     EXPECT_EQ(window.last_run(), RunEnd::kCompleted);
+    EXPECT_EQ(std::ranges::count(web.calls, "navigate page"), 2);
 }
 
-TEST_F(MainWindowTest, ReportsAPageThatCannotBeOpened) {
-    files.contents["C:\\tamrin\\order.csv"] = "url\t,size_bar=1.2.3.4.1,indt=gone\n";
-    window.Form_Load("-a C:\\tamrin\\order.csv");
+TEST_F(RunTest, TellsThatAPageCannotBeOpened) {
+    Play("1", "gone");
     EXPECT_TRUE(window.page_failed());
     EXPECT_EQ(Find("txtStatus").Text(), "ページを開けません：gone （no page）");
 }
 
-TEST_F(MainWindowTest, OpensTheFileListsMenuOnlyWhenIdle) {
+TEST_F(MainWindowTest, DisplayOptionsTakeEffectAndAreStored) {
     window.Form_Load("");
+    list().onContext();
+    EXPECT_EQ(form().popped_up(), "mnuContext");
     Find("lstCsv").onContext();
     EXPECT_EQ(form().popped_up(), "mnuListEdit");
-    globals.activity = "rec";
-    dialogs.answers = {Answer::kOk};
-    Find("lstCsv").onContext();
-    EXPECT_EQ(dialogs.shown, Lines{"実行中は不可|「停止」して下さい！"});
-}
-
-class CloseTest : public MainWindowTest {
-protected:
-    // Closes with an unsaved line in the list; whether it closed.
-    bool CloseUnsaved() {
-        form().List("lstDtList").SetLines({"x"});
-        globals.unsaved = true;
-        return window.Close();
+    for (const char* entry : {"mnuDispTop", "mnuScrollBar", "mnuTaskTray"}) form().Click(entry);
+    EXPECT_FALSE(form().top_most() || Find("mnuDispTop").Checked());
+    EXPECT_TRUE(dynamic_cast<HeadlessListBox&>(list()).horizontal_scroll());
+    const Place before = list().GetPlace();
+    form().Click("optDisp", 0);
+    EXPECT_EQ(list().GetPlace().top, 34);
+    EXPECT_FALSE(Find("splTop").Visible() || Find("lstDetail").Visible());
+    form().Click("optDisp", 2);
+    EXPECT_TRUE(Find("lstCsv").Visible() && Find("splTop").Visible());
+    EXPECT_FALSE(Find("lstDetail").Visible());
+    EXPECT_EQ(list().GetPlace().top, before.top);
+    const std::pair<int, int> rows[] = {
+        {100, 105}, {-50, 69}, {5000, before.top + before.height - 30}};
+    for (const auto& [dragged_to, list_top] : rows) {
+        Place splitter = Find("splTop").GetPlace();
+        splitter.top = dragged_to;
+        Find("splTop").SetPlace(splitter);
+        Find("splTop").onChange();
+        EXPECT_EQ(list().GetPlace().top, list_top) << dragged_to;
+        EXPECT_EQ(list().GetPlace().top + list().GetPlace().height, before.top + before.height);
     }
-    static constexpr const char* kQuestion = "Tamrin|未保存のデータがあります。保存しますか？";
-    static constexpr const char* kDialog = "|CSVファイル(*.csv;*tamrin)|";
-};
-
-TEST_F(CloseTest, AsksOnlyAboutUnsavedRecords) {
-    globals.unsaved = true;
-    EXPECT_TRUE(window.Close());
-    EXPECT_TRUE(window.Close());
-}
-
-TEST_F(CloseTest, ClosesOnlyWhenTheRecordsAreSavedOrGivenUp) {
-    dialogs.answers = {Answer::kCancel};
-    EXPECT_FALSE(CloseUnsaved());
-    EXPECT_TRUE(globals.unsaved);
-    EXPECT_EQ(dialogs.shown, Lines{kQuestion});
-    files.full_disk = true;
-    dialogs.answers = {Answer::kYes, Answer::kOk};
-    dialogs.paths = {"C:\\new.csv"};
-    EXPECT_FALSE(CloseUnsaved());
-    EXPECT_TRUE(globals.unsaved);
-    EXPECT_EQ(dialogs.shown.back(),
-              "保存エラー|C:\\new.csv\r\nに保存できません。元のファイルはそのままです。\r\n"
-              "ディスクの空き、書き込みの禁止、ほかのプログラムの使用をお確かめください。");
-    files.full_disk = false;
-    dialogs.answers = {Answer::kNo};
-    EXPECT_TRUE(CloseUnsaved());
-    EXPECT_FALSE(globals.unsaved);
-}
-
-TEST_F(CloseTest, YesSavesUnderTheChosenName) {
-    dialogs.answers = {Answer::kYes};
-    dialogs.paths = {"C:\\new.csv"};
-    EXPECT_TRUE(CloseUnsaved());
-    EXPECT_EQ(dialogs.shown, (Lines{kQuestion, kDialog}));
-    EXPECT_EQ(files.contents["C:\\new.csv"], "x\r\n");
-}
-
-TEST_F(CloseTest, YesSavesAnOpenedFileWithoutAsking) {
-    globals.current_file = "C:\\old.csv";
-    dialogs.answers = {Answer::kYes};
-    EXPECT_TRUE(CloseUnsaved());
-    EXPECT_EQ(files.contents["C:\\old.csv"], "x\r\n");
-}
-
-TEST_F(CloseTest, YesAndADismissedDialogClosesAllTheSame) {
-    dialogs.answers = {Answer::kYes};
-    dialogs.paths = {""};
-    EXPECT_TRUE(CloseUnsaved());
+    const Settings& settings = globals.settings;
+    EXPECT_EQ((std::vector<int>{settings.disp, settings.disp_top, settings.scroll_bar,
+                                settings.tasktray}),
+              (std::vector{2, 0, 1, 1}));
 }
 
 }  // namespace

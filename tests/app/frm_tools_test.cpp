@@ -1,8 +1,7 @@
 #include "app/frm_tools.h"
 
-#include <gtest/gtest.h>
-
 #include "app/main_window_rig.h"
+#include "app/tag_analysis.h"
 
 namespace tamrin::test {
 namespace {
@@ -18,7 +17,8 @@ protected:
             "<iframe id=outer name=main src=inner></iframe>";
         web.pages["inner"] =
             "<input id=q type=text><input id=only type=submit value=送信>"
-            "<iframe id=deep src=deepest></iframe>";
+            "<iframe id=deep src=deepest></iframe><p id=long title=" +
+            std::string(30000, 'x') + "></p>";
         web.pages["deepest"] = "<input id=bottom type=text>";
         shop->Show("shop");
         browsers.visible = {other, shop};
@@ -28,12 +28,6 @@ protected:
         form().Click("mnuTools");
     }
 
-    void Pass(int milliseconds) {
-        for (int i = 0; i < milliseconds; i += 10) {
-            clock.DoEvents();
-            clock.Sleep(10);
-        }
-    }
     HeadlessForm& tools() { return *windows.FindForm("frmTools"); }
     std::string State() { return tools().Find("lblState").Text(); }
     std::string Shown(int row) { return tools().Find("txtFact", row).Text(); }
@@ -55,6 +49,8 @@ protected:
 
 TEST_F(ToolsTest, ShowsTheElementUnderThePointer) {
     EXPECT_TRUE(tools().top_most());
+    EXPECT_EQ(tools().GetPlace().left, form().GetPlace().left - tools().GetPlace().width);
+    EXPECT_EQ(tools().GetPlace().top, 1024 - tools().GetPlace().height);
     EXPECT_EQ(State(), "ブラウザーのページの要素に、マウスのポインターを合わせてください。");
     Point({"q"});
     EXPECT_EQ(State(), "ポインターの下の要素を表示しています。");
@@ -62,83 +58,75 @@ TEST_F(ToolsTest, ShowsTheElementUnderThePointer) {
     for (int row = 0; row < kFacts; ++row) shown.push_back(Shown(row));
     EXPECT_EQ(shown, (Lines{"INPUT", "q", "", "text", "本", "", "order", "",
                             "<INPUT id=\"q\" type=\"text\" value=\"本\"></INPUT>"}));
+    Point({"p"});
+    EXPECT_EQ(Shown(kValue), "●●●●●●●●");
+    EXPECT_EQ(Shown(kHtml).find("abc"), std::string::npos);
     Point({"main", "deep", "bottom"});
     EXPECT_EQ(Shown(kId) + " " + Shown(kFrames), "bottom main > deep");
-    // The user types into it, and copies.
-    shop->page()->Find("q")->value = "雑誌";
+    Point({"q"});
+    shop->page()->Find("q")->value = "雑誌";  // the user types into it
     Point({"q"});
     EXPECT_EQ(Shown(kValue), "雑誌");
     tools().Click("cmdCopy", kValue);
     EXPECT_EQ(windows.ClipboardText(), "雑誌");
-    // The pointer goes to this window: the last element stays.
+    EXPECT_EQ(State(), "クリップボードにコピーしました。");
     Point({});
-    EXPECT_EQ(Shown(kId), "q");
     Pass(2000);
+    EXPECT_EQ(Shown(kId), "q") << "the last element stays";
     EXPECT_EQ(State(), "ポインターはページの外にあります。最後の要素を表示しています。");
-    // And to another browser window.
     other->Show("inner");
     other->pointer = {"only"};
     Pass(300);
-    EXPECT_EQ(Shown(kId), "only");
+    EXPECT_EQ(Shown(kId), "only") << "in another browser window";
+    other->pointer = {"long"};
+    Pass(300);
+    EXPECT_EQ(Shown(kHtml).size(), 20000 + std::string("\r\n……").size());
 }
 
 TEST_F(ToolsTest, StaysWhileFrozenAndDuringARun) {
-    struct Row {
-        std::function<void(bool)> freeze;
-        const char* state;
+    const std::pair<std::function<void(bool)>, const char*> rows[] = {
+        {[&](bool on) { windows.HoldCtrl(on); }, "固定しています。"},
+        {[&](bool on) { tools().Find("chkFreeze").SetChecked(on); }, "固定しています。"},
+        {[&](bool on) { globals.activity = on ? "play" : ""; }, "再生中は、表示を更新しません。"},
     };
-    const Row rows[] = {
-        {[this](bool on) { windows.HoldCtrl(on); }, "固定しています。"},
-        {[this](bool on) { tools().Find("chkFreeze").SetChecked(on); }, "固定しています。"},
-        {[this](bool on) { globals.activity = on ? "play" : ""; },
-         "再生中は、表示を更新しません。"},
-    };
-    for (const Row& row : rows) {
+    for (const auto& [freeze, state] : rows) {
         Point({"q"});
-        row.freeze(true);
+        freeze(true);
         const int questions = shop->pointer_questions;
         Point({"text"});
-        EXPECT_EQ(Shown(kId), "q") << row.state;
-        EXPECT_EQ(State(), row.state);
-        EXPECT_EQ(shop->pointer_questions, questions) << row.state;
-        EXPECT_EQ(tools().Find("cmdRecord").Enabled(), !globals.ActivityContains("play"));
-        row.freeze(false);
+        EXPECT_EQ(Shown(kId) + State(), std::string("q") + state);
+        EXPECT_EQ(shop->pointer_questions, questions) << state;
+        EXPECT_EQ(tools().Find("cmdRecord").Enabled(), globals.activity.empty());
+        freeze(false);
         Pass(300);
-        EXPECT_EQ(Shown(kId), "text") << row.state;
+        EXPECT_EQ(Shown(kId), "text") << state;
     }
 }
 
 TEST_F(ToolsTest, SaysHowARecordFindsItsElement) {
-    constexpr const char* kOnly = "同じ条件の要素は、ほかにありません。";
-    constexpr const char* kFound = "このレコードで、この要素が見つかります";
-    struct Row {
+    const std::string found = "このレコードで、この要素が見つかります（";
+    const std::string only = "）。同じ条件の要素は、ほかにありません。";
+    const std::string first = "）。同じ条件の要素がほかに 1 個あり、最初のものが使われます。";
+    const std::string in_frame = "）。フレーム outer の中で見つかりました。";
+    const struct {
         Lines pointer;
         std::string record;
         std::string finding;
-    };
-    const Row rows[] = {
-        {{"q"},
-         "input\t,id=q,type=text,indt=本",
-         std::string(kFound) + "（段階 3：id が同じ）。" + kOnly},
+    } rows[] = {
+        {{"q"}, "input\t,id=q,type=text,indt=本", found + "段階 3：id が同じ" + only},
         {{"p"},
          "input\t,id=p,type=password,indt=",
-         std::string("パスワードは入れていません。\r\n") + kFound +
-             "（段階 2：name と type が同じ）。" + kOnly},
+         "パスワードは入れていません。\r\n" + found + "段階 2：name と type が同じ" + only},
         {{"r"},
          "input\t,id=r,type=radio,indt=False,value=a",
-         std::string(kFound) + "（name と value が同じラジオボタン）。" + kOnly},
+         found + "name と value が同じラジオボタン" + only},
         {{"inside"},
          "click\t,id=,type=href,indt=次へ",
-         std::string("ポインターの下の B を囲む A のレコードです。\r\n") + kFound +
-             "（リンクの文字が同じ）。同じ条件の要素がほかに 1 個あり、最初のものが使われます。"},
-        {{"n"},
-         "input\t,id=n,type=text,indt=",
-         std::string(kFound) +
-             "（段階 2：name と type が同じ）。同じ条件の要素がほかに 1 個あり、最初のものが使われます。"},
+         "ポインターの下の B を囲む A のレコードです。\r\n" + found + "リンクの文字が同じ" + first},
+        {{"n"}, "input\t,id=n,type=text,indt=", found + "段階 2：name と type が同じ" + first},
         {{"main", "only"},
          "click\t,id=only,type=submit,indt=送信",
-         std::string(kFound) + "（段階 3：id が同じ）。フレーム outer の中で見つかりました。" +
-             kOnly},
+         found + "段階 3：id が同じ" + in_frame + only.substr(6)},
         {{"main", "q"},
          "input\t,id=q,type=text,indt=",
          "このレコードでは、別の要素 INPUT q が見つかります（段階 3：id が同じ）。"},
@@ -146,8 +134,8 @@ TEST_F(ToolsTest, SaysHowARecordFindsItsElement) {
          "input\t,id=bottom,type=text,indt=",
          "このレコードでは、要素が見つかりません。フレームの中のフレームは、探しません。"},
     };
-    for (const Row& row : rows) EXPECT_EQ(Made(row.pointer), (Lines{row.record, row.finding}));
-    EXPECT_EQ(web.calls, Lines());  // nothing was scrolled or outlined
+    for (const auto& row : rows) EXPECT_EQ(Made(row.pointer), (Lines{row.record, row.finding}));
+    EXPECT_EQ(web.calls, Lines()) << "nothing was scrolled or outlined";
 }
 
 TEST_F(ToolsTest, AddsTheRecordToTheScenario) {
@@ -169,9 +157,8 @@ TEST_F(ToolsTest, OutlivesItsBrowserAndClosesWithTheMainWindow) {
     shop->Die();
     Pass(1500);
     EXPECT_EQ(State(), "記録できるブラウザーが開かれていません。");
+    EXPECT_EQ(Made({}), (Lines{"", "この要素は、もうページにありません。"}));
     EXPECT_EQ(Shown(kId), "q");
-    tools().Click("cmdRecord");
-    EXPECT_EQ(tools().Find("lblFinding").Text(), "この要素は、もうページにありません。");
     EXPECT_FALSE(tools().Find("cmdAdd").Enabled());
     tools().Click("cmdClose");
     EXPECT_TRUE(tools().closed());
@@ -182,21 +169,18 @@ TEST_F(ToolsTest, OutlivesItsBrowserAndClosesWithTheMainWindow) {
 }
 
 TEST(HidePasswords, LeavesEverythingElseAsItIs) {
-    const struct {
-        const char* html;
-        const char* shown;
-    } rows[] = {
-        {"<p>a</p>", "<p>a</p>"},
+    const std::string dots = "●●●●●●●●";
+    const std::pair<std::string, std::string> rows[] = {
+        {"<p>a</p><input", "<p>a</p><input"},
         {"<input type=\"text\" value=\"a\">", "<input type=\"text\" value=\"a\">"},
-        {"<input value=\"a>b\" type=\"password\"><p>x",
-         "<input value=\"●●●●●●●●\" type=\"password\"><p>x"},
-        {"<b><INPUT TYPE=Password VALUE=abc></b><input type='password' value='1'/>",
-         "<b><INPUT TYPE=Password VALUE=●●●●●●●●></b><input type='password' value='●●●●●●●●'/>"},
+        {"<input value=\"a>b\" type='password'/><p>x",
+         "<input value=\"" + dots + "\" type='password'/><p>x"},
+        {"<b><INPUT TYPE=Password VALUE=abc></b>",
+         "<b><INPUT TYPE=Password VALUE=" + dots + "></b>"},
         {"<input type=password value=\"\" value>", "<input type=password value=\"\" value>"},
-        {"<input type=password value=\"cut", "<input type=password value=\"●●●●●●●●"},
+        {"<input type=password value=\"cut", "<input type=password value=\"" + dots},
     };
-    for (const auto& row : rows) EXPECT_EQ(HidePasswords(row.html), row.shown);
-    EXPECT_EQ(HidePasswords("<input"), "<input");
+    for (const auto& [html, shown] : rows) EXPECT_EQ(HidePasswords(html), shown);
 }
 
 }  // namespace

@@ -26,7 +26,6 @@ TEST(ResolvePath, MakesARelativePathAbsolute) {
     const MemoryFiles files;
     const char* const rows[][3] = {
         {"a.csv", "C:\\b", "C:\\b\\a.csv"},
-        {".\\a.csv", "C:\\b", "C:\\b\\a.csv"},
         {"..\\a.csv", "C:\\b\\c", "C:\\b\\a.csv"},
         {"..\\..\\..\\a.csv", "C:\\b", "C:\\a.csv"},
         {"x\\..\\.\\a.csv", "C:\\b", "C:\\b\\a.csv"},
@@ -51,23 +50,6 @@ TEST(RelativePath, ReadsBackAgainstItsBase) {
     for (const auto& [path, result] : rows) {
         EXPECT_EQ(RelativePath(path, "C:\\b\\c", files), result) << path;
     }
-}
-
-TEST(IsExistingFile, LooksInTheProgramsFolder) {
-    MemoryFiles files;
-    files.contents["C:\\tamrin\\a b.csv"] = "";
-    EXPECT_TRUE(IsExistingFile("a b.csv", files));
-    EXPECT_TRUE(IsExistingFile(" \"C:\\tamrin\\a b.csv\" ", files));
-    EXPECT_FALSE(IsExistingFile("", files));
-    EXPECT_FALSE(IsExistingFile("\"\"", files));
-    EXPECT_FALSE(IsExistingFile("C:\\tamrin", files));
-}
-
-TEST(FileNameOf, IsWhatFollowsTheLastBackslash) {
-    EXPECT_EQ(FileNameOf("C:\\a\\注文.csv"), "注文.csv");
-    EXPECT_EQ(FileNameOf("order.csv"), "order.csv");
-    EXPECT_EQ(FileNameOf("C:\\"), "");
-    EXPECT_EQ(FileNameOf(""), "");
 }
 
 }  // namespace

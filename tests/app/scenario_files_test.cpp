@@ -1,8 +1,7 @@
 #include "app/scenario_files.h"
 
-#include <gtest/gtest.h>
-
 #include "app/main_window_rig.h"
+#include "app/paths.h"
 
 namespace tamrin::test {
 namespace {
@@ -10,225 +9,134 @@ namespace {
 class FilesTest : public MainWindowTest {
 protected:
     FilesTest() {
-        files.contents["C:\\tamrin\\s\\b.csv"] = "b1\r\nb2\r\n";
-        files.contents["C:\\tamrin\\s\\c.tamrin"] = "c\r\n";
-        files.contents["C:\\tamrin\\s\\d.csv"] = "d\r\n";
-        files.contents["C:\\tamrin\\s\\e.txt"] = "";
-        files.contents["C:\\tamrin\\Conf.txt"] = "save folder path = .\\s\r\n";
+        files.contents = {{"C:\\tamrin\\s\\b.csv", "b1\r\nb2\r\n"},
+                          {"C:\\tamrin\\s\\c.tamrin", "c\r\n"},
+                          {"C:\\tamrin\\s\\d.csv", "\x82\xA0\x81\r\n"},
+                          {"C:\\tamrin\\s\\e.txt", ""},
+                          {"C:\\tamrin\\s\\f.csv", std::string("u\0r\0l\0", 6)},
+                          {"C:\\tamrin\\t\\g.csv", "g\r\n"},
+                          {"C:\\tamrin\\Conf.txt", "save folder path = .\\s\r\n"}};
         window.Form_Load("");
     }
     ListBox& csv() { return form().List("lstCsv"); }
-    Lines Names() {
-        Lines names;
-        for (int i = 0; i < csv().Count(); ++i) names.emplace_back(csv().Line(i));
-        return names;
+
+    // "file N" clicks the file list, "drop NAME" drops a file of s, "change NAME TEXT" is another
+    // program's work; "type TEXT" makes the text the only, unsaved record.
+    void Act(const std::string& act) override {
+        const std::string rest = act.substr(act.find(' ') + 1);
+        const std::string path = "C:\\tamrin\\s\\" + rest.substr(0, rest.find(' '));
+        if (act.starts_with("file ")) return csv().SetListIndex(std::stoi(rest));
+        if (act.starts_with("double")) return csv().onDblClick();
+        if (act.starts_with("drop ")) return form().onDropFiles({path});
+        if (act.starts_with("change ")) {
+            files.contents[path] = rest.substr(rest.find(' ') + 1);
+        } else if (act.starts_with("type ")) {
+            list().SetLines({rest});
+            globals.unsaved = true;
+        } else {
+            MainWindowTest::Act(act);
+        }
     }
-    void MakeUnsaved() {
-        list().SetLines({"x"});
-        globals.unsaved = true;
+    // The open file, "*" when it is unsaved, its records, and the selected line of the file list.
+    std::string State() override {
+        const std::string name(FileNameOf(globals.current_file));
+        EXPECT_EQ(form().Caption(), "Tamrin 0.10" + (name.empty() ? "" : " < " + name + " >"));
+        return name + (globals.unsaved ? "* " : " ") + Joined(Records()) + " " +
+               std::to_string(csv().ListIndex());
     }
-    static constexpr const char* kB = "C:\\tamrin\\s\\b.csv";
 };
 
-TEST_F(FilesTest, ListsTheScenarioFilesAndOpensTheOneClicked) {
-    EXPECT_EQ(Names(), (Lines{"b.csv", "d.csv", "c.tamrin"}));
-    csv().SetListIndex(0);
-    EXPECT_EQ(Records(), (Lines{"b1", "b2"}));
-    EXPECT_EQ(globals.current_file, kB);
-    EXPECT_EQ(globals.activity, "");
-    EXPECT_EQ(form().Caption(), "Tamrin 0.10 < b.csv >");
-    EXPECT_TRUE(Enabled("cmdPlay"));
+TEST_F(FilesTest, OpensFilesAndSelectsTheOpenOne) {
+    EXPECT_EQ(Joined(LinesOf(csv())), "b.csv/d.csv/f.csv/c.tamrin");
+    const std::string opens = "開く|シナリオ(*.csv;*.tamrin)|C:\\tamrin\\s\\";
+    Run({
+        {"double", "", "", "  -1"},
+        {"file 0; double; change b.csv x\r\n", "", "", "b.csv b1/b2 0"},
+        {"double", "c", "読込の確認|C:\\tamrin\\s\\b.csv\r\nはほかのプログラムで", "b.csv b1/b2 0"},
+        {"mnuListOpen", "o", "読み込み直しますか？", "b.csv x 0"},
+        {"drop c.tamrin", "", "", "c.tamrin c 3"},
+        {"file 2", "o", "読込エラー|C:\\tamrin\\s\\f.csv\r\nはシナリオファイルでは",
+         "c.tamrin c 3"},
+        {"drop gone", "o", "C:\\tamrin\\s\\gone\r\nのファイルを読み込めません。", "c.tamrin c 3"},
+        {"Ctrl+O", ">", opens, "c.tamrin c 3"},
+        {"Ctrl+O; mnuListRefresh", ">C:\\tamrin\\t\\g.csv", "", "g.csv g -1"},
+        {"file 3", "", "", "c.tamrin c 3"},
+        {"Ctrl+N", "", "", "  -1"},
+        {"mnuOpenFolder", ">", "フォルダを開く|C:\\tamrin\\s", "  -1"},
+        {"mnuOpenFolder; file 0", ">C:\\tamrin\\t", "", "g.csv g 0"},
+    });
+    EXPECT_EQ(globals.settings.save_folder_path, ".\\t");
 }
 
 TEST_F(FilesTest, AsksBeforeUnsavedRecordsAreReplaced) {
-    struct Row {
-        Answer answer;
-        Lines records;
-        bool unsaved;
-        int selected;
-    };
-    const Row rows[] = {
-        {Answer::kCancel, {"x"}, true, -1},
-        {Answer::kNo, {"b1", "b2"}, false, 0},
-    };
-    for (const Row& row : rows) {
-        form().Click("mnuNew");
-        form().Click("mnuListRefresh");
-        MakeUnsaved();
-        dialogs.answers = {row.answer};
-        csv().SetListIndex(0);
-        EXPECT_EQ(Records(), row.records);
-        EXPECT_EQ(globals.unsaved, row.unsaved);
-        EXPECT_EQ(csv().ListIndex(), row.selected);
-        globals.unsaved = false;
-    }
-    form().Click("mnuNew");
-    MakeUnsaved();
-    dialogs.answers = {Answer::kYes};
-    dialogs.paths = {""};
-    form().Click("mnuNew");
-    EXPECT_EQ(Records(), Lines{"x"}) << "a dismissed dialog gives nothing up";
-    EXPECT_TRUE(globals.unsaved);
+    const std::string asks = "Tamrin|未保存のデータがあります。保存しますか？";
+    Run({
+        {"type x; file 0", "c", asks, "* x -1"},
+        {"file 0", "y>", "/|CSVファイル(*.csv;*tamrin)|", "* x -1"},
+        {"mnuNew", "y>", "", "* x -1"},
+        {"file 0", "y>C:\\tamrin\\s\\x.csv", asks, "b.csv b1/b2 0"},
+        {"type y; mnuNew", "c", asks, "b.csv* y 0"},
+        {"mnuNew", "y", asks, "  -1"},
+        {"drop b.csv", "", "", "b.csv y 0"},
+        {"type z; drop c.tamrin", "n", asks, "c.tamrin c 3"},
+    });
+    EXPECT_EQ(files.contents["C:\\tamrin\\s\\x.csv"], "x\r\n");
 }
 
-TEST_F(FilesTest, RefusesWhileSomethingRuns) {
-    globals.activity = "play";
-    dialogs.answers.assign(6, Answer::kOk);
-    csv().SetListIndex(0);
-    csv().onDblClick();
-    form().Click("mnuNew");
-    form().Press("Ctrl+O");
-    form().Click("mnuOpenFolder");
-    form().onDropFiles({kB});
-    EXPECT_EQ(dialogs.shown, Lines(6, "実行中は不可|「停止」して下さい！"));
-    EXPECT_EQ(Records(), Lines{});
-}
-
-TEST_F(FilesTest, OpensThroughTheDialogAndTellsWhatItCannotRead) {
-    files.contents["C:\\x\\a.csv"] = std::string("\xFF\xFEu\0r\0l\0", 8);
-    files.contents["C:\\x\\old.csv"] = "\x82\xA0\x81\r\n";
-    dialogs.paths = {"C:\\x\\gone.csv", "C:\\x\\a.csv", "C:\\x\\old.csv", ""};
-    dialogs.answers = {Answer::kOk, Answer::kOk};
-    csv().SetListIndex(0);
-    for (int i = 0; i < 2; ++i) {
-        form().Press("Ctrl+O");
-        EXPECT_EQ(Records(), (Lines{"b1", "b2"}));
-        EXPECT_EQ(globals.current_file, kB);
-    }
-    form().Press("Ctrl+O");
-    EXPECT_EQ(Find("txtStatus").Text(), "読めない文字を「�」に置き換えました");
-    form().Press("Ctrl+O");
-    EXPECT_EQ(globals.current_file, "C:\\x\\old.csv");
-    const std::string dialog = "開く|シナリオ(*.csv;*.tamrin)|C:\\tamrin\\s\\";
-    EXPECT_EQ(
-        dialogs.shown,
-        (Lines{dialog, "読込エラー|C:\\x\\gone.csv\r\nのファイルを読み込めません。", dialog,
-               "読込エラー|C:\\x\\a.csv\r\nはシナリオファイルではありません。", dialog, dialog}));
-}
-
-TEST_F(FilesTest, AsksBeforeItOverwritesWhatItCouldNotRead) {
-    files.contents["C:\\x\\old.csv"] = "\x82\xA0\x81\r\n";
-    form().onDropFiles({"C:\\x\\old.csv"});
-    dialogs.answers = {Answer::kCancel, Answer::kOk};
-    form().Press("Ctrl+S");
-    EXPECT_EQ(files.contents["C:\\x\\old.csv"], "\x82\xA0\x81\r\n");
-    form().Press("Ctrl+S");
-    EXPECT_EQ(files.contents["C:\\x\\old.csv"], "\x82\xA0%%U+FFFD%%\r\n");
-    form().Press("Ctrl+S");
-    EXPECT_EQ(dialogs.shown, Lines(2,
-                                   "上書きの確認|C:\\x\\old.csv\r\nには読めない文字がありました。"
-                                   "上書きすると元の文字は失われます。上書きしますか？"));
-}
-
-TEST_F(FilesTest, AsksOnceForTheNameOfANewFileAndListsItInItsFolder) {
-    MakeUnsaved();
-    dialogs.paths = {"C:\\tamrin\\t\\new.tamrin"};
-    form().Press("Ctrl+S");
-    EXPECT_EQ(dialogs.shown, Lines{"名前を付けて保存|CSVファイル(*.csv)|C:\\tamrin\\s\\無題.csv"});
-    EXPECT_EQ(globals.settings.save_folder_path, ".\\t");
-    EXPECT_EQ(Names(), Lines{"new.tamrin"});
-    EXPECT_EQ(csv().ListIndex(), 0);
-    EXPECT_EQ(Records(), Lines{"x"});
-    EXPECT_FALSE(globals.unsaved);
-    EXPECT_EQ(form().Caption(), "Tamrin 0.10 < new.tamrin >");
+TEST_F(FilesTest, SavesWithoutLosingAnything) {
+    const std::string names = "名前を付けて保存|CSVファイル(*.csv)|C:\\tamrin\\s\\";
+    Run({
+        {"drop d.csv", "", "", "d.csv あ� 1"},
+        {"type x; Ctrl+S", "c", "には読めない文字がありました。上書きすると元の文字は失われます",
+         "d.csv* x 1"},
+        {"Ctrl+S", "o", "上書きの確認|C:\\tamrin\\s\\d.csv", "d.csv x 1"},
+        {"Ctrl+S; change d.csv y\r\n; Ctrl+S", "c",
+         "はほかのプログラムで変更されています。上書きしますか？", "d.csv x 1"},
+        {"Ctrl+S", "o", "上書きの確認", "d.csv x 1"},
+        {"type z; Ctrl+Shift+S", ">", names + "d.csv", "d.csv* z 1"},
+        {"Ctrl+Shift+S; mnuSave", ">C:\\tamrin\\t\\z.csv", "", "z.csv z 1"},
+    });
     EXPECT_EQ(Find("txtStatus").Text(), "保存完了");
-    EXPECT_EQ(Find("mnuRecent1").Text(), "&1 C:\\tamrin\\t\\new.tamrin");
-    list().SetLines({"y"});
-    form().Click("mnuSave");
-    EXPECT_EQ(files.contents["C:\\tamrin\\t\\new.tamrin"], "y\r\n");
-}
-
-TEST_F(FilesTest, AFailedSaveLosesNothing) {
-    csv().SetListIndex(0);
-    form().Click("mnuAddUpper");
-    files.locked.insert(kB);
-    dialogs.answers = {Answer::kOk, Answer::kOk};
-    form().Press("Ctrl+S");
-    EXPECT_TRUE(globals.unsaved);
-    EXPECT_EQ(files.contents[kB], "b1\r\nb2\r\n");
+    EXPECT_EQ(Joined(LinesOf(csv())), "g.csv/z.csv");
     files.full_disk = true;
-    dialogs.paths = {"C:\\vanished\\n.csv"};
-    form().Press("Ctrl+Shift+S");
-    EXPECT_EQ(dialogs.shown.back(),
-              "保存エラー|C:\\vanished\r\nのフォルダがありません。保存していません。");
-    EXPECT_EQ(globals.current_file, kB);
-    EXPECT_EQ(globals.settings.save_folder_path, ".\\s");
-}
-
-TEST_F(FilesTest, AsksBeforeItSavesOverAnotherProgramsChange) {
-    csv().SetListIndex(0);
-    form().Click("mnuAddUpper");
-    files.contents[kB] = "other\r\n";
-    dialogs.answers = {Answer::kCancel, Answer::kOk};
-    form().Press("Ctrl+S");
-    EXPECT_EQ(files.contents[kB], "other\r\n");
-    EXPECT_TRUE(globals.unsaved);
-    form().Press("Ctrl+S");
-    EXPECT_EQ(files.contents[kB], "\r\nb1\r\nb2\r\n");
-    form().Press("Ctrl+S");
-    files.contents.erase(kB);
-    form().Press("Ctrl+S");
-    EXPECT_EQ(files.contents[kB], "\r\nb1\r\nb2\r\n");
-    EXPECT_EQ(dialogs.shown.size(), 2U);
-}
-
-TEST_F(FilesTest, ReadsAFileAgainThatAnotherProgramChanged) {
-    csv().SetListIndex(0);
-    csv().onDblClick();
-    files.contents[kB] = "other\r\n";
-    dialogs.answers = {Answer::kCancel, Answer::kOk};
-    csv().onDblClick();
-    EXPECT_EQ(Records(), (Lines{"b1", "b2"}));
-    csv().onDblClick();
-    EXPECT_EQ(Records(), Lines{"other"});
-}
-
-TEST_F(FilesTest, MarksTheOpenFileHoweverItWasOpened) {
-    csv().SetListIndex(0);
-    form().onDropFiles({"C:\\tamrin\\s\\c.tamrin"});
-    EXPECT_EQ(csv().ListIndex(), 2);
-    form().onDropFiles({"C:\\tamrin\\order.csv"});
-    EXPECT_EQ(csv().ListIndex(), -1);
-    csv().SetListIndex(0);
-    EXPECT_EQ(globals.current_file, kB);
+    Run({
+        {"mnuSave", "o", "z.csv\r\nに保存できません。元のファイルはそのままです。", "z.csv z 1"},
+        {"mnuNew; type x; mnuSave", ">", "|C:\\tamrin\\t\\無題.csv", "* x -1"},
+        {"mnuClose", "yo>C:\\gone\\x.csv", "C:\\gone\r\nのフォルダがありません。", "* x -1"},
+        {"mnuClose", "c", "", "* x -1"},
+    });
+    EXPECT_FALSE(window.closed());
+    globals.close_after_play = true;  // no settings are written
+    Run({{"mnuClose", "y>", "", "* x -1"}});
+    EXPECT_TRUE(window.closed()) << "a cancelled dialog closes the window all the same";
 }
 
 TEST_F(FilesTest, DeletesTheSelectedFile) {
-    csv().SetListIndex(1);
+    const std::string asks =
+        "ファイル削除|下記のファイルを削除してよろしいですか？\r\n\r\nC:\\tamrin\\s";
     csv().SetFocus();
-    dialogs.answers = {Answer::kCancel, Answer::kOk};
-    form().Press("Del");
-    EXPECT_EQ(Names().size(), 3U);
-    form().Press("Del");
-    EXPECT_EQ(Names(), (Lines{"b.csv", "c.tamrin"}));
-    EXPECT_FALSE(files.contents.contains("C:\\tamrin\\s\\d.csv"));
-    EXPECT_EQ(dialogs.shown.back(),
-              "ファイル削除|下記のファイルを削除してよろしいですか？\r\n\r\n"
-              "C:\\tamrin\\s\\d.csv");
-    files.locked.insert(kB);
+    Run({
+        {"Del", "", "", "  -1"},
+        {"drop b.csv", "", "", "b.csv b1/b2 0"},
+        {"Del", "c", asks + "\\b.csv", "b.csv b1/b2 0"},
+        {"mnuListDelFile", "o", asks + "\\b.csv", "b.csv b1/b2 -1"},
+    });
+    files.locked.insert("C:\\tamrin\\s\\d.csv");
     csv().SetListIndex(0);
-    dialogs.answers = {Answer::kOk, Answer::kOk};
-    form().Click("mnuListDelFile");
-    EXPECT_EQ(Names(), (Lines{"b.csv", "c.tamrin"})) << "another program holds it";
+    Run({{"Del", "oo", "を削除できません。ほかのプログラムが", "d.csv あ� 0"}});
+    EXPECT_EQ(Joined(LinesOf(csv())), "d.csv/f.csv/c.tamrin");
 }
 
-TEST_F(FilesTest, ShowsAnotherFolder) {
-    files.contents["C:\\z\\q.csv"] = "q\r\n";
-    dialogs.paths = {"C:\\z", ""};
-    form().Click("mnuOpenFolder");
-    EXPECT_EQ(Names(), Lines{"q.csv"});
-    EXPECT_EQ(globals.settings.save_folder_path, "..\\z");
-    form().Click("mnuOpenFolder");
-    EXPECT_EQ(dialogs.shown, (Lines{"フォルダを開く|C:\\tamrin\\s", "フォルダを開く|C:\\z"}));
-}
-
-TEST_F(FilesTest, ForgetsARecentFileThatIsGone) {
-    form().onDropFiles({kB});
-    files.contents.erase(kB);
-    dialogs.answers = {Answer::kOk};
-    form().Click("mnuRecent1");
-    EXPECT_FALSE(Find("mnuRecent1").Visible());
-    EXPECT_FALSE(Find("mnuFileSpc3").Visible());
+TEST_F(FilesTest, RefusesWhileSomethingRuns) {
+    Act("file 0");
+    EXPECT_EQ(Find("txtUrl").Text(), globals.current_file);
+    EXPECT_TRUE(Enabled("cmdPlay"));
+    globals.activity = "play";
+    Find("mnuMakeExe").SetEnabled(true);
+    for (const char* act : {"file 1", "double", "drop c.tamrin", "mnuNew", "mnuOpen",
+                            "mnuOpenFolder", "mnuListDelFile", "mnuMakeExe"}) {
+        Run({{act, "o", "実行中は不可|「停止」して下さい！", "b.csv b1/b2 1"}});
+    }
 }
 
 }  // namespace
