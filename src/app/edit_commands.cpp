@@ -11,16 +11,21 @@ namespace {
 
 constexpr const char* kChanged = "編集中に記録が変更されました。編集した内容は反映されません。";
 
-constexpr unsigned kWide = kStretchRight;
 constexpr unsigned kCorner = kMoveRight | kMoveBottom;
 constexpr std::string_view kSizeBarTip =
     "左.上.幅.高さ.表示（ツールバー・メニュー・アドレス・ステータス・全画面）";
 
 constexpr auto kRecordControls = std::to_array<ControlSpec>({
     {ControlKind::kLabel, "lblAct", -1, "動作(&A)", "", {12, 15, 96, 20}},
-    {ControlKind::kComboBox, "cmbAct", -1, "", "再生時の動作", {112, 12, 356, 22}, kWide},
+    {ControlKind::kComboBox, "cmbAct", -1, "", "再生時の動作", {112, 12, 356, 22}, kStretchRight},
     {ControlKind::kLabel, "lblId", -1, "Id(&I)", "", {12, 45, 96, 20}},
-    {ControlKind::kTextBox, "txtId", -1, "", "要素の id または name", {112, 42, 356, 22}, kWide},
+    {ControlKind::kTextBox,
+     "txtId",
+     -1,
+     "",
+     "要素の id または name",
+     {112, 42, 356, 22},
+     kStretchRight},
     {ControlKind::kLabel, "lblType", -1, "Type(&T)", "", {12, 75, 96, 20}},
     {ControlKind::kComboBox, "cmbType", -1, "", "要素の種類", {112, 72, 160, 22}},
     {ControlKind::kLabel, "lblInDt", -1, "入力データ(&D)", "", {12, 105, 96, 20}},

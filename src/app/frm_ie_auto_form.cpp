@@ -9,7 +9,7 @@ constexpr unsigned kWide = kStretchRight;
 constexpr unsigned kWideAndTall = kStretchRight | kStretchBottom;
 constexpr unsigned kWideAtBottom = kStretchRight | kMoveBottom;
 
-constexpr auto kControls = std::to_array<ControlSpec>({
+constexpr auto kMainControls = std::to_array<ControlSpec>({
     {ControlKind::kButton, "cmdRec", -1, "記録", "記録を開始します。", {6, 4, 60, 26}},
     {ControlKind::kButton, "cmdPlay", -1, "再生", "シナリオを再生します。", {71, 4, 60, 26}},
     {ControlKind::kButton,
@@ -132,7 +132,7 @@ constexpr auto kMenus = std::to_array<MenuSpec>({
 
 const FormSpec& MainFormSpec() {
     // A window of 500 x 300 without its borders, title and menu bar.
-    static const FormSpec spec{"frmIeAuto", "Tamrin", 480, 230, kControls, kMenus, kResizable};
+    static const FormSpec spec{"frmIeAuto", "Tamrin", 480, 230, kMainControls, kMenus, kResizable};
     return spec;
 }
 

@@ -16,7 +16,7 @@ constexpr std::string_view kBrowserTip = "Edge / Chrome の実行ファイル　
 constexpr std::string_view kKindTip =
     "自動：Internet Explorer があればそれを、なければ Edge / Chrome を使う";
 
-constexpr auto kControls = std::to_array<ControlSpec>({
+constexpr auto kSettingControls = std::to_array<ControlSpec>({
     {ControlKind::kFrame, "frSave", -1, "保存の設定", "", {8, 6, 424, 86}},
     {ControlKind::kLabel, "Label1", -1, "既定の保存先", "", {20, 30, 94, 20}},
     {ControlKind::kTextBox, "txtSaveFolderPath", -1, "", kFolderTip, {118, 27, 256, 22}},
@@ -98,14 +98,14 @@ constexpr auto kControls = std::to_array<ControlSpec>({
      kCancel},
 });
 
-const FormSpec kSpec{"frmSetting", "設定", 440, 450, kControls};
+const FormSpec kSettingForm{"frmSetting", "設定", 440, 450, kSettingControls};
 
 }  // namespace
 
 frmSetting::frmSetting(Globals& globals, const Platform& platform)
     : globals_(globals),
       platform_(platform),
-      form_(platform.windows.Create(kSpec)),
+      form_(platform.windows.Create(kSettingForm)),
       txtSaveFolderPath(form_->Find("txtSaveFolderPath")),
       cmbMaxWaitTime(form_->Combo("cmbMaxWaitTime")),
       chkQuitAfterPlay(form_->Find("chkQuitAfterPlay")),

@@ -85,7 +85,7 @@ struct Writer {
 // The words for "browser kind", in the order of BrowserKind.
 constexpr std::array<std::string_view, 3> kKinds = {"", "explorer", "chromium"};
 
-BrowserKind KindOf(std::string_view word) {
+BrowserKind BrowserKindOf(std::string_view word) {
     const auto at = std::find(kKinds.begin(), kKinds.end(), LowerCase(word));
     return at == kKinds.end() ? BrowserKind::kAny : static_cast<BrowserKind>(at - kKinds.begin());
 }
@@ -164,7 +164,7 @@ void ReadOptions(Options& options, std::string_view text) {
         if (key == "browser") {
             options.browser_path = std::move(value);
         } else if (key == "browser kind") {
-            options.browser_kind = KindOf(value);
+            options.browser_kind = BrowserKindOf(value);
         } else if (key == "trace") {
             options.trace_path = std::move(value);
         } else if (key == "debug address") {

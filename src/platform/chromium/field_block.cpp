@@ -43,8 +43,8 @@ private:
 // surrogate pair that stands alone reads as U+FFFD.
 class Reader {
 public:
-    Reader(std::string_view json, std::string& out)
-        : at_(json.data()), end_(at_ + json.size()), out_(out) {}
+    Reader(std::string_view text, std::string& out)
+        : at_(text.data()), end_(at_ + text.size()), out_(out) {}
 
     // Appends the next `units` units; false when the string ends before.
     bool Take(long units) {

@@ -9,7 +9,7 @@ namespace tamrin {
 namespace {
 
 constexpr std::uint32_t kLongestWaitMs = 5000;
-constexpr int kStepMs = 20;
+constexpr int kAskEveryMs = 20;
 
 // A new browser, plain or of middle integrity; null when it cannot be made.
 ComPtr<IWebBrowser2> Make(ComCalls& calls, const ExplorerSources& sources, bool medium) {
@@ -44,7 +44,7 @@ bool ShowsAPage(ComCalls& calls, ComPtr<IWebBrowser2> object, Clock& clock) {
     const std::uint32_t start = clock.TickCount();
     if (browser.Navigate("about:blank")) {
         while (!shows && browser.Alive() && clock.TickCount() - start < kLongestWaitMs) {
-            clock.Sleep(kStepMs);
+            clock.Sleep(kAskEveryMs);
             clock.DoEvents();
             browser.DeliverEvents();
             shows = static_cast<bool>(browser.document());
