@@ -16,294 +16,207 @@ struct Row {
     std::string records;
     std::string story;
     Prepare prepare = nullptr;
+    std::optional<Rect> window = {};  // the main window
 };
 
 void Check(const std::vector<Row>& rows) {
     for (const Row& row : rows) {
         PlayerRig rig;
+        rig.window = row.window;
         if (row.prepare) row.prepare(rig);
         rig.PlayOn(row.html, row.records);
         EXPECT_EQ(rig.Story(), row.story) << row.html << " " << row.records;
     }
 }
 
+// Acts when that call is made, or at that time of the clock.
+Prepare On(const std::string& call, const Prepare& act) {
+    return [=](PlayerRig& rig) { rig.web.on_call[call] = [&rig, act] { act(rig); }; };
+}
+Prepare At(std::uint64_t milliseconds, const Prepare& act) {
+    return [=](PlayerRig& rig) { rig.clock.At(milliseconds, [&rig, act] { act(rig); }); };
+}
+
+const Prepare kStop = [](PlayerRig& rig) { rig.globals.activity.clear(); };
+const Prepare kSkip = [](PlayerRig& rig) { rig.globals.skip_wait = true; };
+const Prepare kDie = [](PlayerRig& rig) { rig.web.browser->Die(); };
 const Prepare kPoints = [](PlayerRig& rig) { rig.globals.settings.auto_point = true; };
 const std::string kDied =
     "message 再生エラー|ブラウザが終了したか、ページが異常終了したため、再生を中止しました。";
 const std::string kInvalid = "message |入力データ不正\r\nId=a\r\ninputdata=";
 
 TEST(ExecRecord, ActsByTheElementsType) {
+    const std::string check = "<input id=a type=checkbox>";
     const std::string radios =
         "<input name=g id=a type=radio value=x><input name=g id=b type=radio value=2>";
     const std::string select = "<select id=a><option>x<option>0<option>x</select>";
+    const std::string links =
+        "<a id=1 href=\"http://h/a\">次へ</a><a id=2 href=\"http://h/b\">x</a>"
+        "<a id=3 href=\"http://h/b\">y</a>";
     Check({
-        {"<input id=a type=PASSWORD>", "input\t,id=a,indt=p", "put a value=p; fire a onchange"},
-        {"<input id=a type=email>", "input\t,id=a,indt=m", "put a value=m; fire a onchange"},
-        {"<textarea id=a></textarea>", "input\t,id=a,indt=x\x01y\x02z",
-         "put a value=x,y\r\nz; fire a onchange"},
-        {"<input id=a type=checkbox>", "input\t,id=a,indt=true\ninput\t,id=a,indt= 0 ",
+        {"<input id=a type=PASSWORD>", "input\t,id=a,indt=p\x01q\x02",
+         "pointer 110,110; put a value=p,q\r\n; fire a onchange", kPoints},
+        {check, "input\t,id=a,indt=true\ninput\t,id=a,indt= 0 ",
          "put a checked=True; fire a onchange; put a checked=False; fire a onchange"},
-        {"<input id=a type=checkbox>", "input\t,id=a,indt=maybe", kInvalid + "maybe; invalid"},
+        {check, "input\t,id=a,indt=maybe", kInvalid + "maybe; invalid"},
         {radios, "input\t,id=g,type=radio,indt=-1", "put a checked=True; fire a onchange"},
         {radios, "input\t,id=g,indt=False,value=2", "put b checked=False; fire b onchange"},
         {radios, "input\t,id=b,type=radio,indt=x", "put a checked=True; fire a onchange"},
         {radios, "input\t,id=a,indt=y", kInvalid + "y; invalid"},
-        {select, "input\t,id=a,indt=1", "put a selectedIndex=1; fire a onchange"},
         {select, "input\t,id=a,indt=0", "put a selectedIndex=0; fire a onchange"},
         {select, "input\t,id=a,indt=x", "put a selectedIndex=2; fire a onchange"},
         {select, "input\t,id=a,indt=3", kInvalid + "3; invalid"},
-        {select, "input\t,id=a,indt=-1", kInvalid + "-1; invalid"},
-        {"<input id=a type=button onclick=f>", "CLICK\t,id=a", "fire a onclick; click a"},
-        {"<input id=a type=button onclick=f>", "push\t,id=a", "click a"},
-        {"<input id=a type=button>", "click\t,id=a\nSendkeys\t,id=a", "click a; click a", kPoints},
+        {"<input id=a type=button onclick=f>", "CLICK\t,id=a\npush\t,id=a",
+         "fire a onclick; click a; click a"},
         {"<input id=a type=image onclick=f>", "click\t,id=a\ninput\t,id=a", "click a"},
         {"<input id=a type=submit onclick=f>", "input\t,id=a", "fire a onclick; click a"},
         {"<input id=a type=reset>", "click\t,id=a,type=submit", "click a"},
-        {"<div id=a></div>", "click\t,id=a", "fire a onclick; click a"},
-        {"<div id=a></div>", "input\t,id=a", "fire a onclick"},
-        {"<input id=a type=text>", "input\t,id=a,indt=x",
-         "pointer 110,110; put a value=x; fire a onchange", kPoints},
+        {"<p id=a>", "click\t,id=a\ninput\t,id=a", "fire a onclick; click a; fire a onclick"},
+        // Of two links of one address neither is followed.
+        {links,
+         "click\t,type=HREF,indt=次へ\nclick\t,type=href,indt=http://h/a\n"
+         "click\t,id=3,type=href,indt=http://h/b\nclick\t,type=href,indt=javascript:go()",
+         "scroll 1; click 1; scroll 1; click 1; fire 3 onclick; click 3; navigate javascript:go()"},
     });
 }
 
-TEST(ExecRecord, SaysWhatCannotBeDoneAndGoesOn) {
+TEST(ExecRecord, WaitsForThePageAndSaysWhatCannotBeDone) {
     const std::string line = "行番号2 <該当フィールド無し>Act=input,Id=a,Type=text,InDt=x";
+    const auto page_goes = [](PlayerRig& rig) {
+        rig.web.refuses_value = "a";
+        rig.web.browser->Navigate("page");
+        On("put a value=x", [](auto& later) { later.web.refuses_value = ""; })(rig);
+    };
     Check({
         {"<input id=b type=text>", "input\t,id=a,type=text,indt=x\ninput\t,id=b,indt=%%error%%",
          "status " + line + "; not found; put b value=" + line + "; fire b onchange"},
         {"<input id=a type=text>", "input\t,id=a,indt=x",
-         "put a value=x; " + kInvalid + "x; invalid",
-         [](PlayerRig& rig) { rig.web.refuses_value = "a"; }},
-        {"<p>", "navigate\t,indt=\n//\t,indt=a comment", "invalid; comment"},
-        // A page that has gone away under the record takes no value either.
-        {"<input id=a type=text>", "input\t,id=a,indt=x",
          "put a value=x; navigate page; put a value=x; fire a onchange",
-         [](PlayerRig& rig) {
-             rig.web.refuses_value = "a";
-             rig.web.on_call["put a value=x"] = [&rig] {
-                 rig.web.on_call.clear();
-                 rig.web.browser->Navigate("page");
-                 rig.clock.At(rig.clock.Elapsed() + 20, [&rig] { rig.web.refuses_value = ""; });
-             };
-         }},
-    });
-}
-
-TEST(ExecRecord, FollowsLinks) {
-    const std::string html =
-        "<a id=1 href=\"http://h/a\">次へ</a><a id=2 href=\"http://h/b\">x</a>"
-        "<a id=3 href=\"http://h/b\">y</a>";
-    Check({
-        {html, "click\t,type=HREF,indt=次へ", "scroll 1; click 1"},
-        {html, "click\t,type=href,indt=javascript:go()", "navigate javascript:go()"},
-        // Of two links of one address neither is followed.
-        {html, "click\t,id=3,type=href,indt=http://h/b", "fire 3 onclick; click 3"},
-    });
-}
-
-TEST(ExecRecord, SendsKeys) {
-    const std::string error = "行番号2 のキー文字列が不正です。キーは送られません。\r\n";
-    const std::string refused =
-        "status 行番号2 <キー送信不可>前面のウィンドウがキーを受け付けません。";
-    const Prepare takes_none = [](PlayerRig& rig) { rig.web.takes_keys = false; };
-    Check({
+         On("put a value=x", page_goes)},
+        {"<p>", "navigate\t,indt=\n//\t,indt=a comment", "invalid; comment"},
         {"<p>", "sendkeys\t,id=,indt=x{TAB}\x01%%comma%%%%DBLQ%%%%clipboard%%%%no\nsendkeys,~",
-         "keys x TAB , , \" a + b n o; keys ENTER", [](PlayerRig& rig) { rig.clipboard = "a+b"; }},
-        {"<p>", "sendkeys-if-busy\t,indt=~", "not busy"},
-        {"<p>", "navigate\t,indt=page\nsendkeys-if-busy\t,indt=~", "navigate page; keys ENTER",
-         [](PlayerRig& rig) { rig.web.load_ms = 200; }},
-        {"<p>", "sendkeys\t,indt=a{NO}",
-         "message キー入力エラー|" + error +
-             "「{NO}」というキーはありません。\r\n\r\na{NO}; invalid"},
-        {"<p>", "sendkeys\t,indt=a", "keys a; " + refused + "; not sent", takes_none},
-        {"<p>", "sendkeys\t,indt=a", "keys a; stopped",
-         [=](PlayerRig& rig) {
-             takes_none(rig);
-             rig.web.on_call["keys a"] = [&rig] { rig.globals.activity.clear(); };
-         }},
+         "keys x TAB , , \" a + b n o; keys ENTER", [](auto& rig) { rig.clipboard = "a+b"; }},
+        {"<p>", "sendkeys-if-busy\t,indt=~\nnavigate\t,indt=page\nsendkeys-if-busy\t,indt=~",
+         "not busy; navigate page; keys ENTER", [](auto& rig) { rig.web.load_ms = 200; }},
+        {"<p>", "sendkeys\t,indt={NO}",
+         "message キー入力エラー|行番号2 のキー文字列が不正です。キーは送られません。\r\n"
+         "「{NO}」というキーはありません。\r\n\r\n{NO}; invalid"},
+        {"<p>", "sendkeys\t,indt=a",
+         "keys a; status 行番号2 <キー送信不可>前面のウィンドウがキーを受け付けません。; not sent",
+         [](auto& rig) { rig.web.takes_keys = false; }},
+        // The first record of a run does not wait for its page, later ones do.
+        {"<input id=a type=text>", "input\t,id=a,type=text,indt=x\ninput\t,id=a,indt=y",
+         "status " + line + "; not found; put a value=y; fire a onchange",
+         [](auto& rig) { rig.web.load_ms = 40000; }},
+        {"<p>", "wait\t,indt=100\nquit\t", "", At(50, [](auto& rig) { rig.lines.resize(2); })},
     });
 }
 
 TEST(ExecRecord, TakesItsTimeAndBringsTheBrowserToTheFront) {
-    const struct {
-        const char* record;
-        std::uint32_t milliseconds;
-        int times_to_front;  // besides the one at the start
-    } rows[] = {
-        {"wait\t,indt= 1000 ms", 1000, 0},
-        {"wait\t,indt=\"250\" x", 250, 0},
-        {"wait\t,indt=+14.6", 20, 0},
-        {"wait\t,indt=x", 0, 0},
-        {"sendkeys\t,indt=a", 500, 0},
-        {"input\t,id=t,indt=a", 0, 1},
-        {"click\t,id=a,userwait=0&#44;3", 500, 2},
-        {"click\t,id=a,userwait=0.3", 800, 2},
-        {"click_mouse\t,id=a", 700, 3},
-        {"click\t,type=href,indt=x", 2000, 2},
-        {"click\t,type=href,indt=javascript:x", 500, 1},
-    };
-    for (const auto& row : rows) {
-        PlayerRig rig;
-        rig.PlayOn("<input id=a type=button><input id=t type=text><a href=h>x</a>", row.record);
-        EXPECT_EQ(rig.reports[1].milliseconds, row.milliseconds) << row.record;
-        EXPECT_EQ(rig.web.browser->brought_to_front, 1 + row.times_to_front) << row.record;
+    PlayerRig rig;
+    rig.PlayOn("<input id=a type=button><input id=t type=text><a href=h>x</a>",
+               "wait\t,indt= 1000 ms\nwait\t,indt=\"250\" x\nwait\t,indt=+14.6\nwait\t,indt=x\n"
+               "sendkeys\t,indt=a\ninput\t,id=t,indt=a\nclick\t,id=a,userwait=0&#44;3\n"
+               "click\t,id=a,userwait=0.3\nclick_mouse\t,id=a\nclick\t,type=href,indt=x\n"
+               "click\t,type=href,indt=javascript:x");
+    std::string done;
+    for (const auto& [row, act, outcome, milliseconds] : rig.reports) {
+        done += std::to_string(row) + act + " " + std::to_string(milliseconds) + ", ";
     }
+    EXPECT_EQ(done,
+              "0url 30, 1wait 1000, 2wait 250, 3wait 20, 4wait 0, 5sendkeys 500, 6input 0, "
+              "7click 500, 8click 800, 9click_mouse 700, 10click 2000, 11click 500, ");
+    EXPECT_EQ(rig.begun, 11);
+    EXPECT_EQ(rig.web.browser->brought_to_front, 12);
 }
 
-TEST(ExecRecord, ShowsTheSecondsOfAUserWaitThatCanBeSkipped) {
-    std::string story;
-    for (int i = 0; i < 13; ++i) story += i < 10 ? "status 2; " : "status 1; ";
-    const Prepare skip = [](PlayerRig& rig) {
-        rig.clock.At(1330, [&rig] { rig.globals.skip_wait = true; });
-    };
-    Check({
-        {"<input id=a type=button>", "click\t,id=a,userwait=2", story + "status ; skipped", skip},
-        {"<a href=h>x</a>", "click\t,type=href,userwait=2,indt=x", story + "status ; skipped",
-         skip},
-        {"<p>", "click\t,type=href,userwait=2,indt=javascript:", story + "status ; skipped", skip},
-    });
+TEST(ExecRecord, ShowsTheSecondsOfAUserWaitThatCanBeSkippedOrStopped) {
+    const std::string html = "<input id=a type=button><a href=h>x</a>";
+    const std::string story = "status 2; status 1; status 1; status ; ";
+    for (const std::string record :
+         {"click\t,id=a", "click\t,type=href,indt=x", "click\t,type=href,indt=javascript:"}) {
+        Check({{html, record + ",userwait=1.1", story + "skipped", At(330, kSkip)},
+               {html, record + ",userwait=1.1", story + "stopped", At(330, kStop)}});
+    }
 }
 
 TEST(ExecRecord, ClicksWithTheRealMouseAndPutsItBack) {
-    const std::string click = "pointer 110,110; button down; button up; ";
-    const std::string covered = "scroll a; window hidden; " + click + "window shown; pointer 3,4";
-    const auto window = [](Rect rect) -> Prepare {
-        return [=](PlayerRig& rig) { rig.window = rect; };
-    };
-    const auto at = [=](const char* call, const Prepare& act) -> Prepare {
-        return [=](PlayerRig& rig) {
-            rig.window = Rect{110, 110, 111, 111};
-            rig.web.on_call[call] = [&rig, act] { act(rig); };
-        };
-    };
-    const Prepare stop = [](PlayerRig& rig) { rig.globals.activity.clear(); };
+    const Rect covers{110, 110, 111, 111};
     const std::string html = "<input id=a type=submit>";
+    const std::string mouse = "click_mouse\t,id=a";
+    const std::string click = "pointer 110,110; button down; button up; ";
+    const std::string clicks = "scroll a; " + click + "pointer 3,4";
+    const std::string gives_up = "scroll a; window hidden; window shown; ";
     Check({
-        {html, "click_mouse\t,id=a", "scroll a; " + click + "pointer 3,4"},
-        {html, "click\t,id=a", "scroll a; " + click + "pointer 3,4",
-         [](PlayerRig& rig) { rig.globals.settings.mouse_click = true; }},
-        {html, "click_mouse\t,id=a", covered, window({110, 110, 111, 111})},
-        {"<input id=a type=submit tiny>", "click_mouse\t,id=a",
+        {html, "click\t,id=a", clicks, [](auto& rig) { rig.globals.settings.mouse_click = true; }},
+        {html, mouse, "scroll a; window hidden; " + click + "window shown; pointer 3,4", nullptr,
+         covers},
+        {html, mouse, clicks, nullptr, Rect{90, 90, 110, 200}},
+        {html, mouse, clicks, nullptr, Rect{90, 90, 200, 110}},
+        {html, mouse, clicks, nullptr, Rect{111, 90, 200, 200}},
+        {html, mouse, clicks, nullptr, Rect{90, 111, 200, 200}},
+        {"<input id=a type=submit tiny>", mouse,
          "scroll a; pointer 103,103; button down; button up; pointer 3,4"},
-        {html, "click_mouse\t,id=a", "scroll a; click a",
-         [](PlayerRig& rig) { rig.web.has_screen_points = false; }},
+        {html, mouse, "scroll a; click a", [](auto& rig) { rig.web.has_screen_points = false; }},
         // A click that is no longer wanted.
-        {html, "click_mouse\t,id=a", "scroll a; window hidden; window shown; stopped",
-         at("window hidden", stop)},
-        {html, "click_mouse\t,id=a\nquit\t", "scroll a; window hidden; window shown; " + kDied,
-         at("window hidden", [](PlayerRig& rig) { rig.web.browser->Die(); })},
-        {html, "click_mouse\t,id=a", covered + "; stopped", at("button down", stop)},
-    });
-    for (const Rect beside : {Rect{90, 90, 110, 200}, Rect{90, 90, 200, 110},
-                              Rect{111, 90, 200, 200}, Rect{90, 111, 200, 200}}) {
-        Check({{html, "click_mouse\t,id=a", "scroll a; " + click + "pointer 3,4", window(beside)}});
-    }
-}
-
-TEST(Play, KeepsItsRecordsInStepWithThePage) {
-    const Prepare busy = [](PlayerRig& rig) {
-        rig.web.busy = true;
-        rig.clock.At(60000, [&rig] { rig.globals.activity.clear(); });
-    };
-    Check({
-        {"<input id=a type=text>", "navigate\t,indt=page\ninput\t,id=a,indt=x",
-         "navigate page; put a value=x; fire a onchange",
-         [](PlayerRig& rig) { rig.web.load_ms = 4000; }},
-        // The first record of a run does not wait for its page, later ones do until Stop.
-        {"<input id=a type=text>", "input\t,id=a,indt=x\ninput\t,id=a,indt=y",
-         "put a value=x; fire a onchange", busy},
-        {"<p>", "quit\t\nwait\t,indt=10", "quit",
-         [](PlayerRig& rig) { rig.globals.settings.play_count = 2; }},
-        {"<p>", "wait\t,indt=300\ninput\t,id=a,indt=x", kDied,
-         [](PlayerRig& rig) { rig.clock.At(100, [&rig] { rig.web.browser->Die(); }); }},
-        {"<p>", "wait\t,indt=100\nquit\t", "",
-         [](PlayerRig& rig) { rig.clock.At(50, [&rig] { rig.lines.resize(2); }); }},
+        {html, mouse, gives_up + "stopped", On("window hidden", kStop), covers},
+        {html, mouse + "\nquit\t", gives_up + kDied, On("window hidden", kDie), covers},
     });
 }
 
-using Lines = std::vector<std::string>;
-
-TEST(Play, OpensTheFirstUrlRecordAndPlaysWhatFollowsAsOftenAsTheSettingSays) {
-    PlayerRig rig;
-    rig.web.pages["page"] = "<input id=a type=text>";
-    rig.lines = {"input\t,id=a,indt=never", rig.Url("page"), "input\t,id=a,indt=x"};
-    rig.globals.settings.play_count = 2;
-    EXPECT_EQ(rig.player.Play(), RunEnd::kCompleted);
-    EXPECT_EQ(rig.web.calls,
-              (Lines{"status ", "run began", "create", "navigate page", "visible",
-                     "place 1,2,300,400", "bars 1011", "put a value=x", "fire a onchange",
-                     "navigate page", "put a value=x", "fire a onchange"}));
-    std::string done;
-    for (const auto& report : rig.reports) done += std::to_string(report.row) + report.act + " ";
-    EXPECT_EQ(done, "1url 2input 1url 2input ");
-    EXPECT_EQ(rig.begun, 2);
-}
-
-TEST(Play, ReadsSizeAndBars) {
-    const std::pair<const char*, std::string> rows[] = {
-        {"10.20.800.600.1", "place 10,20,800,600 bars 1000"},
-        {"-8.x.8a.600.10111.9", "place -8,0,8,600 bars 1011"},
-        {"0.0.1024.768.", "place 0,0,1024,768 bars 0000"},
-    };
-    for (const auto& [size_bar, shown] : rows) {
-        PlayerRig rig;
-        rig.web.pages["page"] = "<p>";
-        rig.lines = {std::string("url\t,id=,size_bar=") + size_bar + ",indt=page"};
-        rig.player.Play();
-        EXPECT_EQ(rig.web.calls.at(5) + " " + rig.web.calls.at(6), shown) << size_bar;
-    }
-}
-
-TEST(Play, SaysHowItEndedAndLeavesTheActivity) {
-    const std::string size =
-        "message フォーマットエラー|位置・サイズまたはツールバーの指定が不正です。";
+TEST(Play, OpensTheFirstUrlRecordAndSaysHowTheRunEnded) {
+    using enum RunEnd;
+    const std::string url = PlayerRig::Url("page");
+    const std::string wait = url + "\nwait\t,indt=9000";
+    const std::string start = "status ; run began; ";
+    const std::string opens = start + "create; navigate page; visible; ";
+    const std::string shown = opens + "place 1,2,300,400; bars 1011; ";
+    const std::string change = "put a value=x; fire a onchange; ";
     const struct {
-        std::string line;  // the only one of the list
+        std::string lines;
         RunEnd end;
         const char* activity;  // "play" is left by the stop command, or by closing the program
-        std::string call;      // the last one
+        std::size_t reports;
+        std::string calls;
         Prepare prepare = nullptr;
     } rows[] = {
-        {PlayerRig::Url("page"), RunEnd::kCompleted, "", "bars 1011"},
-        {PlayerRig::Url("page"), RunEnd::kCompleted, "play", "bars 1011",
-         [](PlayerRig& rig) { rig.globals.settings.quit_after_play = true; }},
-        {PlayerRig::Url("page"), RunEnd::kCompleted, "play", "bars 1011",
-         [](PlayerRig& rig) { rig.globals.close_after_play = true; }},
-        {PlayerRig::Url("page"), RunEnd::kNoBrowser, "",
-         "message ブラウザを起動できません|ブラウザがありません。",
-         [](PlayerRig& rig) { rig.web.refusal = "ブラウザがありません。"; }},
-        {PlayerRig::Url(""), RunEnd::kNothingToPlay, "play", "create"},
-        {"input\t,id=a", RunEnd::kNothingToPlay, "play", "create"},
-        {"url\t,size_bar=0.0.1024.768,indt=page", RunEnd::kBadSizeBar, "play", size},
-        {"url\t,indt=page", RunEnd::kBadSizeBar, "play", size},
+        {url, kCompleted, "play", 1, shown,
+         [](auto& rig) { rig.globals.settings.quit_after_play = true; }},
+        {url, kCompleted, "play", 1, shown, [](auto& rig) { rig.globals.close_after_play = true; }},
+        {"input\t,id=a,indt=never\n" + url + "\ninput\t,id=a,indt=x", kCompleted, "", 4,
+         shown + change + "navigate page; " + change,
+         [](auto& rig) { rig.globals.settings.play_count = 2; }},
+        {url + "\nquit\t\nwait\t,indt=10", kCompleted, "", 2, shown + "quit; ",
+         [](auto& rig) { rig.globals.settings.play_count = 2; }},
+        {wait, kStopped, "", 2, shown + "stopped; ", At(100, kStop)},
+        {wait, kBrowserDied, "", 2, shown + kDied + "; ", At(100, kDie)},
+        {url, kNoBrowser, "", 0,
+         start + "message ブラウザを起動できません|ブラウザがありません。; ",
+         [](auto& rig) { rig.web.refusal = "ブラウザがありません。"; }},
+        {PlayerRig::Url(""), kNothingToPlay, "play", 0, start + "create; "},
+        {"input\t,id=a", kNothingToPlay, "play", 0, start + "create; "},
+        {"url\t,size_bar=0.0.1024.768,indt=page", kBadSizeBar, "play", 0,
+         start + "create; message フォーマットエラー|"
+                 "位置・サイズまたはツールバーの指定が不正です。; "},
+        {"url\t,size_bar=-8.x.8a.600.1.9,indt=page", kCompleted, "", 1,
+         opens + "place -8,0,8,600; bars 1000; "},
     };
     for (const auto& row : rows) {
         PlayerRig rig;
-        rig.web.pages["page"] = "<p>";
-        rig.lines = {row.line};
+        rig.web.pages["page"] = "<input id=a type=text>";
+        rig.lines = SplitLines(row.lines);
         if (row.prepare) row.prepare(rig);
-        EXPECT_EQ(rig.player.Play(), row.end) << row.line;
-        EXPECT_EQ(rig.ended, std::vector{row.end}) << row.line;
-        EXPECT_EQ(rig.globals.activity, row.activity) << row.line;
-        EXPECT_EQ(rig.web.calls.back(), row.call) << row.line;
+        EXPECT_EQ(rig.player.Play(), row.end) << row.lines;
+        EXPECT_EQ(rig.ended, std::vector{row.end}) << row.lines;
+        EXPECT_EQ(rig.globals.activity, row.activity) << row.lines;
+        EXPECT_EQ(rig.reports.size(), row.reports) << row.lines;
+        std::string calls;
+        for (const std::string& call : rig.web.calls) calls += call + "; ";
+        EXPECT_EQ(calls, row.calls) << row.lines;
     }
     PlayerRig empty;
-    EXPECT_EQ(empty.player.Play(), RunEnd::kNothingToPlay);
-    EXPECT_EQ(empty.web.calls, (Lines{"status ", "message |再生するデータがありません。"}));
-}
-
-TEST(Play, StopsInTheMiddleOfAnyWait) {
-    for (const char* record : {"wait\t,indt=100000", "click\t,id=b,userwait=500",
-                               "click\t,id=a,type=href,userwait=500,indt=x"}) {
-        PlayerRig rig;
-        rig.clock.At(5000, [&] { rig.globals.activity.clear(); });
-        EXPECT_EQ(rig.PlayOn("<a id=a href=u>x</a><input id=b type=button>",
-                             std::string(record) + "\nquit\t"),
-                  RunEnd::kStopped);
-        EXPECT_EQ(rig.web.calls.back(), "stopped") << record;
-        EXPECT_EQ(rig.reports.size(), 2U) << record;
-        EXPECT_LT(rig.clock.Elapsed(), 5200U) << record;
-    }
+    EXPECT_EQ(empty.player.Play(), kNothingToPlay);
+    EXPECT_EQ(empty.web.calls.back(), "message |再生するデータがありません。");
 }
 
 }  // namespace
