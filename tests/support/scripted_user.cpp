@@ -57,11 +57,6 @@ void ScriptedUser::Type(const std::string& name, const std::string& text) {
     Find(name).node->value = text;
 }
 
-void ScriptedUser::Choose(const std::string& name, int index) {
-    Focus(name);
-    Find(name).node->selected = index;
-}
-
 void ScriptedUser::Click(const std::string& name) {
     static const std::set<std::string> kFields{"INPUT", "BUTTON", "SELECT", "TEXTAREA"};
     const Spot spot = Find(name);

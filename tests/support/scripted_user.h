@@ -17,10 +17,7 @@ public:
 
     // Brings the focus to an element; "" to none, as a click beside everything does.
     void Focus(const std::string& name);
-    // Comes back from another window: the active element gets the focus again.
-    void ComeBack() { Tell(Active(), &DocumentEvents::onfocusin); }
     void Type(const std::string& name, const std::string& text);
-    void Choose(const std::string& name, int index);
     // Clicks it: a link, or a submit button of a form with an action, leads there.
     void Click(const std::string& name);
     // Presses Enter in the active field.
