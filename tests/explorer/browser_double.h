@@ -21,42 +21,57 @@ namespace tamrin::test {
 #define TAMRIN_PROPERTY(Name, T)                                               \
     T Name = 0;                                                                \
     STDMETHODIMP get_##Name(T* answer) override { return Give(answer, Name); } \
-    STDMETHODIMP put_##Name(T value) override { return Take(#Name, Name, value); }
+    STDMETHODIMP put_##Name(T value) override {                                \
+        Name = value;                                                          \
+        return Do(#Name, std::to_string(value));                               \
+    }
 
 // A browser window, or the browser of a frame. The test says what it shows and fires its events.
-class BrowserDouble : public DispatchDouble<IWebBrowser2>, public EventContainer {
+class BrowserDouble : public ObjectDouble<IWebBrowser2> {
 public:
-    // `faults` is that of the pages where it counts along with them.
-    explicit BrowserDouble(Faults* faults = nullptr)
-        : faults_(faults ? *faults : own_),
-          events_(new EventSource(faults_, DIID_DWebBrowserEvents2)) {}
+    explicit BrowserDouble(Faults& faults)
+        : ObjectDouble(faults), events_(new EventSource(faults, DIID_DWebBrowserEvents2)) {}
 
     ComPtr<IDispatch> page;
     std::string name = "Internet Explorer";
     HWND window = nullptr;
     VARIANT_BOOL busy = VARIANT_FALSE;
-    READYSTATE ready_state = READYSTATE_COMPLETE;
     // What every call answers from now on, unless it is S_OK.
     HRESULT failure = S_OK;
-    // The calls that change something: "Navigate2 http://...", "Left 10", "Visible -1", "Quit".
+    // The calls that change something: "Navigate2 http://...", "Left 10", "Visible -1", "Quit ".
     std::vector<std::string> lines;
 
     // Fires an event of this window, or of the frame whose browser `sender` is.
-    void Fire(DISPID event, std::string_view url = {}, IDispatch* sender = nullptr, int code = 0);
+    void Fire(DISPID event, std::string_view url = {}, IDispatch* sender = nullptr, int code = 0) {
+        const Variant address(url), status(code), from(sender ? sender : this);
+        VARIANT text = address.get(), number = status.get(), none{};
+        const auto by_reference = [](VARIANT& value) {
+            VARIANT reference{};
+            reference.vt = VT_BYREF | VT_VARIANT;
+            reference.pvarVal = &value;
+            return reference;
+        };
+        events_->Fire(event, {by_reference(number), none, by_reference(text), from.get()});
+    }
     // Whether nobody but its maker holds it, and nobody listens to it.
-    bool IsReleased();
-
-    STDMETHODIMP QueryInterface(REFIID id, void** object) override;
-    STDMETHODIMP_(ULONG) AddRef() override { return DispatchDouble::AddRef(); }
-    STDMETHODIMP_(ULONG) Release() override { return DispatchDouble::Release(); }
+    bool IsReleased() {
+        AddRef();
+        return Release() == 1 && events_->empty();
+    }
 
     STDMETHODIMP Navigate2(VARIANT* url, VARIANT*, VARIANT*, VARIANT*, VARIANT*) override {
-        return Do("Navigate2 " + Variant(*url).Text().value_or(""));
+        return Do("Navigate2", Variant(*url).Text().value_or(""));
     }
-    STDMETHODIMP Quit() override { return Do("Quit"); }
-    STDMETHODIMP get_Document(IDispatch** answer) override;
+    STDMETHODIMP Quit() override { return Do("Quit", ""); }
+    STDMETHODIMP get_Document(IDispatch** answer) override {
+        const HRESULT result = Give(answer, page.get());
+        if (*answer) (*answer)->AddRef();
+        return FAILED(result) || *answer ? result : S_FALSE;
+    }
     STDMETHODIMP get_Busy(VARIANT_BOOL* answer) override { return Give(answer, busy); }
-    STDMETHODIMP get_ReadyState(READYSTATE* answer) override { return Give(answer, ready_state); }
+    STDMETHODIMP get_ReadyState(READYSTATE* answer) override {
+        return Give(answer, READYSTATE_COMPLETE);
+    }
     STDMETHODIMP get_Name(BSTR* answer) override {
         return Give(answer, SysAllocString(Bstr(name).get()));
     }
@@ -117,20 +132,12 @@ private:
         *answer = SUCCEEDED(result) ? value : T{};
         return result;
     }
-    template <typename T>
-    HRESULT Take(const char* member, T& place, T value) {
-        const HRESULT result = Do(member + (" " + std::to_string(value)));
-        if (SUCCEEDED(result)) place = value;
-        return result;
-    }
-    HRESULT Do(const std::string& line) {
+    HRESULT Do(const std::string& member, const std::string& value) {
         const HRESULT result = Result();
-        if (SUCCEEDED(result)) lines.push_back(line);
+        if (SUCCEEDED(result)) lines.push_back(member + " " + value);
         return result;
     }
 
-    Faults own_;
-    Faults& faults_;
     ComPtr<EventSource> events_;
 };
 

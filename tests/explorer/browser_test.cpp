@@ -1,49 +1,62 @@
-#include <gtest/gtest.h>
-
-#include "explorer/browser_double.h"
-#include "explorer/browser_log.h"
-#include "explorer/explorer_machine.h"
-#include "explorer/page_double.h"
-#include "explorer/window_double.h"
+#include "explorer/explorer_rig.h"
 #include "platform/explorer/browser_objects.h"
+#include "platform/explorer/content_browser.h"
 #include "platform/explorer/explorer_launcher.h"
 #include "support/virtual_clock.h"
 
 namespace tamrin::test {
 namespace {
 
-using Strings = std::vector<std::string>;
-
-class BrowserTest : public testing::Test {
+class BrowserTest : public ExplorerTest {
 protected:
-    BrowserTest() {
-        it->page = world.Open("<input id=a value=v>").document();
-        calls.SetNow([this] { return now; });
-    }
-    std::unique_ptr<ExplorerBrowser> Made() {
-        return std::make_unique<ExplorerBrowser>(calls, ComPtr<IWebBrowser2>(it.get()));
-    }
+    BrowserTest() { Open("<input id=a value=v>"); }
     void TearDown() override {
-        it->page = nullptr;
-        EXPECT_TRUE(world.IsReleased());
-        EXPECT_TRUE(it->IsReleased());
+        listed.clear();
+        ExplorerTest::TearDown();
+    }
+    // A browser that the shell lists.
+    ComPtr<BrowserDouble> List(HWND window, const std::string& name = "Internet Explorer") {
+        const ComPtr<BrowserDouble> made(new BrowserDouble(world.faults));
+        made->window = window;
+        made->name = name;
+        made->page = world.Open("<p>", 11).document();
+        listed.push_back(made);
+        return made;
+    }
+    static std::uint64_t Number(HWND window) { return reinterpret_cast<std::uintptr_t>(window); }
+
+    // Makes a browser, or fails as that one's calls do.
+    static std::function<ComPtr<IWebBrowser2>(HRESULT&)> Maker(const ComPtr<BrowserDouble>& made) {
+        return [&made](HRESULT& failure) {
+            failure = made->failure;
+            return FAILED(failure) ? nullptr : ComPtr<IWebBrowser2>(made.get());
+        };
     }
 
-    std::uint64_t now = 0;
-    ComCalls calls;
-    PageWorld world;
-    ComPtr<BrowserDouble> it{new BrowserDouble};
+    const HWND front = reinterpret_cast<HWND>(20), back = reinterpret_cast<HWND>(10);
+    std::vector<ComPtr<BrowserDouble>> listed;
+    ExplorerSources sources{[this] {
+                                std::vector<ComPtr<IWebBrowser2>> browsers;
+                                for (const auto& entry : listed) {
+                                    if (IsIeWindow(calls, *entry.get()))
+                                        browsers.emplace_back(entry.get());
+                                }
+                                return browsers;
+                            },
+                            [this] { return std::vector<HWND>{front, back}; }, Maker(it)};
+    std::string why;
 };
 
-TEST_F(BrowserTest, TellsTheWindowFromItsFramesByIdentity) {
-    const auto browser = Made();
-    BrowserLog log;
-    auto connection = browser->Connect(log);
-    const ComPtr<BrowserDouble> frame(new BrowserDouble);
+TEST_F(BrowserTest, TellsTheWindowFromItsFramesAndBringsThePageThatIsLeftAlong) {
+    const Document left = browser->document();
+    Log log(*browser, left);
+    const ComPtr<BrowserDouble> frame(new BrowserDouble(world.faults));
     it->Fire(DISPID_BEFORENAVIGATE2, "http://site/next");
+    page->active = &El("a");
     it->Fire(DISPID_BEFORENAVIGATE2, "javascript:f()");
     it->Fire(DISPID_BEFORENAVIGATE2, "http://site/inner", frame.get());
     it->Fire(DISPID_NAVIGATECOMPLETE2, "http://site/inner", frame.get());
+    it->page = world.Open("<input id=b>", 11).document();
     it->Fire(DISPID_NAVIGATECOMPLETE2, "http://site/next");
     it->Fire(DISPID_DOCUMENTCOMPLETE, "http://site/inner", frame.get());
     it->Fire(DISPID_DOCUMENTCOMPLETE, "http://site/next");
@@ -52,16 +65,21 @@ TEST_F(BrowserTest, TellsTheWindowFromItsFramesByIdentity) {
     EXPECT_EQ(log.lines, Strings());
     browser->DeliverEvents();
     EXPECT_EQ(log.lines,
-              (Strings{"before http://site/next", "before http://site/inner", "shown",
+              (Strings{"before http://site/next =", "before http://site/inner a=v", "shown",
                        "frame complete", "complete", "error http://nowhere/ 0x800C0005"}));
-    connection.reset();
+    EXPECT_EQ(left.url() + browser->document().Named("b").by_id.id(), "b");
+    EXPECT_FALSE(left.Connect(log));
+    log.connection.reset();
     it->Fire(DISPID_DOCUMENTCOMPLETE, "http://site/next");
     browser->DeliverEvents();
     EXPECT_EQ(log.lines.size(), 6U);
 }
 
-TEST_F(BrowserTest, IsBusyFromTheCallOn) {
-    const auto browser = Made();
+TEST_F(BrowserTest, IsBusyFromTheCallOnAndBehindADialogBox) {
+    auto window = std::make_unique<BrowserWindowDouble>();
+    it->window = window->frame;
+    const Element a = Open("<input id=a>").Named("a").by_id;
+    Log log(*browser);
     EXPECT_FALSE(browser->Busy());
     EXPECT_EQ(browser->ReadyState(), 4);
     EXPECT_TRUE(browser->Navigate("http://site/日本"));
@@ -78,63 +96,24 @@ TEST_F(BrowserTest, IsBusyFromTheCallOn) {
     EXPECT_FALSE(browser->Busy());
     it->busy = VARIANT_TRUE;
     EXPECT_TRUE(browser->Busy());
+    it->busy = VARIANT_FALSE;
     for (const HRESULT waits_for_its_user : {RPC_E_CALL_REJECTED, RPC_E_SERVERCALL_RETRYLATER}) {
         it->failure = waits_for_its_user;
-        EXPECT_TRUE(browser->Busy());
-        EXPECT_TRUE(browser->Alive());
+        EXPECT_TRUE(browser->Busy() && browser->Alive());
     }
     it->failure = E_FAIL;
     EXPECT_FALSE(browser->Busy());
-}
-
-TEST_F(BrowserTest, IsBusyBehindADialogBoxAndGoneWithItsWindow) {
-    const auto window = std::make_unique<BrowserWindowDouble>();
-    it->window = window->frame;
-    const auto browser = Made();
-    BrowserLog log;
-    const auto connection = browser->Connect(log);
-    const Element a = browser->document().Named("a").by_id;
-    const HWND box = MakeWindow(L"#32770", window->content, WS_POPUP | WS_VISIBLE, {});
+    it->failure = S_OK;
+    const HWND box = MakeWindow(L"#32770", window->content, WS_POPUP);
     EXPECT_TRUE(browser->Busy());
     EXPECT_FALSE(a.click());
     DestroyWindow(box);
     EXPECT_FALSE(browser->Busy());
     EXPECT_TRUE(a.click() && browser->Alive());
-    DestroyWindow(window->frame);
+    window.reset();
     EXPECT_FALSE(browser->Alive());
     browser->DeliverEvents();
-    EXPECT_EQ(log.lines, Strings{"quit"});
-}
-
-TEST_F(BrowserTest, BringsThePageThatIsLeftAlong) {
-    class Nobody : public DocumentEvents {
-        void onclick() override {}
-        void onfocusin() override {}
-        void onbeforedeactivate() override {}
-        void onkeypress(int) override {}
-        void onsubmit() override {}
-    } nobody;
-    class Reader : public BrowserLog {
-    public:
-        explicit Reader(Document document) : page(std::move(document)) {}
-        void BeforeNavigate2(const std::string&) override {
-            lines.push_back(page.activeElement().id() + page.activeElement().value());
-        }
-        Document page;
-    };
-    const auto browser = Made();
-    Reader reader(browser->document());
-    const auto page_connection = reader.page.Connect(nobody);
-    const auto connection = browser->Connect(reader);
-    world.page().Focus(world.page().El("a"));
-    world.page().El("a").value = "typed";
-    it->Fire(DISPID_BEFORENAVIGATE2, "http://site/next");
-    it->page = world.Open("<input id=b>").document();
-    it->Fire(DISPID_NAVIGATECOMPLETE2, "http://site/next");
-    EXPECT_EQ(reader.page.url(), "");
-    browser->DeliverEvents();
-    EXPECT_EQ(reader.lines, (Strings{"atyped", "shown"}));
-    EXPECT_EQ(browser->document().Named("b").by_id.id(), "b");
+    EXPECT_EQ(log.lines, (Strings{"before http://site/y", "quit"}));
 }
 
 TEST_F(BrowserTest, GivesEverythingBackWhenTheBrowserIsGone) {
@@ -143,16 +122,14 @@ TEST_F(BrowserTest, GivesEverythingBackWhenTheBrowserIsGone) {
           RPC_E_DISCONNECTED, RPC_E_SERVER_DIED, RPC_E_SERVER_DIED_DNE, CO_E_OBJNOTCONNECTED}) {
         SCOPED_TRACE(failure);
         it->failure = S_OK;
-        const auto browser = Made();
-        BrowserLog log;
-        const auto connection = browser->Connect(log);
-        const Document page = browser->document();
-        EXPECT_EQ(page.Named("a").by_id.value(), "v");
+        const Document shown = Open("<input id=a value=v>");
+        Log log(*browser);
+        EXPECT_EQ(shown.Named("a").by_id.value(), "v");
         it->failure = failure;
         if (failure == S_OK) it->Fire(DISPID_ONQUIT);
         EXPECT_FALSE(browser->Busy() || browser->Alive() || browser->document());
         EXPECT_FALSE(browser->Navigate("x"));
-        EXPECT_EQ(page.url() + page.Named("a").by_id.id(), "");
+        EXPECT_EQ(shown.url() + shown.Named("a").by_id.id(), "");
         EXPECT_EQ(browser->State(), WindowState());
         EXPECT_TRUE(it->IsReleased());
         browser->Quit();
@@ -163,105 +140,91 @@ TEST_F(BrowserTest, GivesEverythingBackWhenTheBrowserIsGone) {
 }
 
 TEST_F(BrowserTest, StandsAsItIsPut) {
-    const auto browser = Made();
     for (const WindowBars bars :
          {WindowBars{.tool = true, .address = true}, WindowBars{.menu = true, .status = true}}) {
-        const WindowState state{{10, 20, 800, 600}, bars, false};
+        const WindowState state{{10, 20, 800, 600}, bars, !bars.tool};
         browser->SetPlace(state.place);
         browser->SetBars(state.bars);
         browser->SetVisible(bars.tool);
+        it->FullScreen = bars.tool ? VARIANT_FALSE : VARIANT_TRUE;
         EXPECT_EQ(browser->State(), state);
         EXPECT_EQ(it->lines.back(), bars.tool ? "Visible -1" : "Visible 0");
     }
-    it->FullScreen = VARIANT_TRUE;
-    EXPECT_TRUE(browser->State().full_screen);
     it->failure = E_FAIL;
     EXPECT_EQ(browser->State(), WindowState());
     EXPECT_EQ(browser->Handle(), 0U);
-    EXPECT_TRUE(browser->Alive());
 }
 
-// Two windows of which the second is in front, a folder's, and one that is minimised.
-class WindowsTest : public BrowserTest {
-protected:
-    WindowsTest() {
-        const auto handle = [](int number) { return reinterpret_cast<HWND>(number); };
-        it->window = handle(10);
-        front->window = handle(20);
-        front->name = "WINDOWS Internet Explorer";
-        front->page = world.Open("<p>").document();
-        folder->window = handle(30);
-        folder->name = "Windows エクスプローラー";
-        hidden->window = handle(40);
-        listed = {it.get(), front.get(), folder.get(), hidden.get()};
-        sources = {[this] {
-                       std::vector<ComPtr<IWebBrowser2>> browsers;
-                       for (auto* entry : listed) {
-                           if (IsIeWindow(calls, *entry)) browsers.emplace_back(entry);
-                       }
-                       return browsers;
-                   },
-                   [handle] { return std::vector<HWND>{handle(30), handle(20), handle(10)}; },
-                   Maker(it)};
-    }
-    void TearDown() override {
-        front->page = nullptr;
-        BrowserTest::TearDown();
-    }
-    // Makes a browser, or fails as that one's calls do.
-    static std::function<ComPtr<IWebBrowser2>(HRESULT&)> Maker(const ComPtr<BrowserDouble>& made) {
-        return [&made](HRESULT& failure) {
-            failure = made->failure;
-            return FAILED(failure) ? nullptr : ComPtr<IWebBrowser2>(made.get());
-        };
-    }
-
-    ComPtr<BrowserDouble> front{new BrowserDouble};
-    ComPtr<BrowserDouble> folder{new BrowserDouble};
-    ComPtr<BrowserDouble> hidden{new BrowserDouble};
-    std::vector<BrowserDouble*> listed;
-    ExplorerSources sources;
-    NoInput input;
-    std::string why;
-};
-
-TEST_F(WindowsTest, AreTheVisibleBrowsersInTheOrderOfTheScreen) {
+TEST_F(BrowserTest, IsListedInTheOrderOfTheScreenAndFoundByItsFocus) {
+    List(back);
+    const auto first = List(front, "WINDOWS Internet Explorer");
+    page = world.pages.back().get();
+    List(front, "エクスプローラー");
+    List(reinterpret_cast<HWND>(30));  // minimised
     ExplorerWindows windows(calls, sources);
     const auto visible = windows.Visible();
     ASSERT_EQ(visible.size(), 2U);
-    EXPECT_EQ(visible[0]->Handle(), 20U);
-    EXPECT_EQ(visible[1]->Handle(), 10U);
+    EXPECT_EQ(visible[0]->Handle(), Number(front));
+    EXPECT_EQ(visible[1]->Handle(), Number(back));
     EXPECT_EQ(windows.Visible(), visible);
     EXPECT_FALSE(windows.Focused());
-    world.page().focused = true;
-    const auto focused = windows.Focused();
-    EXPECT_EQ(focused, visible[0]);
-    BrowserLog log;
-    const auto connection = focused->Connect(log);
-    front->Fire(DISPID_DOCUMENTCOMPLETE, "http://site/");
+    page->focused = true;
+    EXPECT_EQ(windows.Focused(), visible[0]);
+    Log log(*visible[0]);
+    first->Fire(DISPID_DOCUMENTCOMPLETE, "http://site/");
     windows.DeliverEvents();
     EXPECT_EQ(log.lines, Strings{"complete"});
-    front->failure = RPC_E_DISCONNECTED;
+    first->failure = RPC_E_DISCONNECTED;
     EXPECT_EQ(windows.Visible().size(), 1U);
 }
 
-TEST_F(WindowsTest, AreOpenedAndCreated) {
-    ExplorerLauncher launcher(calls, sources, input);
+// What the launcher needs, and nothing of it is used here.
+class NoInput : public Input {
+    ScreenPoint GetCursorPos() override { return {}; }
+    void SetCursorPos(ScreenPoint) override {}
+    void LeftButton(bool) override {}
+    bool SendKeys(const std::vector<KeyStroke>&) override { return false; }
+} no_input;
+
+TEST_F(BrowserTest, IsOpenedAndCreatedAndAnswersWithADocumentOrNot) {
     ExplorerWindows windows(calls, sources);
-    EXPECT_TRUE(launcher.Create(why));
-    EXPECT_TRUE(windows.Open("", why));
-    EXPECT_TRUE(windows.Open("http://x/", why));
+    EXPECT_TRUE(ExplorerLauncher(calls, sources, no_input).Create(why));
+    EXPECT_TRUE(windows.Open("", why) && windows.Open("http://x/", why));
     EXPECT_EQ(it->lines, (Strings{"Visible -1", "Navigate2 about:blank", "Visible -1",
                                   "Navigate2 http://x/"}));
     EXPECT_EQ(why, "");
     it->failure = REGDB_E_CLASSNOTREG;
-    EXPECT_FALSE(launcher.Create(why) || windows.Open("", why));
+    EXPECT_FALSE(windows.Open("", why));
     EXPECT_NE(why, "");
-    sources.create_medium = Maker(front);
-    EXPECT_EQ(ExplorerLauncher(calls, sources, input).Create(why)->Handle(), 20U);
+    // Which of the two kinds there are, and which show a page.
+    const struct {
+        bool plain, plain_page, medium, medium_page, answers, made_medium;
+    } rows[] = {{true, true, true, true, true, false},
+                {true, false, true, true, true, true},
+                {false, false, true, true, true, true},
+                {true, false, true, false, false, false},
+                {false, false, false, false, false, false}};
+    const auto medium = List(front);
+    it->window = medium->window = GetDesktopWindow();
+    sources.create_medium = Maker(medium);
+    const ComPtr<IDispatch> shown = it->page;
+    for (const auto& row : rows) {
+        it->failure = row.plain ? S_OK : REGDB_E_CLASSNOTREG;
+        medium->failure = row.medium ? S_OK : REGDB_E_CLASSNOTREG;
+        it->page = row.plain_page ? shown : nullptr;
+        medium->page = row.medium_page ? shown : nullptr;
+        it->lines.clear();
+        *sources.medium = false;
+        VirtualClock clock;
+        EXPECT_EQ(ExplorerAnswers(calls, sources, clock), row.answers);
+        EXPECT_EQ(clock.Elapsed() >= 5000, row.plain && !row.plain_page);
+        EXPECT_LE(clock.Elapsed(), 10100U);
+        EXPECT_EQ(*sources.medium, row.made_medium);
+        EXPECT_EQ(it->lines, row.plain ? (Strings{"Navigate2 about:blank", "Quit "}) : Strings());
+    }
 }
 
-TEST_F(WindowsTest, FollowABrowserIntoAnotherProcess) {
+TEST_F(BrowserTest, IsFollowedIntoAnotherProcess) {
     const struct {
         std::uint64_t dies_at, comes_at;
         bool quits, moves;
@@ -271,92 +234,137 @@ TEST_F(WindowsTest, FollowABrowserIntoAnotherProcess) {
                 {100, 100, true, false}};
     for (const auto& row : rows) {
         SCOPED_TRACE(row.comes_at);
-        listed = {folder.get(), hidden.get()};
+        listed.clear();
+        List(back);  // was there before
         it->failure = S_OK;
         now = 0;
-        ExplorerLauncher launcher(calls, sources, input);
-        const auto browser = launcher.Create(why);
-        BrowserLog log;
-        const auto connection = browser->Connect(log);
-        EXPECT_TRUE(browser->Navigate("http://intranet/"));
-        if (row.quits) browser->Quit();
+        ExplorerLauncher launcher(calls, sources, no_input);
+        const auto made = launcher.Create(why);
+        Log log(*made);
+        EXPECT_TRUE(made->Navigate("http://intranet/"));
+        if (row.quits) made->Quit();
         now = row.dies_at;
         it->failure = RPC_E_DISCONNECTED;
-        browser->Busy();
-        EXPECT_FALSE(browser->document());
+        made->Busy();
+        EXPECT_FALSE(made->document());
         now = row.comes_at;
-        EXPECT_EQ(browser->Busy(), row.moves);
-        listed.push_back(front.get());
-        EXPECT_EQ(browser->Alive(), row.moves);
-        EXPECT_EQ(browser->Handle(), row.moves ? 20U : 0U);
-        front->Fire(DISPID_DOCUMENTCOMPLETE);
-        front->Fire(DISPID_ONQUIT);
+        EXPECT_EQ(made->Busy(), row.moves);
+        const auto successor = List(front);
+        EXPECT_EQ(made->Alive(), row.moves);
+        EXPECT_EQ(made->Handle(), row.moves ? Number(front) : 0U);
+        successor->Fire(DISPID_DOCUMENTCOMPLETE);
+        successor->Fire(DISPID_ONQUIT);
         launcher.DeliverEvents();
         EXPECT_EQ(log.lines, row.moves ? (Strings{"complete", "quit"}) : Strings{"quit"});
-        EXPECT_FALSE(browser->Alive());
+        EXPECT_FALSE(made->Alive());
     }
-    it->failure = S_OK;
 }
 
-TEST_F(WindowsTest, AnswerWithADocumentOrNot) {
-    // Which of the two there are, and what they show.
-    const struct {
-        bool plain, plain_page, medium, medium_page, answers, made_medium;
-    } rows[] = {{true, true, true, true, true, false},
-                {true, false, true, true, true, true},
-                {false, false, true, true, true, true},
-                {true, false, true, false, false, false},
-                {false, false, false, false, false, false}};
-    const ComPtr<IDispatch> page = it->page;
-    it->window = front->window = GetDesktopWindow();
-    sources.create_medium = Maker(front);
-    for (const auto& row : rows) {
-        it->failure = row.plain ? S_OK : REGDB_E_CLASSNOTREG;
-        front->failure = row.medium ? S_OK : REGDB_E_CLASSNOTREG;
-        it->page = row.plain_page ? page : nullptr;
-        front->page = row.medium_page ? page : nullptr;
-        it->lines.clear();
-        *sources.medium = false;
-        VirtualClock clock;
-        EXPECT_EQ(ExplorerAnswers(calls, sources, clock), row.answers);
-        const bool waits = row.plain && !row.plain_page;
-        EXPECT_GE(clock.Elapsed(), waits ? 5000U : 0U);
-        EXPECT_LE(clock.Elapsed(), 10100U);
-        EXPECT_EQ(*sources.medium, row.made_medium);
-        EXPECT_EQ(it->lines, row.plain ? (Strings{"Navigate2 about:blank", "Quit"}) : Strings());
+// A page that Edge shows: a window of Edge's with a content window that answers for its document.
+class ContentTest : public BrowserTest {
+protected:
+    ContentTest() {
+        sources.z_order = [this] { return std::vector<HWND>{edge.frame, edge.content}; };
+        sources.contents = ContentWindows;
+        Show("http://site/");
+        page->focused = true;
     }
-    it->failure = S_OK;
+    void Show(const std::string& url) {
+        page = &world.Open("<input id=a value=v>", 11, url);
+        it->page = page->document();
+        edge.Show(it->page.get());
+    }
+    BrowserWindowDouble edge{L"Chrome_WidgetWin_1"};
+};
+
+TEST_F(ContentTest, IsFoundWhereTheShellDoesNotListIt) {
+    ExplorerWindows windows(calls, sources);
+    const auto found = windows.Focused();
+    ASSERT_TRUE(found);
+    EXPECT_EQ(windows.Visible(), std::vector<std::shared_ptr<Browser>>{found});
+    EXPECT_EQ(found->Handle(), Number(edge.frame));
+    EXPECT_EQ(found->document().Named("a").by_id.value(), "v");
+    EXPECT_EQ(found->ReadyState(), 4);
+    EXPECT_FALSE(found->Busy());
+    EXPECT_EQ(found->State(),
+              (WindowState{{100, 50, 600, 500}, {true, false, true, false}, false}));
+    found->SetPlace({110, 60, 620, 520});
+    EXPECT_TRUE(Pump([&] { return found->State().place == WindowPlace{110, 60, 620, 520}; }));
+    const HWND box = MakeWindow(L"#32770", edge.frame, WS_POPUP);
+    EXPECT_TRUE(found->Busy());
+    DestroyWindow(box);
+    found->Quit();
+    EXPECT_EQ(page->went_to, "closed");
 }
 
-// The browser of the system that runs the test, in a process of its own; some know no more of it.
-TEST(SystemBrowser, IsMadeShownAndMissed) {
-    ComCalls calls;
-    ShellList list(calls);
-    for (int pass = 0; pass < 2; ++pass) list.Browsers();
-    HRESULT failure = S_OK;
-    auto object = SystemSources(calls).create(failure);
-    if (!object) GTEST_SKIP() << "no browser: " << std::hex << failure;
-    ExplorerBrowser browser(calls, std::move(object));
-    BrowserLog log;
-    Strings lines;
-    calls.Trace([&lines](const std::string& line) { lines.push_back(line); });
-    const auto connection = browser.Connect(log);
-    browser.SetVisible(true);
-    // NOLINTNEXTLINE(performance-no-int-to-ptr): the number is the handle
-    const auto window = reinterpret_cast<HWND>(browser.Handle());
-    EXPECT_TRUE(IsWindowVisible(window));
-    EXPECT_TRUE(browser.Alive());
-    EXPECT_EQ(lines, Strings());
-    DWORD process_id = 0;
-    GetWindowThreadProcessId(window, &process_id);
-    const HANDLE process = OpenProcess(PROCESS_TERMINATE, FALSE, process_id);
-    EXPECT_TRUE(TerminateProcess(process, 1));
-    CloseHandle(process);
-    EXPECT_TRUE(Pump([&] {
-        browser.Alive();
-        browser.DeliverEvents();
-        return log.lines == Strings{"quit"};
-    }));
+TEST_F(ContentTest, IsItsBrowserWhereThePageGivesOne) {
+    world.browser = it.get();
+    ExplorerWindows windows(calls, sources);
+    const auto found = windows.Focused();
+    ASSERT_TRUE(found);
+    Log log(*found);
+    it->Fire(DISPID_DOCUMENTCOMPLETE, "http://site/");
+    windows.DeliverEvents();
+    EXPECT_EQ(log.lines, Strings{"complete"});
+    EXPECT_EQ(found->Handle(), Number(edge.frame));
+    EXPECT_EQ(windows.Visible(), std::vector<std::shared_ptr<Browser>>{found});
+    // Listed after all, in that frame or in another, it is no other window.
+    listed.push_back(it);
+    for (const HWND frame : {edge.frame, edge.content}) {
+        it->window = frame;
+        EXPECT_EQ(ExplorerWindows(calls, sources).Visible().size(), 1U);
+    }
+}
+
+TEST_F(ContentTest, TellsOfItsPagesAndItsEnd) {
+    ContentBrowser content(calls, {edge.frame, edge.content});
+    EXPECT_TRUE(content.document().hasFocus());
+    content.DeliverEvents();
+    EXPECT_EQ(ObjectDouble<IHTMLDocument>::alive, 1) << "it keeps no page of which it tells nobody";
+    Log log(content);
+    const Document old = content.document();
+    EXPECT_TRUE(content.Navigate("http://site/b"));
+    EXPECT_EQ(page->went_to, "http://site/b");
+    EXPECT_EQ(old.url(), "http://site/");
+    Show("http://site/b");
+    page->ready_state = "loading";
+    EXPECT_TRUE(content.Busy());
+    EXPECT_EQ(content.ReadyState(), 1);
+    EXPECT_EQ(old.url(), "");
+    EXPECT_EQ(content.document().url(), "http://site/b");
+    content.DeliverEvents();
+    const Strings shown = {"before http://site/b", "shown"};
+    EXPECT_EQ(log.lines, shown);
+    page->ready_state = "complete";
+    now = 199;  // it does not ask at each turn
+    content.DeliverEvents();
+    EXPECT_EQ(log.lines, shown);
+    now = 200;
+    content.DeliverEvents();
+    DestroyWindow(edge.content);
+    now = 400;
+    EXPECT_FALSE(content.Alive() || content.document());
+    content.DeliverEvents();
+    EXPECT_EQ(log.lines, (Strings{"before http://site/b", "shown", "complete", "quit"}));
+}
+
+TEST(ScreenWindows, AreSearchedForTheLastContentThatHasAHeight) {
+    constexpr wchar_t kServer[] = L"Internet Explorer_Server", kView[] = L"Shell DocObject View";
+    const HWND frame = MakeWindow(L"STATIC", nullptr, WS_POPUP, {100, 50, 700, 450});
+    const auto add = [](const wchar_t* name, HWND parent, int height) {
+        return MakeWindow(name, parent, WS_CHILD, {20, 30, 520, 30 + height});
+    };
+    EXPECT_EQ(FindIeServerWindow(nullptr), nullptr);
+    const HWND tab = add(kView, frame, 400);
+    EXPECT_EQ(FindIeServerWindow(frame), nullptr);
+    const HWND hidden = add(kServer, tab, 0);
+    EXPECT_EQ(FindIeServerWindow(frame), hidden) << "the only one";
+    const HWND tall = add(kServer, add(kView, frame, 400), 300);
+    add(kServer, add(kView, frame, 400), 0);
+    EXPECT_EQ(FindIeServerWindow(frame), tall) << "not one without a height";
+    const HWND inner = add(kServer, add(kView, tall, 100), 10);
+    EXPECT_EQ(FindIeServerWindow(frame), inner) << "not the tallest, and at any depth";
+    DestroyWindow(frame);
 }
 
 }  // namespace

@@ -1,210 +1,221 @@
-#include <gtest/gtest.h>
 #include <objidl.h>
 
 #include <atomic>
 
-#include "explorer/browser_double.h"
-#include "explorer/page_double.h"
-#include "explorer/window_double.h"
+#include "explorer/explorer_rig.h"
+#include "platform/explorer/browser_objects.h"
 #include "platform/explorer/call_filter.h"
-#include "platform/explorer/dispatch_object.h"
-#include "platform/explorer/explorer_browser.h"
 
 namespace tamrin::test {
 namespace {
 
-using Strings = std::vector<std::string>;
+using CallsTest = ExplorerTest;
 
-TEST(DispatchObject, AnswersValuesAndTracesFailures) {
-    PageWorld world;
-    PageDouble& page = world.Open("");
-    std::function<Variant()> value;
-    const ComPtr<PageObject> object(
-        new PageObject(page, nullptr, [&](const std::string& name, const EventArguments& a) {
-            if (name == "MISSING") return Variant::Failure(DISP_E_MEMBERNOTFOUND);
-            if (name != "JOIN") return value();
-            return Variant(*a.At(0).Text() + "|" + *a.At(1).Text() + "|" + *a.At(2).Text());
-        }));
-    ComCalls calls;
-    Strings lines;
-    calls.Trace([&lines](const std::string& line) { lines.push_back(line); });
-    const DispatchObject it(ComPtr<IDispatch>(object.get()),
-                            std::make_shared<ObjectType>(calls, "it"));
-    const auto null = static_cast<IDispatch*>(nullptr);
+TEST_F(CallsTest, AnswerTextsAndNumbers) {
+    const auto none = std::nullopt;
     const struct {
-        std::function<Variant()> value;
+        Variant value;
         std::optional<std::string> text;
         std::optional<double> number;
-    } rows[] = {{[] { return Variant("日本🚀"); }, "日本🚀", std::nullopt},
-                {[] { return Variant("1.5"); }, "1.5", 1.5},
-                {[] { return Variant(true); }, "True", -1},
-                {[] { return Variant(false); }, "False", 0},
-                {[] { return Variant(-7); }, "-7", -7},
-                {[] { return Variant(""); }, "", std::nullopt},
-                {[] { return Variant(); }, std::nullopt, std::nullopt},
-                {[&] { return Variant(null); }, std::nullopt, std::nullopt},
-                {[&] { return Variant(object.get()); }, std::nullopt, std::nullopt}};
+    } rows[] = {{Variant("日本🚀"), "日本🚀", none},
+                {Variant("1.5"), "1.5", 1.5},
+                {Variant(true), "True", -1},
+                {Variant(false), "False", 0},
+                {Variant(-7), "-7", -7},
+                {Variant(""), "", none},
+                {Variant(), none, none},
+                {Variant(nullptr), none, none}};
     for (const auto& row : rows) {
-        value = row.value;
-        const Variant read = it.Get("Value");
-        EXPECT_EQ(read.Text(), row.text);
-        EXPECT_EQ(read.Number(), row.number);
-        EXPECT_EQ(static_cast<bool>(read.Object()), &row == std::end(rows) - 1);
+        EXPECT_EQ(row.value.Text(), row.text);
+        EXPECT_EQ(row.value.Number(), row.number);
     }
-    EXPECT_EQ(it.Call("join", Variant("a"), Variant(2), Variant(true)).Text(), "a|2|True");
-    value = rows[0].value;
-    world.first_number += 1000;  // the page has changed its objects
-    EXPECT_EQ(it.Text("Value"), "日本🚀");
-    EXPECT_EQ(lines, Strings());
+}
 
-    EXPECT_TRUE(it.Get("missing").Failed());
-    EXPECT_FALSE(it.Put("value", Variant(1)));
-    world.faults = {.failing = 0, .how = DISP_E_EXCEPTION};
-    world.faults.calls = -1;  // the name is asked for first
-    EXPECT_TRUE(it.Call("text").Failed());
-    EXPECT_EQ(lines, (Strings{"get it.missing: 0x80020003", "put it.value: 0x80020003",
-                              "call it.text: 0x80004005 駄目  "}));
-    const DispatchObject none;
-    EXPECT_TRUE(!none && none.Get("x").Failed() && none.Call("x").Failed() &&
-                none.Text("x").empty());
+TEST_F(CallsTest, AreTracedWhenTheyFailAndAskAgainForNumbers) {
+    const Document shown = Open("<input id=a value=v>");
+    const Element a = shown.Named("a").by_id;
+    EXPECT_EQ(a.id(), "a");
+    world.first_number += 1000;  // the page has changed its objects
+    EXPECT_EQ(a.id(), "a");
+    trace.clear();
+    world.faults = {.calls = -1, .failing = 0, .how = DISP_E_EXCEPTION};  // the name comes first
+    EXPECT_EQ(a.selectedIndex() + a.Get("src"), "");
+    EXPECT_EQ(trace, Strings{"get INPUT.src: 0x80004005 駄目  "});
+}
+
+// Each call of each object of the browser fails once: nothing crashes, and nothing is kept.
+TEST_F(CallsTest, LoseNothingWhenAnyOfThemFails) {
+    constexpr HRESULT kFailures[] = {E_FAIL,
+                                     E_ACCESSDENIED,
+                                     RPC_E_DISCONNECTED,
+                                     RPC_E_CALL_REJECTED,
+                                     DISP_E_UNKNOWNNAME,
+                                     DISP_E_MEMBERNOTFOUND,
+                                     DISP_E_EXCEPTION,
+                                     S_FALSE /* Null, or no answer */};
+    const auto drive = [this](int mode) {
+        const Document shown = Open(
+            "<form id=f><input id=a value=v><select id=s><option>x</select><button id=b></button>"
+            "</form><a id=l href=x>l</a><iframe id=i></iframe><input type=checkbox>",
+            mode);
+        Log log(*browser, shown);
+        log.during = [&log](const std::string&) {
+            const Element active = log.page.activeElement();
+            for (const Element& e : {active, active.form(), active.DefaultButton()})
+                e.getAttribute("alt");
+        };
+        page->Focus(El("a"));
+        page->Fire(&El("a"), "onkeypress", 13);
+        it->Fire(DISPID_BEFORENAVIGATE2, "http://site/next");
+        it->Fire(DISPID_DOCUMENTCOMPLETE, "http://site/next");
+        browser->DeliverEvents();
+        browser->SetPlace({});
+        browser->SetBars({});
+        browser->State();
+        shown.links();
+        for (const Frame& frame : shown.frames()) frame.document.Named("x");
+        const Element select = shown.Named("s").by_id;
+        select.OptionTexts();
+        select.Put("selectedIndex", "1");
+        if (mode > 9) select.fireEvent("onchange");  // costs a thread
+        browser->Busy();
+        browser->Navigate("http://site/");
+        it->Fire(DISPID_NAVIGATECOMPLETE2, "http://site/next");
+        browser->Quit();
+        browser->DeliverEvents();
+    };
+    for (const int mode : {11, 7}) {
+        int all = 1;
+        for (int call = -1; call < all; ++call) {
+            const auto row = static_cast<std::size_t>(call + mode) % std::size(kFailures);
+            SCOPED_TRACE(testing::Message() << "call " << call << " fails as " << row);
+            world.faults = {.failing = call, .how = kFailures[row]};
+            drive(mode);
+            if (call < 0) all = world.faults.calls;
+            browser = nullptr;
+            it->page = nullptr;
+            ASSERT_TRUE(world.IsReleased() && it->IsReleased());
+        }
+        EXPECT_GT(all, 100);
+    }
 }
 
 // A browser in a program of its own, whose page asks its user and waits for the answer.
-class OtherBrowserTest : public testing::Test {
+class OtherBrowserTest : public CallsTest {
 protected:
-    // A browser window that shows a page with an element "k".
-    std::unique_ptr<ExplorerBrowser> Show(const std::string& html, bool with_box, int mode = 11) {
-        browser_->page = program_.Give([&] {
-            window_ = std::make_unique<BrowserWindowDouble>();
-            world_ = std::make_unique<PageWorld>();
-            world_->box = [this, with_box] {
-                const HWND box =
-                    with_box ? MakeWindow(L"#32770", window_->frame, WS_POPUP | WS_VISIBLE, {})
-                             : nullptr;
-                // A box handles messages, a page that hangs does not.
+    // A page with an element "k"; without a box it hangs while it waits.
+    Element Show(const std::string& html, bool with_box, int mode = 11) {
+        it->page = program.Give([&] {
+            world.box = [this, with_box] {
+                const HWND frame = program.window->frame;
+                const HWND box = with_box ? MakeWindow(L"#32770", frame, WS_POPUP) : nullptr;
                 const DWORD wakes = with_box ? QS_ALLINPUT : 0;
-                while (MsgWaitForMultipleObjects(1, &answered_, FALSE, INFINITE, wakes)) {
+                while (MsgWaitForMultipleObjects(1, &answered, FALSE, INFINITE, wakes)) {
                     MSG message;
                     while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
                         DispatchMessageW(&message);
                 }
                 DestroyWindow(box);
-                return answer_.load();
+                return answer.load();
             };
-            return world_->Open(html, mode).document();
+            return world.Open(html, mode).document();
         });
-        browser_->window = window_->frame;
-        return std::make_unique<ExplorerBrowser>(calls, ComPtr<IWebBrowser2>(browser_.get()));
+        it->window = program.window->frame;
+        browser = std::make_unique<ExplorerBrowser>(calls, ComPtr<IWebBrowser2>(it.get()));
+        return browser->document().Named("k").by_id;
     }
     // Answers the page's question. What the page has said follows.
-    std::string Answer(bool answer) {
-        answer_ = answer;
-        SetEvent(answered_);
+    std::string Answer(bool yes) {
+        answer = yes;
+        SetEvent(answered);
         std::string said;
-        program_.Do([&] { said = world_->page().said; });
+        program.window->Do([&] { said = world.pages.back()->said; });
         return said;
     }
     void TearDown() override {
-        browser_->page = nullptr;
+        browser = nullptr;
+        it->page = nullptr;
         // What was left behind comes back.
         bool released = false;
         EXPECT_TRUE(Pump([&] {
-            program_.Do([&] { released = world_->IsReleased(); });
+            program.window->Do([&] { released = world.IsReleased(); });
             return released;
         }));
-        program_.Do([this] {
-            world_ = nullptr;
-            window_ = nullptr;
-        });
-        CloseHandle(answered_);
+        CloseHandle(answered);
     }
 
-    ComCalls calls;
-
-private:
-    const HANDLE answered_ = CreateEventW(nullptr, FALSE, FALSE, nullptr);
-    std::atomic<bool> answer_ = false;
-    OtherProgram program_;
-    std::unique_ptr<PageWorld> world_;
-    std::unique_ptr<BrowserWindowDouble> window_;
-    ComPtr<BrowserDouble> browser_{new BrowserDouble};
+    HANDLE answered = CreateEventW(nullptr, FALSE, FALSE, nullptr);
+    std::atomic<bool> answer = false;
+    OtherProgram program;
 };
 
 TEST_F(OtherBrowserTest, IsBusyWhileItsPageAsksItsUser) {
     const CallFilter filter(calls, {});
-    const auto browser = Show("<input type=button id=k onclick=say(confirm())>", true);
-    for (const auto& [answer, said] : {std::pair(true, "true"), {false, "true,false"}}) {
-        const Element button = browser->document().Named("k").by_id;
+    const Element button = Show("<input type=button id=k onclick=ask onchange=ask>", true, 9);
+    std::string said;
+    for (const bool yes : {true, false}) {
         EXPECT_FALSE(browser->Busy());
         EXPECT_TRUE(button.click());
         EXPECT_TRUE(browser->Busy());
         EXPECT_FALSE(button.click() || button.Put("value", "x"));  // nobody acts behind a box
-        EXPECT_EQ(Answer(answer), said);
-        EXPECT_FALSE(browser->Busy());
+        EXPECT_EQ(Answer(yes), said += yes ? "yes " : "no ");
     }
-}
-
-TEST_F(OtherBrowserTest, TakesAFieldThatAsks) {
-    const auto browser = Show("<input id=k onchange=alert()>", true, 9);
-    const Element field = browser->document().Named("k").by_id;
-    EXPECT_TRUE(field.Change("value", "山"));
+    EXPECT_TRUE(button.Change("value", "山"));
     EXPECT_TRUE(browser->Busy());
     Answer(true);
-    EXPECT_EQ(field.value(), "山");
+    EXPECT_EQ(button.value(), "山");
 }
 
 TEST_F(OtherBrowserTest, IsLeftToItselfWhenTheUserStops) {
     int asked = 0;
-    const CallFilter filter(calls, {.stop_requested = [&asked] { return ++asked == 3; }});
-    const auto browser = Show("<input type=button id=k onclick=say(confirm())>", false);
-    const Element button = browser->document().Named("k").by_id;
+    const CallFilter filter(calls,
+                            {.stop_requested = [&asked] { return ++asked == 3; }, .window_ms = 10});
+    const Element button = Show("<input type=button id=k onclick=ask>", false);
     EXPECT_TRUE(button.click());
     EXPECT_EQ(asked, 3);
-    EXPECT_EQ(Answer(true), "true");
+    EXPECT_FALSE(GetDocumentFromWindow(calls, program.window->content));
+    EXPECT_EQ(Answer(true), "yes ");
 }
 
 // What COM asks of a thread whose call waits.
-class CallFilterTest : public testing::Test {
-protected:
-    static DWORD Asked(const std::function<DWORD(IMessageFilter&)>& ask) {
-        IMessageFilter* filter = nullptr;
-        CoRegisterMessageFilter(nullptr, &filter);
-        const DWORD answer = ask(*filter);
-        IMessageFilter* none = nullptr;
-        CoRegisterMessageFilter(filter, &none);
-        filter->Release();
-        return answer;
-    }
-    static DWORD Pending(DWORD waited) {
-        return Asked([waited](IMessageFilter& filter) {
-            return filter.MessagePending(nullptr, waited, PENDINGTYPE_TOPLEVEL);
-        });
-    }
-    ComCalls calls;
-};
+DWORD Asked(const std::function<DWORD(IMessageFilter&)>& ask) {
+    IMessageFilter* filter = nullptr;
+    CoRegisterMessageFilter(nullptr, &filter);
+    const DWORD answer = ask(*filter);
+    IMessageFilter* none = nullptr;
+    CoRegisterMessageFilter(filter, &none);
+    filter->Release();
+    return answer;
+}
+DWORD Pending(DWORD waited) {
+    return Asked([waited](IMessageFilter& filter) {
+        return filter.MessagePending(nullptr, waited, PENDINGTYPE_TOPLEVEL);
+    });
+}
+DWORD Rejected(DWORD waited) {
+    return Asked([waited](IMessageFilter& filter) {
+        return filter.RetryRejectedCall(nullptr, waited, SERVERCALL_RETRYLATER);
+    });
+}
 
-TEST_F(CallFilterTest, GivesUpAfterATimeOrWhenStopped) {
+TEST_F(CallsTest, EndAfterATimeOrWhenStopped) {
+    constexpr auto kGiveUp = static_cast<DWORD>(-1);
     bool stop = false;
     const CallFilter filter(calls,
                             {.stop_requested = [&stop] { return stop; }, .longest_ms = 5500});
     EXPECT_EQ(Pending(5499), PENDINGMSG_WAITDEFPROCESS);
     EXPECT_EQ(Pending(5500), PENDINGMSG_CANCELCALL);
-    const auto rejected = [](DWORD waited) {
-        return Asked([waited](IMessageFilter& asked) {
-            return asked.RetryRejectedCall(nullptr, waited, SERVERCALL_RETRYLATER);
-        });
-    };
-    EXPECT_EQ(rejected(4999), 100U);
-    EXPECT_EQ(rejected(5000), static_cast<DWORD>(-1));
+    EXPECT_EQ(Rejected(4999), 100U);
+    EXPECT_EQ(Rejected(5000), kGiveUp);
     stop = true;
     EXPECT_EQ(Pending(499), PENDINGMSG_WAITDEFPROCESS);
     EXPECT_EQ(Pending(500), PENDINGMSG_CANCELCALL);
-    EXPECT_EQ(rejected(500), static_cast<DWORD>(-1));
+    EXPECT_EQ(Rejected(500), kGiveUp);
 }
 
-TEST_F(CallFilterTest, PaintsAndLeavesEverythingElseInTheQueue) {
-    const HWND window = MakeWindow(L"TamrinTestWindow", nullptr, WS_OVERLAPPEDWINDOW | WS_VISIBLE,
-                                   {0, 0, 100, 100});
+TEST_F(CallsTest, PaintAndLeaveEverythingElseInTheQueue) {
+    const HWND window =
+        MakeWindow(L"TamrinTestWindow", nullptr, WS_OVERLAPPEDWINDOW, {0, 0, 100, 100});
     const CallFilter filter(calls,
                             {.means_stop = [](const MSG& m) { return m.wParam == VK_ESCAPE; }});
     InvalidateRect(window, nullptr, TRUE);
@@ -218,6 +229,14 @@ TEST_F(CallFilterTest, PaintsAndLeavesEverythingElseInTheQueue) {
     EXPECT_TRUE(PeekMessageW(&message, window, WM_KEYDOWN, WM_KEYDOWN, PM_REMOVE));
     DestroyWindow(window);
 }
+
+// The thread of the tests is an apartment, as that of the program is.
+class ApartmentOfTests : public testing::Environment {
+    void SetUp() override { apartment_.emplace(); }
+    void TearDown() override { apartment_.reset(); }
+    std::optional<Apartment> apartment_;
+};
+const auto* const apartment = testing::AddGlobalTestEnvironment(new ApartmentOfTests);
 
 }  // namespace
 }  // namespace tamrin::test

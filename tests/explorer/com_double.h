@@ -3,7 +3,7 @@
 #include <windows.h>
 
 #include <ocidl.h>
-#include <olectl.h>
+#include <servprov.h>
 
 #include <map>
 #include <vector>
@@ -17,34 +17,10 @@ namespace tamrin::test {
 struct Faults {
     int calls = 0;
     int failing = -1;  // none
-    bool all_after = false;
     HRESULT how = S_OK;
 
     // How the call that is being made is to end; S_OK for as usual.
-    HRESULT Next() {
-        const int call = calls++;
-        const bool fails = failing >= 0 && (all_after ? call >= failing : call == failing);
-        return fails ? how : S_OK;
-    }
-};
-
-// An object of the browser; those that somebody holds are counted.
-template <typename Interface>
-class DispatchDouble : public ComObject<Interface> {
-public:
-    DispatchDouble() { ++alive; }
-    ~DispatchDouble() override { --alive; }
-    static inline int alive = 0;
-
-    STDMETHODIMP GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
-    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override {
-        return DISP_E_UNKNOWNNAME;
-    }
-    STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
-                        UINT*) override {
-        return DISP_E_MEMBERNOTFOUND;
-    }
+    HRESULT Next() { return calls++ == failing ? how : S_OK; }
 };
 
 // The subscriptions to one event interface of an object.
@@ -53,7 +29,6 @@ public:
     EventSource(Faults& faults, const IID& interface_id)
         : faults_(faults), interface_id_(interface_id) {}
 
-    const IID& interface_id() const { return interface_id_; }
     bool empty() const { return sinks_.empty(); }
 
     STDMETHODIMP GetConnectionInterface(IID*) override { return E_NOTIMPL; }
@@ -63,16 +38,12 @@ public:
     STDMETHODIMP EnumConnections(IEnumConnections**) override { return E_NOTIMPL; }
     STDMETHODIMP Advise(IUnknown* sink, DWORD* cookie) override {
         if (const HRESULT fault = faults_.Next(); FAILED(fault)) return fault;
-        ComPtr<IDispatch> events;
-        // The browser asks for the event interface itself, not for IDispatch.
-        if (FAILED(sink->QueryInterface(interface_id_, reinterpret_cast<void**>(events.Out()))))
-            return CONNECT_E_CANNOTCONNECT;
         *cookie = ++last_;
-        sinks_.emplace(*cookie, std::move(events));
-        return S_OK;
+        // The browser asks for the event interface itself, not for IDispatch.
+        return sink->QueryInterface(interface_id_, reinterpret_cast<void**>(sinks_[*cookie].Out()));
     }
     STDMETHODIMP Unadvise(DWORD cookie) override {
-        return sinks_.erase(cookie) == 1 ? S_OK : CONNECT_E_NOCONNECTION;
+        return sinks_.erase(cookie) == 1 ? S_OK : E_FAIL;
     }
 
     // Fires an event; its arguments are in reverse order. False when a sink vetoed what follows.
@@ -82,9 +53,9 @@ public:
         for (const auto& [cookie, sink] : sinks) {
             DISPPARAMS parameters{reversed.data(), nullptr, static_cast<UINT>(reversed.size()), 0};
             VARIANT answer{};
-            sink->Invoke(event, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &parameters,
-                         &answer, nullptr, nullptr);
-            if (answer.vt != VT_BOOL || answer.boolVal != VARIANT_TRUE) goes_on = false;
+            sink->Invoke(event, IID_NULL, 0, DISPATCH_METHOD, &parameters, &answer, nullptr,
+                         nullptr);
+            goes_on = goes_on && answer.vt == VT_BOOL && answer.boolVal == VARIANT_TRUE;
         }
         return goes_on;
     }
@@ -96,21 +67,55 @@ private:
     DWORD last_ = 0;
 };
 
-// What an object with events adds to its class: it gives out its event source.
-class EventContainer : public IConnectionPointContainer {
+// An object of the browser, with events and services. Those that somebody holds are counted.
+template <typename Interface>
+class ObjectDouble : public ComObject<Interface>,
+                     public IConnectionPointContainer,
+                     public IServiceProvider {
 public:
-    virtual ~EventContainer() = default;
+    explicit ObjectDouble(Faults& faults) : faults_(faults) { ++alive; }
+    ~ObjectDouble() override { --alive; }
+    static inline int alive = 0;
+
+    STDMETHODIMP QueryInterface(REFIID id, void** object) override {
+        if (id == IID_IConnectionPointContainer) {
+            *object = static_cast<IConnectionPointContainer*>(this);
+        } else if (id == IID_IServiceProvider) {
+            *object = static_cast<IServiceProvider*>(this);
+        } else {
+            return ComObject<Interface>::QueryInterface(id, object);
+        }
+        AddRef();
+        return S_OK;
+    }
+    STDMETHODIMP_(ULONG) AddRef() override { return ComObject<Interface>::AddRef(); }
+    STDMETHODIMP_(ULONG) Release() override { return ComObject<Interface>::Release(); }
+    STDMETHODIMP GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
+    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override {
+        return DISP_E_UNKNOWNNAME;
+    }
+    STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
+                        UINT*) override {
+        return DISP_E_MEMBERNOTFOUND;
+    }
     STDMETHODIMP EnumConnectionPoints(IEnumConnectionPoints**) override { return E_NOTIMPL; }
     STDMETHODIMP FindConnectionPoint(REFIID id, IConnectionPoint** point) override {
-        EventSource* const source = Source(id);
-        *point = source;
+        EventSource* const source = SUCCEEDED(faults_.Next()) ? Source(id) : nullptr;
         if (source) source->AddRef();
-        return source ? S_OK : CONNECT_E_NOCONNECTION;
+        *point = source;
+        return source ? S_OK : E_NOINTERFACE;
     }
+    STDMETHODIMP QueryService(REFGUID, REFIID, void**) override { return E_NOINTERFACE; }
 
 protected:
+    bool Knows(REFIID id) const override {
+        return id == IID_IDispatch || id == __uuidof(Interface);
+    }
     // Null when it does not have these events.
     virtual EventSource* Source(REFIID id) = 0;
+
+    Faults& faults_;
 };
 
 }  // namespace tamrin::test

@@ -2,12 +2,9 @@
 
 #include <algorithm>
 #include <array>
-#include <iterator>
-#include <regex>
-#include <set>
 #include <sstream>
 
-#include "platform/text.h"
+#include "platform/explorer/member_numbers.h"
 
 namespace tamrin::test {
 namespace {
@@ -19,428 +16,361 @@ const std::map<std::string, DISPID> kEvents = {{"onclick", -600},
                                                {"onbeforedeactivate", 1034},
                                                {"onfocusin", 1048}};
 
-bool IsOneOf(const std::string& word, const std::set<std::string>& words) {
-    return words.contains(word);
-}
+using Nodes = std::vector<Node*>;
+
 bool IsControl(const Node& node) {
-    return IsOneOf(node.tag, {"INPUT", "SELECT", "TEXTAREA", "BUTTON", "FIELDSET"});
+    constexpr std::string_view kTags[] = {"INPUT", "SELECT", "BUTTON", "TEXTAREA"};
+    return std::ranges::find(kTags, node.tag) != std::end(kTags);
 }
-bool HasName(const Node& node) {
-    return IsControl(node) || node.IsFrame() || IsOneOf(node.tag, {"FORM", "A", "IMG", "MAP"});
-}
-bool IsLink(const Node& node) { return IsOneOf(node.tag, {"A", "AREA"}) && node.Has("href"); }
 
 std::string TypeOf(const Node& node) {
-    if (node.tag == "SELECT") return node.Has("multiple") ? "select-multiple" : "select-one";
+    if (node.tag == "SELECT") return "select-one";
     if (node.tag == "TEXTAREA") return "textarea";
-    const std::string type = LowerCase(node.Attribute("type"));
-    if (node.tag == "BUTTON") return type.empty() ? "submit" : type;
-    const bool known =
-        IsOneOf(type, {"password", "email", "number", "date", "color", "range", "hidden", "file",
-                       "checkbox", "radio", "submit", "reset", "button", "image"});
-    return known ? type : "text";
+    return node.Has("type") ? node.Attribute("type") : node.tag == "BUTTON" ? "submit" : "text";
 }
 
-// Text as it is seen: blanks count once.
-std::string Seen(const std::string& text) {
-    std::istringstream words(text);
-    std::string seen;
-    for (std::string word; words >> word;) seen += (seen.empty() ? "" : " ") + word;
-    return seen;
-}
-
-std::string OptionValue(const Node& option) {
-    return option.Has("value") ? option.Attribute("value") : Seen(option.InnerText());
-}
-
-// Where the origin of an address ends: at the path.
-std::string OriginOf(const std::string& url) { return url.substr(0, url.find('/', 8)); }
-
-std::string Escaped(const std::string& text, bool all) {
-    std::ostringstream escaped;
-    for (const unsigned char c : text) {
-        const bool kept = all ? std::isalnum(c) != 0 : c < 0x80;
-        if (kept) {
-            escaped << c;
-        } else {
-            escaped << '%' << std::hex << std::uppercase << static_cast<int>(c);
-        }
-    }
-    return escaped.str();
-}
-
-Variant Missing() { return Variant::Failure(DISP_E_MEMBERNOTFOUND); }
-
-// The place of a node in the page: left, top, right and bottom stand in data-box.
-std::array<double, 4> BoxOfNode(const Node& node) {
-    std::array<double, 4> box{};
+std::array<int, 4> BoxOfNode(const Node& node) {
+    std::array<int, 4> box{};
     std::istringstream numbers(node.Attribute("data-box"));
-    for (double& number : box) numbers >> number;
+    for (int& number : box) numbers >> number;
     return box;
 }
 
-void ReadNode(Node& node) {
-    std::map<std::string, std::string> attributes;
-    for (const auto& [name, value] : node.attributes) attributes[LowerCase(name)] = value;
-    node.attributes = std::move(attributes);
-    const bool toggles = node.tag == "INPUT" && IsOneOf(TypeOf(node), {"checkbox", "radio"});
-    if (toggles && !node.Has("value")) node.value = "on";
-    const auto options = node.tag == "SELECT" ? node.Below("OPTION") : std::vector<Node*>();
-    for (std::size_t i = 0; i < options.size(); ++i) {
-        if (options[i]->Has("selected")) node.selected = static_cast<int>(i);
+// A member that is read, or called with arguments.
+struct Call {
+    PageDouble& page;
+    Node& e;  // the node, or the first one of a list
+    const Nodes& nodes;
+    const int number;
+    const EventArguments& a;
+    const std::string text = a.At(0).Text().value_or("");
+
+    Variant Found(const Nodes& found) const {
+        return page.Give(found.empty() ? nullptr : found.front());
     }
-    for (const auto& child : node.children) ReadNode(*child);
+    Variant List(const Nodes& list) const { return page.Make("list", list); }
+    Variant At(double x, double y) const {
+        Nodes hit;
+        for (Node* node : e.Below("*")) {
+            const auto [left, top, right, bottom] = BoxOfNode(*node);
+            if (x >= left && x < right && y >= top && y < bottom) hit = {node};
+        }
+        return Found(hit);
+    }
+    Variant Item() const {
+        if (const auto index = a.At(0).Number())
+            return page.Give(nodes.at(static_cast<std::size_t>(*index)));
+        Nodes named = nodes;
+        std::erase_if(named, [this](const Node* node) {
+            return node->Attribute("id") != text && node->Attribute("name") != text;
+        });
+        return named.size() > 1 ? List(named) : Found(named);
+    }
+    Variant Controls() const {
+        Nodes controls = e.Below("*");
+        std::erase_if(controls, [](const Node* node) { return !IsControl(*node); });
+        return List(controls);
+    }
+    Variant Attribute() const {
+        // Old documents answer the property of that name, if not asked for what is written.
+        if (page.mode < 8 && a.At(1).Number() != 2) return Variant("its property");
+        return e.Has(text) ? Variant(e.Attribute(text)) : Variant(static_cast<IDispatch*>(nullptr));
+    }
+    Variant Contains() const {
+        const auto is = [this](const auto& known) {
+            return known.second == a.At(0).Object().get();
+        };
+        const Node* node = std::ranges::find_if(page.objects, is)->first;
+        while (node && node != &e) node = node->parent;
+        return Variant(node == &e);
+    }
+    Variant Act() const {
+        if (TypeOf(e) == "checkbox" && !e.Has("disabled")) e.checked = !e.checked;
+        if (TypeOf(e) == "radio") e.checked = true;
+        return Variant(e.Has("disabled") || page.Fire(&e, "onclick"));
+    }
+};
+
+Nodes Frames(const PageDouble& page) {
+    Nodes frames = page.root->Below("*");
+    std::erase_if(frames, [](const Node* node) { return !node->IsFrame(); });
+    return frames;
 }
+
+int Size(const Nodes& nodes) { return static_cast<int>(nodes.size()); }
+
+struct Member {
+    const char* name;
+    std::string kinds;  // of the objects that have it; "*" for all elements
+    Variant (*read)(const Call&);
+    int from = 0, to = 11;  // the document modes that have it
+};
+
+// Everything that the objects of a page have.
+const Member kMembers[] = {
+    {"URL", "document", [](const Call& c) { return Variant(c.page.url); }},
+    {"documentMode", "document", [](const Call& c) { return Variant(c.page.mode); }},
+    {"readyState", "document", [](const Call& c) { return Variant(c.page.ready_state); }},
+    {"hasFocus", "document", [](const Call& c) { return Variant(c.page.focused); }},
+    {"documentElement", "document", [](const Call& c) { return c.Found(c.e.Below("HTML")); }},
+    {"activeElement", "document", [](const Call& c) { return c.page.Give(c.page.active); }},
+    {"location", "document", [](const Call& c) { return c.page.Make("location"); }},
+    {"href", "location", [](const Call& c) { return Variant(c.page.url); }},
+    {"forms", "document", [](const Call& c) { return c.List(c.e.Below("FORM")); }},
+    {"links", "document", [](const Call& c) { return c.List(c.e.Below("A")); }},
+    {"getElementById", "document",
+     [](const Call& c) { return c.Found(c.page.With("id", c.text)); }},
+    {"getElementsByName", "document",
+     [](const Call& c) { return c.List(c.page.With("name", c.text)); }},
+    {"elementFromPoint", "document",
+     [](const Call& c) { return c.At(*c.a.At(0).Number(), *c.a.At(1).Number()); }},
+    {"defaultView", "document", [](const Call& c) { return c.page.Make("window"); }, 9},
+    {"parentWindow", "document", [](const Call& c) { return c.page.Make("window"); }, 0, 9},
+    {"createEvent", "document", [](const Call& c) { return c.page.Make("event"); }, 9},
+    {"initEvent", "event",
+     [](const Call& c) { return Variant(c.page.event_type = "on" + c.text); }},
+    {"keyCode", "event", [](const Call& c) { return Variant(c.number); }},
+    {"getElementsByTagName", "document *", [](const Call& c) { return c.List(c.e.Below(c.text)); }},
+    {"length", "list", [](const Call& c) { return Variant(Size(c.nodes)); }},
+    {"item", "list", [](const Call& c) { return c.Item(); }},
+    {"length", "window", [](const Call& c) { return Variant(Size(Frames(c.page))); }},
+    {"item", "window",
+     [](const Call& c) {
+         return c.page.frames.at(Frames(c.page).at(*c.a.At(0).Number()))->Make("window");
+     }},
+    {"document", "window",
+     [](const Call& c) {
+         const bool denied = c.page.url.starts_with("http://other/");
+         return denied ? Variant::Failure(E_ACCESSDENIED) : c.page.Give(c.page.root.get());
+     }},
+    {"screen", "window",
+     [](const Call& c) {
+         return c.page.screen_dpi ? c.page.Make("screen") : c.page.Give(nullptr);
+     }},
+    {"close", "window", [](const Call& c) { return Variant(c.page.went_to = "closed"); }},
+    {"deviceXDPI", "screen", [](const Call& c) { return Variant(c.page.screen_dpi); }},
+    {"logicalXDPI", "screen", [](const Call&) { return Variant(96); }},
+    {"tagName", "*", [](const Call& c) { return Variant(c.e.tag); }},
+    {"id", "*", [](const Call& c) { return Variant(c.e.Attribute("id")); }},
+    {"innerText", "*", [](const Call& c) { return Variant(c.e.InnerText()); }},
+    {"getAttribute", "*", [](const Call& c) { return c.Attribute(); }},
+    {"getAttributeNode", "*",
+     [](const Call& c) { return c.page.Make("attribute", {}, c.e.Has(c.text)); }},
+    {"specified", "attribute", [](const Call& c) { return Variant(c.number == 1); }},
+    {"contains", "HTML", [](const Call& c) { return c.Contains(); }},
+    {"isContentEditable", "*", [](const Call& c) { return Variant(c.e.Has("contenteditable")); }},
+    {"scrollIntoView", "*", [](const Call& c) { return Variant(c.page.said += "scrolled "); }},
+    {"click", "*", [](const Call& c) { return c.Act(); }},
+    {"fireEvent", "*", [](const Call& c) { return Variant(c.page.Fire(&c.e, c.text)); }, 0, 9},
+    {"dispatchEvent", "*",
+     [](const Call& c) { return Variant(c.page.Fire(&c.e, c.page.event_type)); }, 9},
+    {"clientLeft", "*", [](const Call&) { return Variant(2); }},
+    {"clientTop", "*", [](const Call&) { return Variant(3); }},
+    {"parentElement", "*",
+     [](const Call& c) { return c.page.Give(c.e.tag == "HTML" ? nullptr : c.e.parent); }},
+    {"sourceIndex", "*",
+     [](const Call& c) {
+         const Nodes all = c.page.root->Below("*");
+         return Variant(static_cast<int>(std::ranges::find(all, &c.e) - all.begin()));
+     }},
+    {"getBoundingClientRect", "*", [](const Call& c) { return c.page.Make("rectangle", {&c.e}); }},
+    {"left", "rectangle", [](const Call& c) { return Variant(BoxOfNode(c.e)[0]); }},
+    {"top", "rectangle",
+     [](const Call& c) { return Variant(std::to_string(BoxOfNode(c.e)[1]) + ".4"); }},
+    {"right", "rectangle", [](const Call& c) { return Variant(BoxOfNode(c.e)[2]); }},
+    {"bottom", "rectangle", [](const Call& c) { return Variant(BoxOfNode(c.e)[3]); }},
+    {"contentWindow", "IFRAME FRAME",
+     [](const Call& c) { return c.page.frames.at(&c.e)->Make("window"); }},
+    {"src", "IFRAME FRAME INPUT", [](const Call& c) { return Variant(c.e.Attribute("src")); }},
+    {"href", "A", [](const Call& c) { return Variant("http://site/" + c.e.Attribute("href")); }},
+    {"elements", "FORM", [](const Call& c) { return c.Controls(); }},
+    {"name", "FORM A IFRAME FRAME INPUT SELECT BUTTON TEXTAREA",
+     [](const Call& c) { return Variant(c.e.Attribute("name")); }},
+    {"type", "INPUT SELECT BUTTON TEXTAREA", [](const Call& c) { return Variant(TypeOf(c.e)); }},
+    {"disabled", "INPUT", [](const Call& c) { return Variant(c.e.Has("disabled")); }},
+    {"form", "INPUT SELECT BUTTON TEXTAREA", [](const Call& c) { return c.page.Give(c.e.Form()); }},
+    {"checked", "INPUT", [](const Call& c) { return Variant(c.e.checked); }},
+    {"value", "INPUT TEXTAREA BUTTON", [](const Call& c) { return Variant(c.e.value); }},
+    {"value", "SELECT",
+     [](const Call& c) { return Variant(c.e.Below("OPTION").at(c.e.selected)->InnerText()); }},
+    {"value", "OPTION", [](const Call& c) { return Variant(c.e.InnerText()); }},
+    {"value", "LI", [](const Call&) { return Variant(3); }},
+    {"text", "OPTION", [](const Call& c) { return Variant(c.e.InnerText()); }},
+    {"options", "SELECT", [](const Call& c) { return c.List(c.e.Below("OPTION")); }},
+    {"selectedIndex", "SELECT", [](const Call& c) { return Variant(c.e.selected); }},
+};
+
+bool Write(const Call& c, const std::string& name, const Variant& value) {
+    if (name == "href") return c.page.went_to = c.text, true;
+    if (name == "selectedIndex") return c.e.selected = value.get().lVal, true;
+    if (name == "checked") return c.e.checked = value.Truth(), true;
+    if (name == "innerText") return c.e.children.front()->text = c.text, true;
+    // A field drops what its type does not allow; newer documents keep LF alone.
+    const bool dropped = TypeOf(c.e) == "number" && c.text == "x";
+    c.e.value = dropped ? "" : c.text;
+    if (c.page.mode >= 9) std::erase(c.e.value, '\r');
+    return name == "value";
+}
+
+// An object of a page, as the browser gives it. Its members have numbers by their names, the same
+// for all objects; forms and documents also know theirs by those of mshtmdid.h.
+class PageObject : public ObjectDouble<IHTMLDocument> {
+public:
+    PageObject(PageDouble& page, std::string kind, Nodes nodes, int number)
+        : ObjectDouble(page.world.faults),
+          page_(page),
+          kind_(std::move(kind)),
+          nodes_(std::move(nodes)),
+          number_(number) {}
+    ~PageObject() override {
+        if (IsNode()) page_.objects.erase(nodes_.front());
+    }
+
+    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* number) override {
+        const std::string name = TextOf(names[0], std::char_traits<OLECHAR>::length(names[0]));
+        const auto member = std::ranges::find(kMembers, name, &Member::name);
+        if (faults_.Next() != S_OK || member == std::end(kMembers)) return DISP_E_UNKNOWNNAME;
+        *number = page_.world.first_number + static_cast<DISPID>(member - kMembers);
+        return S_OK;
+    }
+    STDMETHODIMP Invoke(DISPID number, REFIID, LCID, WORD flags, DISPPARAMS* parameters,
+                        VARIANT* answer, EXCEPINFO* exception, UINT*) override {
+        const ComPtr<PageObject> self(this);
+        const HRESULT fault = faults_.Next();
+        if (fault == S_FALSE && answer) answer->vt = VT_NULL;
+        if (fault == DISP_E_EXCEPTION) {
+            exception->scode = E_FAIL;
+            exception->bstrDescription = SysAllocString(L"駄目\r\n");
+        }
+        if (fault != S_OK) return fault;
+        const Member* const member = Find(number);
+        if (!member) return DISP_E_MEMBERNOTFOUND;
+        const Call call{page_, nodes_.empty() ? *page_.root : *nodes_.front(), nodes_, number_,
+                        EventArguments(*parameters)};
+        if (flags == DISPATCH_PROPERTYPUT)
+            return Write(call, member->name, call.a.At(0)) ? S_OK : DISP_E_MEMBERNOTFOUND;
+        Node* const hiding = Hiding(*member, number);
+        const Variant value = hiding ? page_.Give(hiding) : member->read(call);
+        if (value.Failed()) return value.error();
+        VARIANT shared = value.get();
+        return answer ? VariantCopy(answer, &shared) : S_OK;
+    }
+    STDMETHODIMP get_Script(IDispatch**) override { return E_NOTIMPL; }
+    STDMETHODIMP QueryService(REFGUID service, REFIID id, void** object) override {
+        *object = nullptr;
+        if (const HRESULT fault = faults_.Next(); FAILED(fault)) return fault;
+        if (service != IID_IWebBrowserApp || !page_.world.browser) return E_NOINTERFACE;
+        return page_.world.browser->QueryInterface(id, object);
+    }
+
+private:
+    bool IsNode() const { return kind_ == "document" || std::isupper(kind_[0]); }
+    bool HasFixed(const Member& member, DISPID number) const {
+        return HideableMember(kind_, member.name) == number;
+    }
+    const Member* Find(DISPID number) const {
+        for (const Member& member : kMembers) {
+            const auto index = std::ranges::find(kMembers, member.name, &Member::name) - kMembers;
+            const bool by_name = number == page_.world.first_number + static_cast<DISPID>(index);
+            const bool any = std::isupper(kind_[0]) && member.kinds.find('*') != std::string::npos;
+            const bool has =
+                any || (" " + member.kinds + " ").find(" " + kind_ + " ") != std::string::npos;
+            const bool known = page_.mode >= member.from && page_.mode <= member.to;
+            if (has && known && (by_name || HasFixed(member, number))) return &member;
+        }
+        return nullptr;
+    }
+    // The image or control whose name hides a member of the document or a form; null for none.
+    Node* Hiding(const Member& member, DISPID number) const {
+        const bool hides = (kind_ == "document" || kind_ == "FORM") && !HasFixed(member, number);
+        for (Node* node : hides ? page_.With("name", member.name) : Nodes()) {
+            if (node->Form() == (kind_ == "FORM" ? nodes_.front() : nullptr)) return node;
+        }
+        return nullptr;
+    }
+    EventSource* Source(REFIID id) override {
+        const bool document = kind_ == "document" && id == __uuidof(HTMLDocumentEvents2);
+        const bool form = kind_ == "FORM" && id == __uuidof(HTMLFormElementEvents2);
+        if (!document && !form) return nullptr;
+        auto& source = page_.sources[nodes_.front()];
+        if (!source) source = ComPtr<EventSource>(new EventSource(faults_, id));
+        return source.get();
+    }
+
+    PageDouble& page_;
+    const std::string kind_;
+    const Nodes nodes_;
+    const int number_;
+};
 
 }  // namespace
 
 PageDouble& PageWorld::Open(std::string_view html, int mode, const std::string& url) {
-    return *pages_.emplace_back(std::make_unique<PageDouble>(*this, html, mode, url));
+    return *pages.emplace_back(std::make_unique<PageDouble>(*this, html, mode, url));
 }
 
 bool PageWorld::IsReleased() const {
-    return PageObject::alive == 0 &&
-           std::ranges::all_of(pages_, [](const auto& page) { return page->IsReleased(); });
+    const auto silent = [](const auto& page) {
+        return std::ranges::all_of(page->sources, [](const auto& s) { return s.second->empty(); });
+    };
+    return PageObject::alive == 0 && std::ranges::all_of(pages, silent);
 }
 
 PageDouble::PageDouble(PageWorld& its_world, std::string_view html, int its_mode,
-                       std::string its_url, PageDouble* outer)
-    : world(its_world), url(std::move(its_url)), mode(its_mode), outer_(outer) {
-    const bool whole = html.find("<body") != html.npos || html.find("<frameset") != html.npos;
-    root_ = ParseHtml(whole ? std::string(html) : "<html><body>" + std::string(html));
-    ReadNode(*root_);
-    active = All([](const Node& n) { return n.tag == "BODY" || n.tag == "FRAMESET"; }).at(0);
-    for (Node* node : All([](const Node& n) { return n.Has("autofocus"); })) active = node;
-    for (Node* node : All([](const Node& n) { return n.IsFrame(); })) {
-        const std::string address = Absolute(node->Attribute("src"));
-        std::string inner = node->Attribute("srcdoc");
-        if (inner.empty() && world.fetch) inner = world.fetch(address).value_or("");
-        frames_.push_back({node, nullptr});
-        SetFrame(frames_.size() - 1, inner, address);
-    }
+                       std::string its_url)
+    : world(its_world),
+      url(std::move(its_url)),
+      mode(its_mode),
+      root(ParseHtml("<html><body>" + std::string(html))) {
+    active = root->Below("BODY").at(0);
+    for (Node* node : Frames(*this))
+        SetFrame(*node, node->Attribute("srcdoc"), node->Attribute("src"));
 }
 
-void PageDouble::SetFrame(std::size_t index, std::string_view html, const std::string& address) {
-    auto& page = frames_[index].page;
-    if (page) left_.push_back(std::move(page));
-    page = std::make_unique<PageDouble>(world, html, mode, address, this);
+void PageDouble::SetFrame(Node& frame, std::string_view html, const std::string& its_url) {
+    frames[&frame] = &world.Open(html, mode, its_url);
 }
 
-std::vector<Node*> PageDouble::All(const std::function<bool(const Node&)>& accept) {
-    auto nodes = root_->Below("*");
-    std::erase_if(nodes, [&](const Node* node) { return !accept(*node); });
+Nodes PageDouble::With(const std::string& attribute, std::string_view value) {
+    Nodes nodes = root->Below("*");
+    std::erase_if(nodes, [&](const Node* node) {
+        return !node->Has(attribute) || node->Attribute(attribute) != value;
+    });
     return nodes;
 }
 
-Node& PageDouble::El(std::string_view id) {
-    return *All([id](const Node& node) { return node.Attribute("id") == id; }).at(0);
-}
-
-bool PageDouble::IsReleased() const {
-    const auto released = [](const auto& page) { return page->IsReleased(); };
-    return std::ranges::all_of(sources_, [](const auto& s) { return s.second->empty(); }) &&
-           std::ranges::all_of(frames_, released, &Frame::page) &&
-           std::ranges::all_of(left_, released);
-}
-
-ComPtr<IDispatch> PageDouble::document() { return Give(root_.get()).Object(); }
-
 Variant PageDouble::Give(Node* node) {
     Variant none(static_cast<IDispatch*>(nullptr));
-    if (!node) {
-        // An old document answers no object as an object without an address.
-        if (mode < 9) none.Out()->vt = VT_DISPATCH;
-        return none;
-    }
-    if (const auto known = objects_.find(node); known != objects_.end())
+    // An old document answers no object as an object without an address.
+    if (!node && mode < 9) none.Out()->vt = VT_DISPATCH;
+    if (!node) return none;
+    if (const auto known = objects.find(node); known != objects.end())
         return Variant(known->second);
-    return Variant(new PageObject(*this, node, [this, node](const auto& name, const auto& a) {
-        return node == root_.get() ? ReadDocument(name, a) : ReadElement(*node, name, a);
-    }));
+    Variant made = Make(node == root.get() ? "document" : node->tag, {node});
+    objects[node] = made.get().pdispVal;
+    return made;
 }
 
-Variant PageDouble::Made(PageObject::Read read) {
-    return Variant(new PageObject(*this, nullptr, std::move(read)));
-}
-
-Node* PageDouble::Hiding(const Node& object, const std::string& name) {
-    const bool document = &object == root_.get();
-    const auto hiding = All([&](const Node& node) {
-        const bool hides = document ? node.tag == "FORM" || node.tag == "IMG" : IsControl(node);
-        return hides && UpperCase(node.Attribute("name")) == name;
-    });
-    for (Node* node : hiding) {
-        if (document || (object.tag == "FORM" && node->Form() == &object)) return node;
-    }
-    return nullptr;
-}
-
-Variant PageDouble::List(std::vector<Node*> nodes) {
-    return Made([this, nodes](const std::string& name, const EventArguments& a) {
-        if (name == "LENGTH") return Variant(static_cast<int>(nodes.size()));
-        if (name != "ITEM") return Missing();
-        const Variant key = a.At(0);
-        if (key.get().vt == VT_I4) {
-            const auto index = static_cast<std::size_t>(key.get().lVal);
-            return Give(index < nodes.size() ? nodes[index] : nullptr);
-        }
-        std::vector<Node*> named = nodes;
-        std::erase_if(named, [text = key.Text()](const Node* node) {
-            return node->Attribute("id") != text && node->Attribute("name") != text;
-        });
-        return named.size() > 1 ? List(named) : Give(named.empty() ? nullptr : named.front());
-    });
-}
-
-Variant PageDouble::Window() {
-    return Made([this](const std::string& name, const EventArguments& a) {
-        if (name == "LENGTH") return Variant(static_cast<int>(frames_.size()));
-        if (name == "ITEM")
-            return frames_[static_cast<std::size_t>(a.At(0).get().lVal)].page->Window();
-        if (name == "DOCUMENT") {
-            const bool denied =
-                outer_ && url.starts_with("http") && OriginOf(url) != OriginOf(outer_->url);
-            return denied ? Variant::Failure(E_ACCESSDENIED) : Variant(document().get());
-        }
-        if (name != "SCREEN") return Missing();
-        if (!screen_dpi) return Give(nullptr);
-        return Made([this](const std::string& dpi, const EventArguments&) {
-            return Variant(dpi == "DEVICEXDPI" ? screen_dpi : 96);
-        });
-    });
-}
-
-Variant PageDouble::ReadDocument(const std::string& name, const EventArguments& a) {
-    const std::string text = a.At(0).Text().value_or("");
-    const auto with = [&](const std::string& attribute) {
-        return All([&](const Node& node) { return node.Attribute(attribute) == text; });
-    };
-    if (name == "URL") return Variant(url);
-    if (name == "DOCUMENTMODE") return Variant(mode);
-    if (name == "READYSTATE") return Variant(ready_state);
-    if (name == "DOCUMENTELEMENT") return Give(root_->children.front().get());
-    if (name == "ACTIVEELEMENT") return Give(active);
-    if (name == "HASFOCUS") return Variant(focused);
-    if (name == "FORMS") return List(root_->Below("FORM"));
-    if (name == "LINKS") return List(All(IsLink));
-    if (name == "GETELEMENTSBYTAGNAME") return List(root_->Below(text));
-    if (name == "GETELEMENTBYID") return Give(with("id").empty() ? nullptr : with("id").front());
-    if (name == "LOCATION") return Give(root_.get());  // its "href" can be written
-    if (name == "PARENTWINDOW" && mode < 11) return Window();
-    if (name == "DEFAULTVIEW" && mode >= 9) return Window();
-    if (name == "GETELEMENTSBYNAME") {
-        auto named = with("name");
-        std::erase_if(named, [](const Node* node) { return !HasName(*node); });
-        return List(named);
-    }
-    if (name == "ELEMENTFROMPOINT") {
-        const int x = a.At(0).get().lVal, y = a.At(1).get().lVal;
-        const auto hits = All([x, y](const Node& node) {
-            const auto box = BoxOfNode(node);
-            return x >= box[0] && x < box[2] && y >= box[1] && y < box[3];
-        });
-        return Give(hits.empty() ? nullptr : hits.back());
-    }
-    if (name == "CREATEEVENT" && mode >= 9) {
-        return Made([this](const std::string&, const EventArguments& event) {
-            event_type_ = "on" + event.At(0).Text().value_or("");
-            return Variant();
-        });
-    }
-    return Missing();
-}
-
-Variant PageDouble::ReadElement(Node& e, const std::string& name, const EventArguments& a) {
-    const std::string text = a.At(0).Text().value_or("");
-    if (name == "TAGNAME") return Variant(e.tag);
-    if (name == "ID") return Variant(e.Attribute("id"));
-    if (name == "NAME" && HasName(e)) return Variant(e.Attribute("name"));
-    if (name == "PARENTELEMENT") return Give(e.parent == root_.get() ? nullptr : e.parent);
-    if (name == "INNERTEXT") return Variant(Seen(e.InnerText()));
-    if (name == "OUTERHTML") return Variant(e.OuterHtml());
-    if (name == "ISCONTENTEDITABLE") return Variant(e.Has("contenteditable"));
-    if (name == "CLIENTLEFT" || name == "CLIENTTOP")
-        return Variant(std::atoi(e.Attribute("data-border").c_str()));
-    if (name == "SOURCEINDEX") {
-        const auto all = root_->Below("*");
-        return Variant(static_cast<int>(std::ranges::find(all, &e) - all.begin()));
-    }
-    if (name == "GETELEMENTSBYTAGNAME") return List(e.Below(text));
-    if (name == "CONTAINS") {
-        const Node* other = static_cast<PageObject*>(a.At(0).Object().get())->node();
-        while (other && other != &e) other = other->parent;
-        return Variant(other == &e);
-    }
-    if (name == "GETBOUNDINGCLIENTRECT") {
-        return Made([box = BoxOfNode(e)](const std::string& edge, const EventArguments&) {
-            const char* const edges[] = {"LEFT", "TOP", "RIGHT", "BOTTOM"};
-            const auto at = std::ranges::find(edges, edge) - std::begin(edges);
-            return Variant(std::to_string(box[static_cast<std::size_t>(at)]));
-        });
-    }
-    if (name == "SCROLLINTOVIEW") return Variant(e.attributes["data-scrolled"] = "yes");
-    if (name == "CLICK") return ClickWithoutFocus(e), Variant();
-    if (name == "FIREEVENT" && mode < 11) return Variant(Fire(&e, text));
-    if (name == "DISPATCHEVENT" && mode >= 9) return Variant(Fire(&e, event_type_));
-    if (name == "GETATTRIBUTE") return ReadAttribute(e, LowerCase(text), a.At(1).Number() == 2);
-    if (name == "GETATTRIBUTENODE") {
-        const bool written = e.Has(LowerCase(text));
-        if (!written && mode >= 8) return Give(nullptr);
-        return Made([written](const auto&, const EventArguments&) { return Variant(written); });
-    }
-    if (name == "CONTENTWINDOW" && e.IsFrame())
-        return std::ranges::find(frames_, &e, &Frame::node)->page->Window();
-    if (name == "SRC" && (e.IsFrame() || e.tag == "IMG" || e.tag == "INPUT"))
-        return Variant(e.Has("src") ? Absolute(e.Attribute("src")) : "");
-    if (name == "HREF" && IsLink(e))
-        return e.parent->tag == "SVG" ? List({}) : Variant(Absolute(e.Attribute("href")));
-    return ReadControl(e, name);
-}
-
-Variant PageDouble::ReadAttribute(Node& e, const std::string& name, bool as_written) {
-    // Old documents answer the property of that name, if they are not asked for what is written.
-    if (mode < 8 && !as_written) return Variant("its property");
-    if (e.Has(name)) return Variant(e.Attribute(name));
-    return mode < 8 && name == "alt" ? Variant("") : Variant(static_cast<IDispatch*>(nullptr));
-}
-
-Variant PageDouble::ReadControl(Node& e, const std::string& name) {
-    const auto options = e.Below("OPTION");
-    if (name == "TEXT" && e.tag == "OPTION") return Variant(Seen(e.InnerText()));
-    if (name == "VALUE" && e.tag == "OPTION") return Variant(OptionValue(e));
-    if (name == "VALUE" && e.tag == "LI") return Variant(std::atoi(e.Attribute("value").c_str()));
-    if (name == "ELEMENTS" && e.tag == "FORM") {
-        auto controls = e.Below("*");
-        std::erase_if(controls, [](const Node* node) {
-            return !IsControl(*node) || (node->tag == "INPUT" && TypeOf(*node) == "image");
-        });
-        return List(controls);
-    }
-    if (!IsControl(e)) return Missing();
-    if (name == "TYPE") return Variant(TypeOf(e));
-    if (name == "DISABLED") return Variant(e.Has("disabled"));
-    if (name == "FORM") return Give(e.Form());
-    if (name == "CHECKED") return Variant(e.checked);
-    if (name == "OPTIONS") return List(options);
-    if (name == "LENGTH") return Variant(static_cast<int>(options.size()));
-    if (name == "SELECTEDINDEX") return Variant(e.selected);
-    if (name != "VALUE") return Missing();
-    if (e.tag != "SELECT") return Variant(e.value);
-    return Variant(e.selected < 0 ? "" : OptionValue(*options.at(e.selected)));
-}
-
-bool PageDouble::Write(Node& e, const std::string& name, const Variant& value) {
-    const std::string text = value.Text().value_or("");
-    if (name == "HREF") went_to = text;
-    if (name == "SELECTEDINDEX") e.selected = value.get().lVal;
-    if (name == "INNERTEXT") e.children.front()->text = text;
-    if (name == "CHECKED") Check(e, value.Truth());
-    if (name == "VALUE") {
-        const bool number = TypeOf(e) == "number";
-        // A field drops what its type does not allow; newer documents keep LF alone.
-        const bool dropped = number && text.find_first_not_of("0123456789.-") != text.npos;
-        e.value = dropped ? "" : text;
-        if (mode >= 9) std::erase(e.value, '\r');
-    }
-    return name == "HREF" || name == "SELECTEDINDEX" || name == "INNERTEXT" || name == "CHECKED" ||
-           name == "VALUE";
-}
-
-void PageDouble::Check(Node& node, bool checked) {
-    const bool radio = TypeOf(node) == "radio";
-    for (Node* other : All([&](const Node& n) { return radio && checked && n.tag == "INPUT"; })) {
-        if (other->Attribute("name") == node.Attribute("name")) other->checked = false;
-    }
-    node.checked = checked;
-}
-
-std::string PageDouble::Absolute(std::string address) const {
-    static const std::regex kScheme("[a-z]+:.*");
-    std::string base = url;
-    for (Node* node : root_->Below("BASE")) base = node->Attribute("href");
-    address = Escaped(address, false);
-    if (address.empty()) return "about:blank";
-    if (std::regex_match(address, kScheme)) return address;
-    if (address[0] == '/') return OriginOf(base) + address;
-    if (address[0] == '#') return base.substr(0, base.find('#')) + address;
-    if (address[0] == '?') return base.substr(0, base.find_first_of("?#")) + address;
-    return base.substr(0, base.rfind('/') + 1) + address;
-}
-
-bool PageDouble::RunHandler(const Node& at, const std::string& code) {
-    static const std::regex kSay("say\\('?([^')]*)");
-    const bool asks = code.find("confirm(") != code.npos || code.find("alert(") != code.npos;
-    const bool yes = !asks || !world.box || world.box();
-    std::smatch say;
-    if (std::regex_search(code, say, kSay)) {
-        std::string word = say.str(1);
-        if (word == "value") word = at.value;
-        if (word == "confirm(") word = yes ? "true" : "false";
-        said += (said.empty() ? "" : ",") + word;
-        for (Node* log : All([](const Node& n) { return n.Attribute("id") == "log"; }))
-            log->text = ReplaceAll(said, ",", " ");
-    }
-    return code.find("return false") == code.npos;
+Variant PageDouble::Make(const std::string& kind, Nodes nodes, int number) {
+    return Variant(new PageObject(*this, kind, std::move(nodes), number));
 }
 
 bool PageDouble::Fire(Node* node, const std::string& event, int key) {
-    bool goes_on = true;
     for (Node* at = node; at; at = at->parent) {
-        if (at->Has(event)) goes_on = RunHandler(*at, at->Attribute(event)) && goes_on;
+        const std::string word = at->Attribute(event);
+        if (at->Has(event)) said += (word != "ask" ? word : world.box() ? "yes" : "no") + " ";
     }
-    const auto source = sources_.find(event == "onsubmit" ? node : root_.get());
+    const auto source = sources.find(event == "onsubmit" ? node : root.get());
     const auto number = kEvents.find(event);
-    if (source == sources_.end() || number == kEvents.end()) return goes_on;
-    const Variant told = Made([key](const auto&, const EventArguments&) { return Variant(key); });
-    return source->second->Fire(number->second, {told.get()}) && goes_on;
+    if (source == sources.end() || number == kEvents.end()) return true;
+    const Variant told = Make("event", {}, key);
+    return source->second->Fire(number->second, {told.get()});
 }
 
 void PageDouble::Focus(Node& node) {
-    if (active == &node) return;
     if (active->tag != "BODY") Fire(active, "onbeforedeactivate");
     active = &node;
     Fire(&node, "onfocusin");
-}
-
-void PageDouble::Click(Node& node) {
-    Focus(node);
-    ClickWithoutFocus(node);
-}
-
-void PageDouble::Type(Node& node, std::string_view text) {
-    for (const char c : text) {
-        Press(node, static_cast<unsigned char>(c));
-        node.value += c;
-    }
-}
-
-void PageDouble::ClickWithoutFocus(Node& node) {
-    if (node.Has("disabled")) return;
-    const std::string type = node.tag == "INPUT" ? TypeOf(node) : "";
-    if (type == "checkbox") node.checked = !node.checked;
-    if (type == "radio") Check(node, true);
-    if (!Fire(&node, "onclick")) return;
-    Node* link = &node;
-    while (link && !IsLink(*link)) link = link->parent;
-    if (link && world.navigate) world.navigate(*this, Absolute(link->Attribute("href")));
-    Node* const form = node.Form();
-    if (form && node.IsSubmit() && Fire(form, "onsubmit")) Submit(*form, node);
-}
-
-void PageDouble::Submit(Node& form, const Node& button) {
-    std::string query;
-    for (Node* node : form.Below("*")) {
-        const std::string type = TypeOf(*node);
-        const bool unset = IsOneOf(type, {"radio", "checkbox"}) && !node->checked;
-        const bool other_button = node->IsSubmit() && node != &button;
-        if (!IsControl(*node) || !node->Has("name") || unset || other_button) continue;
-        const auto options = node->Below("OPTION");
-        std::string value =
-            node->tag == "SELECT" ? OptionValue(*options.at(node->selected)) : node->value;
-        std::erase(value, '\r');
-        query += (query.empty() ? "?" : "&") + node->Attribute("name") + "=" + Escaped(value, true);
-    }
-    if (world.navigate) world.navigate(*this, Absolute(form.Attribute("action")) + query);
 }
 
 }  // namespace tamrin::test
