@@ -168,22 +168,23 @@ TEST_F(RecorderTest, BeginsANewScenarioWithThePage) {
 }
 
 TEST_F(RecorderTest, ConnectsToTheNextPageOfAFrameOrOfTheWindow) {
-    web.pages["f"] = "<a id=l href=#>x</a>";
-    web.pages["g"] = "<input id=b type=submit>";
-    Start("<iframe src=f></iframe>");
+    web.pages = {{"f", "<input id=c type=submit>"}, {"g", "<input id=b type=submit>"}};
+    Start("<iframe></iframe>");
     Node& frame = *window->page()->root().Below("IFRAME")[0];
+    frame.attributes["src"] = "f";
+    Do("click c; pass");
     window->page()->FramePage(frame)->Leave();
     frame.attributes["src"] = "g";
     Tell([](BrowserEvents& e) { e.DocumentComplete(false); });
     Do("click b; pass");
     // A page that is shown and not complete yet.
     window->page()->Leave();
-    web.pages["next"] = "<input id=a type=submit>";
+    web.pages["next"] = "<input id=a type=text>";
     window->Show("next");
     Tell([](BrowserEvents& e) { e.NavigateComplete2(); });
-    Do("click a");
+    Do("focus a; pass; type a x");
     Tell([](BrowserEvents& e) { e.DocumentComplete(true); });
-    EXPECT_EQ(Records(), "click b submit ; click a submit ");
+    EXPECT_EQ(Records(), "click c submit ; click b submit ; input a text x");
     EXPECT_EQ(said, Texts{"page shown"});
 }
 
@@ -203,7 +204,6 @@ TEST_F(RecorderTest, PausesBeforeTheFirstOfTheEventsThatWait) {
 
 TEST_F(RecorderTest, SaysThatAPageIsNoDocumentAndForgetsAClosedBrowser) {
     Start("");
-    window->page()->Leave();
     window->Show("no such page");
     web.busy = true;  // the next page may be on its way
     Tell([](BrowserEvents& e) { e.DocumentComplete(true); });
