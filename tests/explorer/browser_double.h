@@ -14,7 +14,7 @@
 
 namespace tamrin::test {
 
-// A member that the program does not use.
+// Members that the program does not use.
 #define TAMRIN_UNUSED(...) \
     STDMETHODIMP __VA_ARGS__ override { return E_NOTIMPL; }
 // A property that is kept. Setting it is written down: "Left 10".

@@ -11,26 +11,6 @@ namespace {
 
 using CallsTest = ExplorerTest;
 
-TEST_F(CallsTest, AnswerTextsAndNumbers) {
-    const auto none = std::nullopt;
-    const struct {
-        Variant value;
-        std::optional<std::string> text;
-        std::optional<double> number;
-    } rows[] = {{Variant("日本🚀"), "日本🚀", none},
-                {Variant("1.5"), "1.5", 1.5},
-                {Variant(true), "True", -1},
-                {Variant(false), "False", 0},
-                {Variant(-7), "-7", -7},
-                {Variant(""), "", none},
-                {Variant(), none, none},
-                {Variant(nullptr), none, none}};
-    for (const auto& row : rows) {
-        EXPECT_EQ(row.value.Text(), row.text);
-        EXPECT_EQ(row.value.Number(), row.number);
-    }
-}
-
 TEST_F(CallsTest, AreTracedWhenTheyFailAndAskAgainForNumbers) {
     const Document shown = Open("<input id=a value=v>");
     const Element a = shown.Named("a").by_id;

@@ -102,105 +102,99 @@ int Size(const Nodes& nodes) { return static_cast<int>(nodes.size()); }
 struct Member {
     const char* name;
     std::string kinds;  // of the objects that have it; "*" for all elements
-    Variant (*read)(const Call&);
+    Variant (*read)(Call&);
     int from = 0, to = 11;  // the document modes that have it
 };
 
 // Everything that the objects of a page have.
 const Member kMembers[] = {
-    {"URL", "document", [](const Call& c) { return Variant(c.page.url); }},
-    {"documentMode", "document", [](const Call& c) { return Variant(c.page.mode); }},
-    {"readyState", "document", [](const Call& c) { return Variant(c.page.ready_state); }},
-    {"hasFocus", "document", [](const Call& c) { return Variant(c.page.focused); }},
-    {"documentElement", "document", [](const Call& c) { return c.Found(c.e.Below("HTML")); }},
-    {"activeElement", "document", [](const Call& c) { return c.page.Give(c.page.active); }},
-    {"location", "document", [](const Call& c) { return c.page.Make("location"); }},
-    {"href", "location", [](const Call& c) { return Variant(c.page.url); }},
-    {"forms", "document", [](const Call& c) { return c.List(c.e.Below("FORM")); }},
-    {"links", "document", [](const Call& c) { return c.List(c.e.Below("A")); }},
-    {"getElementById", "document",
-     [](const Call& c) { return c.Found(c.page.With("id", c.text)); }},
-    {"getElementsByName", "document",
-     [](const Call& c) { return c.List(c.page.With("name", c.text)); }},
+    {"URL", "document", [](Call& c) { return Variant(c.page.url); }},
+    {"documentMode", "document", [](Call& c) { return Variant(c.page.mode); }},
+    {"readyState", "document", [](Call& c) { return Variant(c.page.ready_state); }},
+    {"hasFocus", "document", [](Call& c) { return Variant(c.page.focused); }},
+    {"documentElement", "document", [](Call& c) { return c.Found(c.e.Below("HTML")); }},
+    {"activeElement", "document", [](Call& c) { return c.page.Give(c.page.active); }},
+    {"location", "document", [](Call& c) { return c.page.Make("location"); }},
+    {"href", "location", [](Call& c) { return Variant(c.page.url); }},
+    {"forms", "document", [](Call& c) { return c.List(c.e.Below("FORM")); }},
+    {"links", "document", [](Call& c) { return c.List(c.e.Below("A")); }},
+    {"getElementById", "document", [](Call& c) { return c.Found(c.page.With("id", c.text)); }},
+    {"getElementsByName", "document", [](Call& c) { return c.List(c.page.With("name", c.text)); }},
     {"elementFromPoint", "document",
-     [](const Call& c) { return c.At(*c.a.At(0).Number(), *c.a.At(1).Number()); }},
-    {"defaultView", "document", [](const Call& c) { return c.page.Make("window"); }, 9},
-    {"parentWindow", "document", [](const Call& c) { return c.page.Make("window"); }, 0, 9},
-    {"createEvent", "document", [](const Call& c) { return c.page.Make("event"); }, 9},
-    {"initEvent", "event",
-     [](const Call& c) { return Variant(c.page.event_type = "on" + c.text); }},
-    {"keyCode", "event", [](const Call& c) { return Variant(c.number); }},
-    {"getElementsByTagName", "document *", [](const Call& c) { return c.List(c.e.Below(c.text)); }},
-    {"length", "list", [](const Call& c) { return Variant(Size(c.nodes)); }},
-    {"item", "list", [](const Call& c) { return c.Item(); }},
-    {"length", "window", [](const Call& c) { return Variant(Size(Frames(c.page))); }},
+     [](Call& c) { return c.At(*c.a.At(0).Number(), *c.a.At(1).Number()); }},
+    {"defaultView", "document", [](Call& c) { return c.page.Make("window"); }, 9},
+    {"parentWindow", "document", [](Call& c) { return c.page.Make("window"); }, 0, 9},
+    {"createEvent", "document", [](Call& c) { return c.page.Make("event"); }, 9},
+    {"initEvent", "event", [](Call& c) { return Variant(c.page.event_type = "on" + c.text); }},
+    {"keyCode", "event", [](Call& c) { return Variant(c.number); }},
+    {"getElementsByTagName", "document *", [](Call& c) { return c.List(c.e.Below(c.text)); }},
+    {"length", "list", [](Call& c) { return Variant(Size(c.nodes)); }},
+    {"item", "list", [](Call& c) { return c.Item(); }},
+    {"length", "window", [](Call& c) { return Variant(Size(Frames(c.page))); }},
     {"item", "window",
-     [](const Call& c) {
+     [](Call& c) {
          return c.page.frames.at(Frames(c.page).at(*c.a.At(0).Number()))->Make("window");
      }},
     {"document", "window",
-     [](const Call& c) {
+     [](Call& c) {
          const bool denied = c.page.url.starts_with("http://other/");
          return denied ? Variant::Failure(E_ACCESSDENIED) : c.page.Give(c.page.root.get());
      }},
     {"screen", "window",
-     [](const Call& c) {
-         return c.page.screen_dpi ? c.page.Make("screen") : c.page.Give(nullptr);
-     }},
-    {"close", "window", [](const Call& c) { return Variant(c.page.went_to = "closed"); }},
-    {"deviceXDPI", "screen", [](const Call& c) { return Variant(c.page.screen_dpi); }},
-    {"logicalXDPI", "screen", [](const Call&) { return Variant(96); }},
-    {"tagName", "*", [](const Call& c) { return Variant(c.e.tag); }},
-    {"id", "*", [](const Call& c) { return Variant(c.e.Attribute("id")); }},
-    {"innerText", "*", [](const Call& c) { return Variant(c.e.InnerText()); }},
-    {"getAttribute", "*", [](const Call& c) { return c.Attribute(); }},
+     [](Call& c) { return c.page.screen_dpi ? c.page.Make("screen") : c.page.Give(nullptr); }},
+    {"close", "window", [](Call& c) { return Variant(c.page.went_to = "closed"); }},
+    {"deviceXDPI", "screen", [](Call& c) { return Variant(c.page.screen_dpi); }},
+    {"logicalXDPI", "screen", [](Call&) { return Variant(96); }},
+    {"tagName", "*", [](Call& c) { return Variant(c.e.tag); }},
+    {"id", "*", [](Call& c) { return Variant(c.e.Attribute("id")); }},
+    {"innerText", "*", [](Call& c) { return Variant(c.e.InnerText()); }},
+    {"getAttribute", "*", [](Call& c) { return c.Attribute(); }},
     {"getAttributeNode", "*",
-     [](const Call& c) { return c.page.Make("attribute", {}, c.e.Has(c.text)); }},
-    {"specified", "attribute", [](const Call& c) { return Variant(c.number == 1); }},
-    {"contains", "HTML", [](const Call& c) { return c.Contains(); }},
-    {"isContentEditable", "*", [](const Call& c) { return Variant(c.e.Has("contenteditable")); }},
-    {"scrollIntoView", "*", [](const Call& c) { return Variant(c.page.said += "scrolled "); }},
-    {"click", "*", [](const Call& c) { return c.Act(); }},
-    {"fireEvent", "*", [](const Call& c) { return Variant(c.page.Fire(&c.e, c.text)); }, 0, 9},
-    {"dispatchEvent", "*",
-     [](const Call& c) { return Variant(c.page.Fire(&c.e, c.page.event_type)); }, 9},
-    {"clientLeft", "*", [](const Call&) { return Variant(2); }},
-    {"clientTop", "*", [](const Call&) { return Variant(3); }},
+     [](Call& c) { return c.page.Make("attribute", {}, c.e.Has(c.text)); }},
+    {"specified", "attribute", [](Call& c) { return Variant(c.number == 1); }},
+    {"contains", "HTML", [](Call& c) { return c.Contains(); }},
+    {"isContentEditable", "*", [](Call& c) { return Variant(c.e.Has("contenteditable")); }},
+    {"scrollIntoView", "*", [](Call& c) { return Variant(c.page.said += "scrolled "); }},
+    {"click", "*", [](Call& c) { return c.Act(); }},
+    {"fireEvent", "*", [](Call& c) { return Variant(c.page.Fire(&c.e, c.text)); }, 0, 9},
+    {"dispatchEvent", "*", [](Call& c) { return Variant(c.page.Fire(&c.e, c.page.event_type)); },
+     9},
+    {"clientLeft", "*", [](Call&) { return Variant(2); }},
+    {"clientTop", "*", [](Call&) { return Variant(3); }},
     {"parentElement", "*",
-     [](const Call& c) { return c.page.Give(c.e.tag == "HTML" ? nullptr : c.e.parent); }},
+     [](Call& c) { return c.page.Give(c.e.tag == "HTML" ? nullptr : c.e.parent); }},
     {"sourceIndex", "*",
-     [](const Call& c) {
+     [](Call& c) {
          const Nodes all = c.page.root->Below("*");
          return Variant(static_cast<int>(std::ranges::find(all, &c.e) - all.begin()));
      }},
-    {"getBoundingClientRect", "*", [](const Call& c) { return c.page.Make("rectangle", {&c.e}); }},
-    {"left", "rectangle", [](const Call& c) { return Variant(BoxOfNode(c.e)[0]); }},
-    {"top", "rectangle",
-     [](const Call& c) { return Variant(std::to_string(BoxOfNode(c.e)[1]) + ".4"); }},
-    {"right", "rectangle", [](const Call& c) { return Variant(BoxOfNode(c.e)[2]); }},
-    {"bottom", "rectangle", [](const Call& c) { return Variant(BoxOfNode(c.e)[3]); }},
+    {"getBoundingClientRect", "*", [](Call& c) { return c.page.Make("rectangle", {&c.e}); }},
+    {"left", "rectangle", [](Call& c) { return Variant(BoxOfNode(c.e)[0]); }},
+    {"top", "rectangle", [](Call& c) { return Variant(std::to_string(BoxOfNode(c.e)[1]) + ".4"); }},
+    {"right", "rectangle", [](Call& c) { return Variant(BoxOfNode(c.e)[2]); }},
+    {"bottom", "rectangle", [](Call& c) { return Variant(BoxOfNode(c.e)[3]); }},
     {"contentWindow", "IFRAME FRAME",
-     [](const Call& c) { return c.page.frames.at(&c.e)->Make("window"); }},
-    {"src", "IFRAME FRAME INPUT", [](const Call& c) { return Variant(c.e.Attribute("src")); }},
-    {"href", "A", [](const Call& c) { return Variant("http://site/" + c.e.Attribute("href")); }},
-    {"elements", "FORM", [](const Call& c) { return c.Controls(); }},
+     [](Call& c) { return c.page.frames.at(&c.e)->Make("window"); }},
+    {"src", "IFRAME FRAME INPUT", [](Call& c) { return Variant(c.e.Attribute("src")); }},
+    {"href", "A", [](Call& c) { return Variant("http://site/" + c.e.Attribute("href")); }},
+    {"elements", "FORM", [](Call& c) { return c.Controls(); }},
     {"name", "FORM A IFRAME FRAME INPUT SELECT BUTTON TEXTAREA",
-     [](const Call& c) { return Variant(c.e.Attribute("name")); }},
-    {"type", "INPUT SELECT BUTTON TEXTAREA", [](const Call& c) { return Variant(TypeOf(c.e)); }},
-    {"disabled", "INPUT", [](const Call& c) { return Variant(c.e.Has("disabled")); }},
-    {"form", "INPUT SELECT BUTTON TEXTAREA", [](const Call& c) { return c.page.Give(c.e.Form()); }},
-    {"checked", "INPUT", [](const Call& c) { return Variant(c.e.checked); }},
-    {"value", "INPUT TEXTAREA BUTTON", [](const Call& c) { return Variant(c.e.value); }},
+     [](Call& c) { return Variant(c.e.Attribute("name")); }},
+    {"type", "INPUT SELECT BUTTON TEXTAREA", [](Call& c) { return Variant(TypeOf(c.e)); }},
+    {"disabled", "INPUT", [](Call& c) { return Variant(c.e.Has("disabled")); }},
+    {"form", "INPUT SELECT BUTTON TEXTAREA", [](Call& c) { return c.page.Give(c.e.Form()); }},
+    {"checked", "INPUT", [](Call& c) { return Variant(c.e.checked); }},
+    {"value", "INPUT TEXTAREA BUTTON", [](Call& c) { return Variant(c.e.value); }},
     {"value", "SELECT",
-     [](const Call& c) { return Variant(c.e.Below("OPTION").at(c.e.selected)->InnerText()); }},
-    {"value", "OPTION", [](const Call& c) { return Variant(c.e.InnerText()); }},
-    {"value", "LI", [](const Call&) { return Variant(3); }},
-    {"text", "OPTION", [](const Call& c) { return Variant(c.e.InnerText()); }},
-    {"options", "SELECT", [](const Call& c) { return c.List(c.e.Below("OPTION")); }},
-    {"selectedIndex", "SELECT", [](const Call& c) { return Variant(c.e.selected); }},
+     [](Call& c) { return Variant(c.e.Below("OPTION").at(c.e.selected)->InnerText()); }},
+    {"value", "OPTION", [](Call& c) { return Variant(c.e.InnerText()); }},
+    {"value", "LI", [](Call&) { return Variant(3); }},
+    {"text", "OPTION", [](Call& c) { return Variant(c.e.InnerText()); }},
+    {"options", "SELECT", [](Call& c) { return c.List(c.e.Below("OPTION")); }},
+    {"selectedIndex", "SELECT", [](Call& c) { return Variant(c.e.selected); }},
 };
 
-bool Write(const Call& c, const std::string& name, const Variant& value) {
+bool Write(Call& c, const std::string& name, const Variant& value) {
     if (name == "href") return c.page.went_to = c.text, true;
     if (name == "selectedIndex") return c.e.selected = value.get().lVal, true;
     if (name == "checked") return c.e.checked = value.Truth(), true;
@@ -245,8 +239,8 @@ public:
         if (fault != S_OK) return fault;
         const Member* const member = Find(number);
         if (!member) return DISP_E_MEMBERNOTFOUND;
-        const Call call{page_, nodes_.empty() ? *page_.root : *nodes_.front(), nodes_, number_,
-                        EventArguments(*parameters)};
+        Call call{page_, nodes_.empty() ? *page_.root : *nodes_.front(), nodes_, number_,
+                  EventArguments(*parameters)};
         if (flags == DISPATCH_PROPERTYPUT)
             return Write(call, member->name, call.a.At(0)) ? S_OK : DISP_E_MEMBERNOTFOUND;
         Node* const hiding = Hiding(*member, number);
