@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "support/scripted_browser.h"
-#include "support/scripted_user.h"
 #include "support/virtual_clock.h"
 
 namespace tamrin::test {
@@ -29,7 +28,7 @@ struct Kinds {
         std::string why;
         const auto made = choice.Create(why);
         const auto of = [&](ScriptedWeb& web) {
-            return made.get() == web.browser && &choice.input() == &web.input();
+            return made == web.browser && &choice.input() == &web.input();
         };
         return of(explorer) ? "explorer" : of(chromium) ? "chromium" : "none";
     }

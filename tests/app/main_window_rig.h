@@ -16,7 +16,6 @@
 #include "support/no_processes.h"
 #include "support/scripted_browser.h"
 #include "support/scripted_dialogs.h"
-#include "support/scripted_user.h"
 #include "support/virtual_clock.h"
 
 namespace tamrin::test {

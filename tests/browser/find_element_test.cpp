@@ -12,7 +12,7 @@ class FindElementTest : public testing::Test {
 protected:
     Document Page(const std::string& html) {
         web.pages["p"] = html;
-        return MakeDocument(web, "p");
+        return Document(ScriptedPage::Load(web, "p"));
     }
     VirtualClock clock;
     ScriptedWeb web{clock};

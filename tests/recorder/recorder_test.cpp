@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/text.h"
-#include "support/scripted_user.h"
+#include "support/scripted_browser.h"
 
 namespace tamrin::test {
 namespace {

@@ -1,36 +1,28 @@
 #include "support/html_page.h"
 
-#include <algorithm>
-#include <iterator>
 #include <set>
-#include <utility>
+
+#include "platform/text.h"
 
 namespace tamrin::test {
 namespace {
 
-std::string Capitals(std::string_view text) {
-    std::string capitals(text);
-    for (char& c : capitals) c = static_cast<char>(c >= 'a' && c <= 'z' ? c - 32 : c);
-    return capitals;
-}
-
-std::string Decoded(std::string_view html) {
-    constexpr std::pair<std::string_view, const char*> kEntities[] = {
-        {"&quot;", "\""}, {"&#39;", "'"}, {"&lt;", "<"}, {"&gt;", ">"}, {"&amp;", "&"}};
-    std::string text(html);
-    for (const auto& [entity, character] : kEntities) {
-        for (auto at = text.find(entity); at != text.npos; at = text.find(entity, at + 1)) {
-            text.replace(at, entity.size(), character);
-        }
+std::string Decoded(std::string text) {
+    for (const auto& [entity, character] : {std::pair{"&quot;", "\""},
+                                            {"&#39;", "'"},
+                                            {"&lt;", "<"},
+                                            {"&gt;", ">"},
+                                            {"&amp;", "&"}}) {
+        text = ReplaceAll(text, entity, character);
     }
     return text;
 }
 
 // Removes the bytes before the first one of `ends` from `html` and answers them.
-std::string_view Take(std::string_view& html, std::string_view ends) {
+std::string Take(std::string_view& html, std::string_view ends) {
     const std::string_view taken = html.substr(0, html.find_first_of(ends));
     html.remove_prefix(taken.size());
-    return taken;
+    return std::string(taken);
 }
 
 bool Skip(std::string_view& html, std::string_view text) {
@@ -43,21 +35,13 @@ bool Skip(std::string_view& html, std::string_view text) {
 void ReadAttributes(std::string_view& html, Node& node) {
     while (!html.empty() && !Skip(html, ">")) {
         if (Skip(html, " ") || Skip(html, "\n")) continue;
-        std::string& value = node.attributes[std::string(Take(html, " \n=>"))];
+        std::string& value = node.attributes[Take(html, " \n=>")];
         if (!Skip(html, "=")) continue;
         const std::string_view quote = html.substr(0, 1);
         const bool quoted = Skip(html, "\"") || Skip(html, "'");
         value = Decoded(Take(html, quoted ? quote : " \n>"));
         if (quoted) Skip(html, quote);
     }
-}
-
-Node& AddNode(Node& parent, std::string tag, std::string text) {
-    Node& node = *parent.children.emplace_back(std::make_unique<Node>());
-    node.tag = std::move(tag);
-    node.text = std::move(text);
-    node.parent = &parent;
-    return node;
 }
 
 void SetFirstState(Node& node) {
@@ -70,8 +54,7 @@ void SetFirstState(Node& node) {
 }  // namespace
 
 std::string Node::Attribute(const std::string& name) const {
-    const auto found = attributes.find(name);
-    return found == attributes.end() ? "" : found->second;
+    return Has(name) ? attributes.at(name) : "";
 }
 
 std::string Node::InnerText() const {
@@ -92,9 +75,9 @@ std::string Node::OuterHtml() const {
 std::vector<Node*> Node::Below(std::string_view tag_name) {
     std::vector<Node*> result;
     for (const auto& child : children) {
-        if (child->tag.empty()) continue;
-        if (tag_name == "*" || Capitals(tag_name) == child->tag) result.push_back(child.get());
-        std::ranges::copy(child->Below(tag_name), std::back_inserter(result));
+        const bool accepted = tag_name == "*" || UpperCase(tag_name) == child->tag;
+        if (accepted && !child->tag.empty()) result.push_back(child.get());
+        for (Node* node : child->Below(tag_name)) result.push_back(node);
     }
     return result;
 }
@@ -103,14 +86,6 @@ Node* Node::Form() {
     Node* node = this;
     while (node && node->tag != "FORM") node = node->parent;
     return node;
-}
-
-Node* Node::DefaultButton() {
-    Node* const form = Form();
-    for (Node* node : form ? form->Below("*") : std::vector<Node*>()) {
-        if (node->IsSubmit()) return node;
-    }
-    return nullptr;
 }
 
 bool Node::IsSubmit() const {
@@ -124,9 +99,14 @@ std::unique_ptr<Node> ParseHtml(std::string_view html) {
                                              "HR",   "IMG",  "LINK", "INPUT", "META"};
     auto root = std::make_unique<Node>();
     Node* open = root.get();
+    const auto add_node = [&] {
+        Node& node = *open->children.emplace_back(std::make_unique<Node>());
+        node.parent = open;
+        return &node;
+    };
     while (!html.empty()) {
         if (Skip(html, "</")) {
-            const std::string name = Capitals(Take(html, ">"));
+            const std::string name = UpperCase(Take(html, ">"));
             Node* closed = open;
             while (closed->parent && closed->tag != name) closed = closed->parent;
             if (closed->parent) open = closed->parent;
@@ -135,13 +115,14 @@ std::unique_ptr<Node> ParseHtml(std::string_view html) {
             Take(html, ">");
             Skip(html, ">");
         } else if (Skip(html, "<")) {
-            const std::string name = Capitals(Take(html, " \n>"));
+            const std::string name = UpperCase(Take(html, " \n>"));
             if (name == "OPTION" && open->tag == name) open = open->parent;
-            Node& node = AddNode(*open, name, "");
-            ReadAttributes(html, node);
-            if (!kVoid.contains(name)) open = &node;
+            Node* const node = add_node();
+            node->tag = name;
+            ReadAttributes(html, *node);
+            if (!kVoid.contains(name)) open = node;
         } else {
-            AddNode(*open, "", Decoded(Take(html, "<")));
+            add_node()->text = Decoded(Take(html, "<"));
         }
     }
     SetFirstState(*root);

@@ -8,18 +8,16 @@
 
 namespace tamrin::test {
 
-// What a user changes in a node.
-struct NodeState {
-    std::string value;
-    bool checked = false;
-    int selected = -1;  // of a select: the position of its option
-};
-
 // A node of a page in memory: an element, or a piece of text, whose tag is empty.
-struct Node : NodeState {
+struct Node {
     std::string tag;   // in capitals
     std::string text;  // of a piece of text
     std::map<std::string, std::string> attributes;
+    // What a user changes.
+    std::string value;
+    bool checked = false;
+    int selected = -1;  // of a select: the position of its option
+
     Node* parent = nullptr;
     std::vector<std::unique_ptr<Node>> children;
 
@@ -33,8 +31,6 @@ struct Node : NodeState {
 
     // The form that holds this element; null when there is none.
     Node* Form();
-    // The first submit button of that form, which Enter presses; null when there is none.
-    Node* DefaultButton();
     bool IsSubmit() const;
     bool IsFrame() const { return tag == "IFRAME" || tag == "FRAME"; }
 };

@@ -2,10 +2,7 @@
 
 #include <algorithm>
 #include <map>
-#include <memory>
 #include <set>
-#include <string>
-#include <vector>
 
 #include "platform/files.h"
 
@@ -17,7 +14,6 @@ public:
     std::map<std::string, std::string> contents;
     std::set<std::string> locked;  // can be read, but neither written nor deleted
     bool full_disk = false;
-    mutable std::vector<std::size_t> parts;  // the sizes that ReadPart was asked for
 
     bool IsFile(const std::string& path) const override { return contents.contains(path); }
     bool IsFolder(const std::string& path) const override {
@@ -26,15 +22,13 @@ public:
         return next != contents.end() && next->first.starts_with(folder);
     }
     std::optional<std::string> Read(const std::string& path) const override {
-        const auto file = contents.find(path);
-        return file == contents.end() ? std::nullopt : std::optional(file->second);
+        return IsFile(path) ? std::optional(contents.at(path)) : std::nullopt;
     }
     std::optional<std::string> ReadPart(const std::string& path, std::uint64_t offset,
                                         std::size_t size) const override {
-        parts.push_back(size);
-        auto bytes = Read(path);
-        if (bytes) bytes = bytes->substr(std::min<std::uint64_t>(offset, bytes->size()), size);
-        return bytes;
+        const auto bytes = Read(path);
+        const auto begin = bytes ? std::min<std::uint64_t>(offset, bytes->size()) : 0;
+        return bytes ? std::optional(bytes->substr(begin, size)) : std::nullopt;
     }
     std::optional<std::uint64_t> Size(const std::string& path) const override {
         return IsFile(path) ? std::optional(contents.at(path).size()) : std::nullopt;
@@ -44,8 +38,7 @@ public:
         return CanWrite(path);
     }
     bool Append(const std::string& path, std::string_view bytes) override {
-        if (CanWrite(path)) contents[path] += bytes;
-        return CanWrite(path);
+        return Replace(path, Read(path).value_or("").append(bytes));
     }
     bool MakeFolder(const std::string& /*path*/) override { return !full_disk; }
     bool Delete(const std::string& path) override {
@@ -54,12 +47,11 @@ public:
     }
     std::unique_ptr<FileLock> Lock(const std::string& path) override {
         struct Held : FileLock {
-            std::shared_ptr<void> held;
+            std::shared_ptr<int> held = std::make_shared<int>();
         };
-        std::weak_ptr<void>& holder = holders_[path];
-        if (!holder.expired()) return nullptr;
+        if (!holders_[path].expired()) return nullptr;
         auto lock = std::make_unique<Held>();
-        holder = lock->held = std::make_shared<int>();
+        holders_[path] = lock->held;
         return lock;
     }
     std::vector<std::string> List(const std::string& folder,
@@ -67,9 +59,8 @@ public:
         std::vector<std::string> names;
         for (const auto& [path, bytes] : contents) {
             const auto name = path.rfind('\\') + 1;
-            if (path.substr(0, name) == folder + "\\" && path.ends_with(extension)) {
-                names.push_back(path.substr(name));
-            }
+            const bool listed = path.substr(0, name) == folder + "\\" && path.ends_with(extension);
+            if (listed) names.push_back(path.substr(name));
         }
         return names;
     }
@@ -80,7 +71,7 @@ public:
 private:
     bool CanWrite(const std::string& path) const { return !full_disk && !locked.contains(path); }
 
-    std::map<std::string, std::weak_ptr<void>> holders_;
+    std::map<std::string, std::weak_ptr<int>> holders_;
 };
 
 }  // namespace tamrin::test

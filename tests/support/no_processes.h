@@ -1,17 +1,13 @@
 #pragma once
 
-#include <memory>
 #include <set>
-#include <string>
-#include <vector>
 
 #include "platform/process.h"
 
 namespace tamrin::test {
 
 // A machine that starts no programs.
-class NoProcesses : public Processes {
-public:
+struct NoProcesses : Processes {
     std::unique_ptr<Process> Start(const std::string&, const std::vector<std::string>&) override {
         return nullptr;
     }
@@ -25,10 +21,10 @@ public:
     bool IsRunning(const std::string& path) const override { return running.contains(path); }
     void AllowRunning(const std::string& path) override { runnable.insert(path); }
     void RaisePriority() override { raised = true; }
+
     bool raised = false;
     std::string own = "C:\\tamrin\\tamrin.exe";
-    std::set<std::string> running;
-    std::set<std::string> runnable;
+    std::set<std::string> running, runnable;
 };
 
 }  // namespace tamrin::test

@@ -1,11 +1,5 @@
 #pragma once
 
-#include <memory>
-#include <optional>
-#include <string>
-#include <string_view>
-#include <vector>
-
 #include "platform/text.h"
 #include "player/player.h"
 #include "support/scripted_browser.h"
@@ -16,13 +10,10 @@ namespace tamrin::test {
 // among the calls of the web.
 class PlayerRig : public PlayerHost, public RunEvents {
 public:
-    PlayerRig() : web(clock), player(globals, clock, web, *this, *this) {
-        globals.settings.auto_point = false;
-        globals.settings.mouse_click = false;
-    }
+    PlayerRig() { globals.settings.auto_point = globals.settings.mouse_click = false; }
 
-    static std::string Url(std::string_view address) {
-        return "url\t,id=,size_bar=1.2.300.400.10110,indt=" + std::string(address);
+    static std::string Url(const std::string& address) {
+        return "url\t,id=,size_bar=1.2.300.400.10110,indt=" + address;
     }
 
     // Plays "url page" and then `records`, one a line, on a page of that HTML.
@@ -35,12 +26,10 @@ public:
     // What happened once the first page was open, with "; " between.
     std::string Story() const {
         std::string story;
-        bool opened = false;
         for (const std::string& call : web.calls) {
-            if (opened) story += (story.empty() ? "" : "; ") + call;
-            opened |= call.starts_with("bars ");
+            story = call.starts_with("bars ") ? "" : story + "; " + call;
         }
-        return story;
+        return story.substr(story.empty() ? 0 : 2);
     }
 
     int RecordCount() override { return static_cast<int>(lines.size()); }
@@ -51,27 +40,26 @@ public:
     }
     std::string ClipboardText() override { return clipboard; }
     std::optional<Rect> WindowRect() override { return window; }
-    void SetWindowVisible(bool visible) override {
-        web.Note(visible ? "window shown" : "window hidden");
+    void SetWindowVisible(bool shown) override {
+        web.Note(shown ? "window shown" : "window hidden");
     }
 
     void RunBegan() override { web.Note("run began"); }
-    void BrowserOpened(std::shared_ptr<Browser> browser) override { held = std::move(browser); }
+    void BrowserOpened(std::shared_ptr<Browser> /*browser*/) override {}
     void RecordBegan(int row) override { begun = row; }
     void RecordDone(const RecordReport& report) override {
         constexpr const char* kWords[] = {"done",      "comment", "not busy", "skipped",
                                           "not found", "invalid", "not sent", "stopped"};
-        if (report.outcome != RecordOutcome::kDone) {
-            web.Note(kWords[static_cast<std::size_t>(report.outcome)]);
-        }
+        const bool done = report.outcome == RecordOutcome::kDone;
+        if (!done) web.Note(kWords[static_cast<std::size_t>(report.outcome)]);
         reports.push_back(report);
     }
     void RunEnded(RunEnd end) override { ended.push_back(end); }
 
     VirtualClock clock;
-    ScriptedWeb web;
+    ScriptedWeb web{clock};
     Globals globals;
-    Player player;
+    Player player{globals, clock, web, *this, *this};
 
     std::vector<std::string> lines;
     std::string clipboard;
@@ -79,7 +67,6 @@ public:
     int begun = -1;
     std::vector<RecordReport> reports;
     std::vector<RunEnd> ended;
-    std::shared_ptr<Browser> held;
 };
 
 }  // namespace tamrin::test

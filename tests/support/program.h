@@ -27,14 +27,13 @@ public:
         Wait();
     }
     Program(const Program&) = delete;
-    Program& operator=(const Program&) = delete;
 
     // Reads on until the output holds `text`; false when the output ends before that.
     bool Prints(const std::string& text) {
         while (output_.find(text) == std::string::npos) {
-            const int c = pipe_ ? std::fgetc(pipe_) : EOF;
-            if (c == EOF) return false;
-            output_ += static_cast<char>(c);
+            const int byte = pipe_ ? std::fgetc(pipe_) : EOF;
+            if (byte == EOF) return false;
+            output_ += static_cast<char>(byte);
         }
         return true;
     }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -19,9 +18,6 @@ inline void PutNumber(std::string& bytes, std::size_t at, std::uint64_t number, 
 // Where the headers of a sample are.
 inline constexpr std::size_t kPe = 0x80;
 inline constexpr std::size_t kPeChecksum = kPe + 24 + 64;
-inline std::size_t CertificateEntryOf(ProgramKind kind) {
-    return kPe + 24 + (kind == ProgramKind::kWindows64 ? 144 : 128);
-}
 
 // A file with the headers of a program and a meaningless body, 5003 bytes long.
 inline std::string SampleProgram(ProgramKind kind) {
@@ -36,9 +32,9 @@ inline std::string SampleProgram(ProgramKind kind) {
 
 // The same with a signature at its end, as the tools that sign write it.
 inline std::string Signed(std::string program, ProgramKind kind) {
+    const std::size_t entry = kPe + 24 + (kind == ProgramKind::kWindows64 ? 144 : 128);
     program.append((8 - program.size() % 8) % 8, '\0');
-    PutNumber(program, CertificateEntryOf(kind), program.size(), 4);
-    PutNumber(program, CertificateEntryOf(kind) + 4, 800, 4);
+    PutNumber(program, entry, program.size() + (std::uint64_t{800} << 32U), 8);
     return program.append(800, 's');
 }
 

@@ -3,12 +3,13 @@
 #include <deque>
 #include <functional>
 #include <map>
-#include <memory>
-#include <string>
-#include <vector>
+#include <set>
+#include <stdexcept>
+#include <utility>
 
 #include "platform/browser.h"
-#include "support/scripted_page.h"
+#include "platform/subscribers.h"
+#include "support/html_page.h"
 #include "support/virtual_clock.h"
 
 namespace tamrin::test {
@@ -17,12 +18,19 @@ namespace tamrin::test {
 // `calls` records everything that is done to them, in order.
 class ScriptedWeb : public BrowserLauncher, public Input {
 public:
-    explicit ScriptedWeb(VirtualClock& clock);
-    ScriptedWeb(const ScriptedWeb&) = delete;
-    ScriptedWeb& operator=(const ScriptedWeb&) = delete;
+    // Each DoEvents of the clock delivers the queued events: one at a time, also when a handler
+    // handles events.
+    explicit ScriptedWeb(VirtualClock& its_clock) : clock(its_clock) {
+        clock.AddSource([this] {
+            if (std::exchange(delivering_, true)) return;
+            for (; !events.empty(); events.pop_front()) events.front()();
+            delivering_ = false;
+        });
+    }
 
+    VirtualClock& clock;
     std::map<std::string, std::string> pages;  // HTML by address
-    int load_ms = 30;                          // how long a page takes to load
+    std::uint64_t load_ms = 30;                // how long a page takes to load
     // Runs when a call is recorded that equals the key.
     std::map<std::string, std::function<void()>> on_call;
     std::string refusal;            // why no browser can be started; "" when one can
@@ -32,69 +40,287 @@ public:
     bool busy = false;              // whether the browser is always busy
 
     std::vector<std::string> calls;
-    int lookups = 0;  // how often a page was asked for elements
-    // The browser made last, null before the first.
-    class ScriptedBrowser* browser = nullptr;
+    int lookups = 0;                                 // how often a page was asked for elements
+    std::shared_ptr<class ScriptedBrowser> browser;  // made last, null before the first
+    std::deque<std::function<void()>> events;
 
     std::shared_ptr<Browser> Create(std::string& why) override;
     Input& input() override { return *this; }
 
     ScreenPoint GetCursorPos() override { return cursor_; }
-    void SetCursorPos(ScreenPoint point) override;
+    void SetCursorPos(ScreenPoint point) override {
+        cursor_ = point;
+        Note("pointer " + std::to_string(point.x) + "," + std::to_string(point.y));
+    }
     void LeftButton(bool down) override { Note(down ? "button down" : "button up"); }
-    bool SendKeys(const std::vector<KeyStroke>& keys) override;
+    bool SendKeys(const std::vector<KeyStroke>& keys) override {
+        std::string call = "keys";
+        for (const KeyStroke& key : keys) call += " " + key.text + key.name;
+        Note(call);
+        return takes_keys;
+    }
 
-    void Note(const std::string& call);
-    // Has DoEvents deliver an event: one at a time, also when its handler handles events.
-    void Queue(std::function<void()> event) { queue_.push_back(std::move(event)); }
-    VirtualClock& clock() { return clock_; }
+    void Note(const std::string& call) {
+        calls.push_back(call);
+        if (const auto action = on_call[call]) action();  // which may change the table
+    }
 
 private:
-    void Deliver();
-
-    VirtualClock& clock_;
-    std::deque<std::function<void()>> queue_;
     bool delivering_ = false;
     ScreenPoint cursor_{3, 4};
 };
 
-// A page as a document; the pages of its frames come from the same web.
-Document MakeDocument(ScriptedWeb& web, const std::string& address);
+// A loaded page. Once it is gone, reads answer nothing.
+class ScriptedPage : public DocumentObject, public std::enable_shared_from_this<ScriptedPage> {
+public:
+    ScriptedPage(ScriptedWeb& its_web, const std::string& address)
+        : web(its_web), address_(address), root_(ParseHtml(web.pages.at(address))) {
+        root_->tag = "BODY";
+        const auto bodies = root_->Below("BODY");
+        active = body = bodies.empty() ? root_.get() : bodies[0];
+    }
+
+    // The page of that address, null when there is none.
+    static std::shared_ptr<ScriptedPage> Load(ScriptedWeb& web, const std::string& address) {
+        return web.pages.contains(address) ? std::make_shared<ScriptedPage>(web, address) : nullptr;
+    }
+
+    ScriptedWeb& web;
+    Node* body;  // what is active when nothing has the focus
+    Node* active;
+    Subscribers<DocumentEvents> subscribers;
+
+    Node& root() { return *root_; }
+    // The element with that id or name; null when there is none.
+    Node* Find(const std::string& name) {
+        for (Node* node : root_->Below("*")) {
+            if (node->Attribute("id") == name || node->Attribute("name") == name) return node;
+        }
+        return nullptr;
+    }
+    // The page in a frame, the same one at each call until it is gone.
+    std::shared_ptr<ScriptedPage> FramePage(Node& frame) {
+        auto& page = frames_[&frame];
+        if (!page || page->gone()) page = Load(web, frame.Attribute("src"));
+        return page;
+    }
+    static Node* DefaultButton(Node& node) {
+        for (Node* button : node.Form() ? node.Form()->Below("*") : std::vector<Node*>()) {
+            if (button->IsSubmit()) return button;
+        }
+        return nullptr;
+    }
+
+    // Goes away with the pages in its frames.
+    void Leave() {
+        if (!gone()) left_ = std::exchange(root_, std::make_unique<Node>());
+        for (const auto& [frame, page] : frames_) {
+            if (page) page->Leave();
+        }
+    }
+    bool gone() const { return left_ != nullptr; }
+
+    Element MakeElement(Node* node);  // null for none
+
+    std::string url() override { return address_; }
+    bool hasFocus() override { return true; }
+    Element activeElement() override { return MakeElement(gone() ? nullptr : active); }
+    std::vector<Element> getElementsByTagName(std::string_view tag) override {
+        ++web.lookups;
+        std::vector<Element> elements;
+        for (Node* node : root_->Below(tag)) elements.push_back(MakeElement(node));
+        return elements;
+    }
+    NamedElements Named(std::string_view name) override {
+        ++web.lookups;
+        NamedElements named;
+        std::set<const Node*> forms;  // that have one already
+        for (Node* node : root_->Below("*")) {
+            const bool by_name = node->Has("name") && node->Attribute("name") == name;
+            const bool by_id = node->Has("id") && node->Attribute("id") == name;
+            if (by_name) named.by_name.push_back(MakeElement(node));
+            if (by_id && !named.by_id) named.by_id = MakeElement(node);
+            if ((by_name || by_id) && node->Form() && forms.insert(node->Form()).second) {
+                named.in_forms.push_back(MakeElement(node));
+            }
+        }
+        return named;
+    }
+    std::vector<Element> links() override { return getElementsByTagName("A"); }
+    std::vector<Frame> frames() override {
+        std::vector<Frame> frames;
+        for (Node* node : root_->Below("IFRAME")) {
+            const Document inner(FramePage(*node));
+            frames.push_back({node->Attribute("name"), inner, MakeElement(node)});
+        }
+        return frames;
+    }
+    std::unique_ptr<Connection> Connect(DocumentEvents& events) override {
+        return gone() ? nullptr : subscribers.Connect(events);
+    }
+
+private:
+    std::string address_;
+    std::unique_ptr<Node> root_;
+    std::unique_ptr<Node> left_;  // the nodes of a page that is gone
+    std::map<Node*, std::shared_ptr<ScriptedPage>> frames_;
+};
+
+class ScriptedElement : public ElementObject {
+public:
+    ScriptedElement(std::shared_ptr<ScriptedPage> page, Node& node)
+        : page_(std::move(page)), node_(node) {}
+
+    std::string Get(std::string_view property) override {
+        if (page_->gone()) return "";
+        if (property == "tagName") return node_.tag;
+        if (property == "value") return node_.value;
+        if (property == "checked") return node_.checked ? "True" : "False";
+        if (property == "selectedIndex") return std::to_string(node_.selected);
+        if (property == "innerText") return node_.InnerText();
+        if (property == "outerHTML") return node_.OuterHtml();
+        if (property == "length") return std::to_string(node_.Below("OPTION").size());
+        return node_.Attribute(std::string(property));
+    }
+    bool Put(std::string_view property, std::string_view value) override {
+        Note("put", " " + std::string(property).append("=").append(value));
+        if (node_.Attribute("id") == page_->web.refuses_value) return false;
+        if (property == "value") node_.value = value;
+        if (property == "checked") node_.checked = value == "True";
+        if (property == "selectedIndex") node_.selected = std::stoi(std::string(value));
+        return true;
+    }
+    std::optional<std::string> getAttribute(std::string_view name) override {
+        if (page_->gone()) return std::nullopt;
+        if (name == "type" && node_.tag == "SELECT") return "select-one";
+        if (name == "type" && node_.tag == "TEXTAREA") return "textarea";
+        if (name == "type" && node_.tag == "INPUT" && !node_.Has("type")) return "text";
+        const auto found = node_.attributes.find(std::string(name));
+        return found == node_.attributes.end() ? std::nullopt : std::optional(found->second);
+    }
+    Element parentElement() override { return page_->MakeElement(node_.parent); }
+    Element form() override { return page_->MakeElement(node_.Form()); }
+    Element DefaultButton() override {
+        return page_->MakeElement(ScriptedPage::DefaultButton(node_));
+    }
+    std::vector<std::string> OptionTexts() override {
+        std::vector<std::string> texts;
+        for (const Node* option : node_.Below("OPTION")) texts.push_back(option->InnerText());
+        return texts;
+    }
+    bool fireEvent(std::string_view event) override {
+        return Note("fire", " " + std::string(event)) && !page_->gone();
+    }
+    bool click() override { return Note("click"); }
+    void scrollIntoView() override { Note("scroll"); }
+    void Outline() override { Note("outline"); }
+    std::optional<Rect> getBoundingClientRect() override {
+        const double side = node_.Has("tiny") ? 6 : 20;
+        return Rect{10, 20, 10 + side, 20 + side};
+    }
+    bool Same(const ElementObject& other) const override {
+        const auto* element = dynamic_cast<const ScriptedElement*>(&other);
+        return element && &element->node_ == &node_;
+    }
+
+private:
+    // Names the element by its first key, or its tag.
+    bool Note(const std::string& what, const std::string& detail = "") {
+        std::string label = node_.tag;
+        for (const char* key : {"href", "name", "id"}) {
+            if (node_.Has(key)) label = node_.Attribute(key);
+        }
+        page_->web.Note(what + " " + label + detail);
+        return true;
+    }
+
+    std::shared_ptr<ScriptedPage> page_;
+    Node& node_;
+};
+
+inline Element ScriptedPage::MakeElement(Node* node) {
+    return node ? Element(std::make_shared<ScriptedElement>(shared_from_this(), *node)) : Element();
+}
 
 class ScriptedBrowser : public Browser, public std::enable_shared_from_this<ScriptedBrowser> {
 public:
     explicit ScriptedBrowser(ScriptedWeb& web) : web_(web) {}
 
-    bool Navigate(const std::string& address) override;
-    void Quit() override;
+    bool Navigate(const std::string& address) override {
+        if (!alive_) return false;
+        web_.Note("navigate " + address);
+        Load(address);
+        return true;
+    }
+    void Quit() override {
+        web_.Note("quit");
+        alive_ = false;
+    }
     bool Busy() override { return alive_ && (web_.busy || loading_ > 0); }
     int ReadyState() override { return alive_ && page_ && loading_ == 0 ? 4 : 1; }
     bool Alive() override { return alive_; }
     Document document() override { return Document(alive_ ? page_ : nullptr); }
     void SetVisible(bool visible) override { web_.Note(visible ? "visible" : "hidden"); }
-    void SetPlace(const WindowPlace& place) override;
-    void SetBars(const WindowBars& bars) override;
-    WindowState State() override { return alive_ ? state : WindowState(); }
+    void SetPlace(const WindowPlace& place) override {
+        web_.Note("place " + std::to_string(place.left) + "," + std::to_string(place.top) + "," +
+                  std::to_string(place.width) + "," + std::to_string(place.height));
+    }
+    void SetBars(const WindowBars& bars) override {
+        std::string call = "bars ";
+        for (bool shown : {bars.tool, bars.menu, bars.address, bars.status})
+            call += shown ? '1' : '0';
+        web_.Note(call);
+    }
+    WindowState State() override { return {{0, 0, 1024, 768}, {true, true, true, true}, false}; }
     std::uint64_t Handle() override { return alive_ ? handle : 0; }
     void SetForeground() override { ++brought_to_front; }
-    std::optional<ScreenPoint> ElementScreenPoint(const Element& element) override;
-    std::vector<Element> UnderPointer() override;
+    std::optional<ScreenPoint> ElementScreenPoint(const Element& element) override {
+        if (!element || !web_.has_screen_points) return std::nullopt;
+        return ScreenPoint{100, 100};
+    }
+    std::vector<Element> UnderPointer() override {
+        ++pointer_questions;
+        std::vector<Element> path;
+        std::shared_ptr<ScriptedPage> at = alive_ ? page_ : nullptr;
+        for (const std::string& name : pointer) {
+            Node* const node = at ? at->Find(name) : nullptr;
+            if (!node) break;
+            path.push_back(at->MakeElement(node));
+            at = at->FramePage(*node);
+        }
+        return path;
+    }
     std::unique_ptr<Connection> Connect(BrowserEvents& events) override {
-        return subscribers_.Connect(events);
+        return subscribers.Connect(events);
     }
 
     // The window goes away as if killed.
-    void Die();
+    void Die() {
+        alive_ = false;
+        if (page_) page_->Leave();
+        Tell([](BrowserEvents& e) { e.OnQuit(); });
+    }
     // Has shown this page for long.
     void Show(const std::string& address) { page_ = ScriptedPage::Load(web_, address); }
     // Shows another page when it is loaded.
-    void Load(const std::string& address);
+    void Load(const std::string& address) {
+        ++loading_;
+        web_.clock.At(web_.clock.Elapsed() + web_.load_ms, [self = shared_from_this(), address] {
+            --self->loading_;
+            self->Show(address);
+            self->Tell([=, found = self->page_ != nullptr](BrowserEvents& e) {
+                found ? e.DocumentComplete(true) : e.NavigateError(address, "no page");
+            });
+        });
+    }
     // Tells the subscribers in DoEvents.
-    void Tell(std::function<void(BrowserEvents&)> event);
+    void Tell(const std::function<void(BrowserEvents&)>& event) {
+        web_.events.emplace_back(
+            [self = shared_from_this(), event] { self->subscribers.ForEach(event); });
+    }
     const std::shared_ptr<ScriptedPage>& page() const { return page_; }
-    const Subscribers<BrowserEvents>& subscribers() const { return subscribers_; }
 
-    WindowState state{{0, 0, 1024, 768}, {true, true, true, true}, false};
+    Subscribers<BrowserEvents> subscribers;
     std::uint64_t handle = 1;
     int brought_to_front = 0;
     // Where the user's pointer is: the names of the frames and of the element.
@@ -104,10 +330,16 @@ public:
 private:
     ScriptedWeb& web_;
     std::shared_ptr<ScriptedPage> page_;
-    Subscribers<BrowserEvents> subscribers_;
     int loading_ = 0;
     bool alive_ = true;
 };
+
+inline std::shared_ptr<Browser> ScriptedWeb::Create(std::string& why) {
+    why = refusal;
+    if (!refusal.empty()) return nullptr;
+    Note("create");
+    return browser = std::make_shared<ScriptedBrowser>(*this);
+}
 
 // The windows that a user has open.
 class ScriptedWindows : public BrowserWindows {
@@ -125,6 +357,118 @@ public:
         why = refusal;
         return refusal.empty() ? opens : nullptr;
     }
+};
+
+// A person at work in a window of the scripted browser. What he does happens in DoEvents, one act
+// behind the other. Elements are named by id or name, in the page or in a frame of it.
+class ScriptedUser {
+public:
+    ScriptedUser(ScriptedWeb& web, std::shared_ptr<ScriptedBrowser> window)
+        : web_(web), window_(std::move(window)) {}
+
+    // Brings the focus to an element; "" to none, as a click beside everything does.
+    void Focus(const std::string& name) {
+        At(name, [](Node&) {});
+    }
+    // Comes back from another window: the active element gets the focus again.
+    void ComeBack() {
+        web_.events.emplace_back([this] { Active().page->subscribers.ForEach(kFocusIn); });
+    }
+    void Type(const std::string& name, const std::string& text) {
+        At(name, [=](Node& node) { node.value = text; });
+    }
+    void Choose(const std::string& name, int index) {
+        At(name, [=](Node& node) { node.selected = index; });
+    }
+    // Clicks it: a link, or a submit button of a form with an action, leads there.
+    void Click(const std::string& name) {
+        At(name, [this](Node& node) {
+            const std::string type = node.Attribute("type"), href = node.Attribute("href");
+            if (type == "checkbox") node.checked = !node.checked;
+            if (type == "radio") node.checked = true;
+            Active().page->subscribers.ForEach(kClick);
+            if (!href.empty() && href[0] != '#' && !href.starts_with("javascript:")) Leave(href);
+            if (node.IsSubmit()) Submit(node.Form());
+        });
+    }
+    // Presses Enter in the active field.
+    void Enter() {
+        web_.events.emplace_back([this] {
+            const Spot field = Active();
+            field.page->subscribers.ForEach([](DocumentEvents& e) { e.onkeypress(13); });
+            // The browser itself clicks the submit button; the focus stays in the field.
+            if (field.node->Form()) field.page->subscribers.ForEach(kClick);
+            Submit(field.node->Form());
+        });
+    }
+    // Enters an address.
+    void GoTo(const std::string& address) {
+        web_.events.emplace_back([=, this] { Leave(address); });
+    }
+
+private:
+    struct Spot {
+        std::shared_ptr<ScriptedPage> page;
+        Node* node = nullptr;
+        Node* frame = nullptr;  // that holds the page
+    };
+    inline static const auto kFocusIn = std::mem_fn(&DocumentEvents::onfocusin);
+    inline static const auto kClick = std::mem_fn(&DocumentEvents::onclick);
+
+    Spot Find(const std::string& name) const {
+        const auto& page = window_->page();
+        if (name.empty()) return {page, page->body};
+        if (Node* node = page->Find(name)) return {page, node};
+        for (Node* frame : page->root().Below("IFRAME")) {
+            const auto inner = page->FramePage(*frame);
+            if (Node* node = inner ? inner->Find(name) : nullptr) return {inner, node, frame};
+        }
+        throw std::logic_error("the page has no " + name);
+    }
+    Spot Active() const {
+        const auto& page = window_->page();
+        if (!page->active->IsFrame()) return {page, page->active};
+        const auto inner = page->FramePage(*page->active);
+        return {inner, inner->active, page->active};
+    }
+    // Brings the focus to an element, or to none for a text, and does `act` there.
+    void At(const std::string& name, std::function<void(Node&)> act) {
+        Spot spot = Find(name);
+        const bool is_text = spot.node->tag == "P" && !spot.node->Has("tabindex");
+        if (is_text) spot.node = spot.page->body;
+        web_.events.emplace_back([=, this] {
+            Focus(spot);
+            act(*spot.node);
+        });
+    }
+    void Focus(const Spot& spot) {
+        const Spot before = Active();
+        if (before.node == spot.node) return;
+        if (before.node != before.page->body) {
+            before.page->subscribers.ForEach(std::mem_fn(&DocumentEvents::onbeforedeactivate));
+        }
+        before.page->active = before.page->body;
+        const auto top = window_->page();
+        if (spot.frame && top->active != spot.frame) {
+            top->active = spot.frame;
+            top->subscribers.ForEach(kFocusIn);
+        }
+        spot.page->active = spot.node;
+        if (spot.node != spot.page->body) spot.page->subscribers.ForEach(kFocusIn);
+    }
+    void Submit(const Node* form) {
+        if (!form) return;
+        Active().page->subscribers.ForEach(std::mem_fn(&DocumentEvents::onsubmit));
+        if (form->Has("action")) Leave(form->Attribute("action"));
+    }
+    void Leave(const std::string& address) {
+        window_->subscribers.ForEach([&](BrowserEvents& e) { e.BeforeNavigate2(address); });
+        window_->page()->Leave();
+        window_->Load(address);
+    }
+
+    ScriptedWeb& web_;
+    std::shared_ptr<ScriptedBrowser> window_;
 };
 
 }  // namespace tamrin::test

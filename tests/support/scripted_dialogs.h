@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <deque>
-#include <string>
 #include <vector>
 
 #include "platform/dialogs.h"
@@ -15,8 +14,7 @@ namespace tamrin::test {
 class ScriptedDialogs : public Dialogs {
 public:
     ~ScriptedDialogs() override {
-        EXPECT_TRUE(answers.empty()) << "a box was expected";
-        EXPECT_TRUE(paths.empty()) << "a file dialog was expected";
+        EXPECT_TRUE(answers.empty() && paths.empty()) << "a box was expected";
     }
 
     std::deque<Answer> answers;
@@ -24,8 +22,7 @@ public:
     // "title|text", "title|filter|proposed" of file dialogs, "title|start" of folder dialogs
     std::vector<std::string> shown;
 
-    Answer MsgBox(const std::string& text, const std::string& title, Buttons /*buttons*/,
-                  bool /*cancel_is_default*/) override {
+    Answer MsgBox(const std::string& text, const std::string& title, Buttons, bool) override {
         return Next(answers, title + "|" + text, Answer::kCancel);
     }
     std::string SaveFile(const FileDialog& dialog) override { return OpenFile(dialog); }
@@ -38,13 +35,11 @@ public:
 
 private:
     template <class T>
-    T Next(std::deque<T>& queue, const std::string& dialog, T dismissed) {
+    T Next(std::deque<T>& queue, const std::string& dialog, T answer) {
         shown.push_back(dialog);
-        if (queue.empty()) {
-            ADD_FAILURE() << "unexpected: " << dialog;
-            return dismissed;
-        }
-        const T answer = queue.front();
+        EXPECT_FALSE(queue.empty()) << "unexpected: " << dialog;
+        if (queue.empty()) return answer;
+        answer = queue.front();
         queue.pop_front();
         return answer;
     }

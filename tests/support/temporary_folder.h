@@ -7,7 +7,6 @@
 #include <sstream>
 #include <string>
 #include <string_view>
-#include <system_error>
 
 namespace tamrin {
 
@@ -15,12 +14,9 @@ namespace tamrin {
 class TemporaryFolder {
 public:
     TemporaryFolder() {
-        std::random_device random;
-        do {
-            path_ = (std::filesystem::temp_directory_path() /
-                     ("tamrin-test-" + std::to_string(random())))
-                        .string();
-        } while (!std::filesystem::create_directory(path_));
+        const std::string parent = std::filesystem::temp_directory_path().string();
+        path_ = parent + "/tamrin-test-" + std::to_string(std::random_device()());
+        std::filesystem::create_directory(path_);
     }
     // Several attempts, because the last processes of a browser may still write into it.
     ~TemporaryFolder() {
@@ -28,7 +24,6 @@ public:
         for (int i = 0; i < 20; ++i) std::filesystem::remove_all(path_, failure);
     }
     TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
     const std::string& path() const { return path_; }
     std::string At(const std::string& name) const { return path_ + "/" + name; }
@@ -40,9 +35,8 @@ public:
 
     std::set<std::string> Names() const {
         std::set<std::string> names;
-        for (const auto& entry : std::filesystem::directory_iterator(path_)) {
-            names.insert(entry.path().filename().string());
-        }
+        const std::filesystem::directory_iterator entries(path_);
+        for (const auto& entry : entries) names.insert(entry.path().filename().string());
         return names;
     }
 
