@@ -4,7 +4,10 @@
 
 #include "platform/posix/text_codec.h"
 #include "scenario/cipher.h"
+#include "scenario/scenario_file.h"
+#include "support/memory_files.h"
 #include "support/temporary_folder.h"
+#include "support/virtual_clock.h"
 
 namespace tamrin {
 namespace {
@@ -42,54 +45,32 @@ TEST(ReadScenarioText, ReadsPlainAndEncipheredFilesAlike) {
     EXPECT_EQ(WriteScenarioText(lines, codec, false), FileBytes(kGolden + "plain.csv"));
 }
 
-TEST(ReadScenarioText, SplitsAtAnyLineEnd) {
-    const struct {
-        std::string_view bytes;
-        Lines lines;
-    } rows[] = {
+TEST(ReadScenarioText, SplitsAtAnyLineEndAndDeciphersEachLineByItself) {
+    const std::pair<std::string, Lines> rows[] = {
         {"", {}},
         {"\r\n", {""}},
-        {"a\r\nb\r\n", {"a", "b"}},
         {"a\nb", {"a", "b"}},
-        {"a\rb\r\r\nc", {"a", "b", "", "c"}},
+        {"a\rb\r\r\nc\r\n", {"a", "b", "", "c"}},
         {"a\n\r\n\n", {"a", "", ""}},
         {"\uFEFF日本\r\n\xFF", {"日本", "\uFFFD"}},
-        {"\uFEFF", {}},
         {"\x93\xFA\x96\r\n\x7B", {"日\uFFFD", "{"}},  // half a character ends its own line only
         {"a\r\nCIPHER\r\nb", {"a", "CIPHER", "b"}},
         {"cipher\r\nb", {"cipher", "b"}},
-        {"CIPHER \r\nb", {"CIPHER ", "b"}},
-        {std::string_view("a\0b", 3), {std::string("a\0b", 3)}},
+        {std::string("a\0b", 3), {std::string("a\0b", 3)}},
+        {"CIPHER\r\n", {}},
+        {"CIPHER\r\n" + Enciphered(""), {}},
+        {"\uFEFFCIPHER\n" + Enciphered("a\r\nb\r\n"), {"a", "b"}},
+        {"CIPHER\r\n" + Enciphered("a\r\n") + Enciphered("") + Enciphered("b"), {"a", "", "b"}},
+        {"CIPHER\r\n" + Enciphered("a") + Enciphered(""), {"a", ""}},
+        {"CIPHER\r\n" + Enciphered("a\r\n\r\n") + "\r\n", {"a", ""}},
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(ReadScenarioText(row.bytes, codec), row.lines) << row.bytes;
-    }
-}
-
-TEST(ReadScenarioText, DeciphersEachLineByItself) {
-    const struct {
-        std::string below_mark;
-        Lines lines;
-    } rows[] = {
-        {"", {}},
-        {Enciphered(""), {}},
-        {Enciphered("a\r\nb\r\n"), {"a", "b"}},
-        {Enciphered("a\r\n") + Enciphered("") + Enciphered("b"), {"a", "", "b"}},
-        {Enciphered("a") + Enciphered(""), {"a", ""}},
-        {Enciphered("a\r\n\r\n") + "\r\n", {"a", ""}},
-    };
-    for (const auto& row : rows) {
-        for (const char* mark : {"CIPHER\r\n", "\uFEFFCIPHER\n"}) {
-            EXPECT_EQ(ReadScenarioText(mark + row.below_mark, codec), row.lines) << row.below_mark;
-        }
+    for (const auto& [bytes, lines] : rows) {
+        EXPECT_EQ(ReadScenarioText(bytes, codec), lines) << bytes;
     }
 }
 
 TEST(WriteScenarioText, EscapesWhatTheFileCannotHold) {
-    const struct {
-        std::string line;
-        std::string_view written;
-    } rows[] = {
+    const std::pair<std::string, std::string> rows[] = {
         {"\U0001F600 ", "%%U+1F600%% "},
         {"日\u301C本", "\x93\xFA%%U+301C%%\x96\x7B"},  // would come back as another wave dash
         {"¥100", "%%U+A5%%100"},
@@ -97,15 +78,14 @@ TEST(WriteScenarioText, EscapesWhatTheFileCannotHold) {
         {std::string("\0", 1), "%%U+0%%"},
         {"%%U+41%%", "%%U+25%%%U+41%%"},
         {"%%%U+%%U+", "%%%U+25%%%U+%%U+25%%%U+"},
-        {"%%DBLQ%% 5%", "%%DBLQ%% 5%"},
+        {"%%DBLQ%% CIPHERED 5%", "%%DBLQ%% CIPHERED 5%"},
         {"\uFEFFx", "%%U+FEFF%%x"},
         {"CIPHER", "%%U+43%%IPHER"},
-        {"CIPHERED", "CIPHERED"},
     };
-    for (const auto& row : rows) {
-        const Lines lines = {row.line, "CIPHER"};
+    for (const auto& [line, written] : rows) {
+        const Lines lines = {line, "CIPHER"};
         const std::string bytes = WriteScenarioText(lines, codec, false);
-        EXPECT_EQ(bytes, std::string(row.written) + "\r\nCIPHER\r\n");
+        EXPECT_EQ(bytes, written + "\r\nCIPHER\r\n");
         EXPECT_EQ(ReadScenarioText(bytes, codec), lines);
     }
     EXPECT_EQ(WriteScenarioText({"a\xE6\x97\xFF"}, codec, false),
@@ -117,6 +97,20 @@ TEST(ScenarioTextLines, LeavesWhatOnlyResemblesAnEscape) {
     for (const char* text : {"%%U+", "%%U+%%", "%%U+4", "%%U+41%", "%%U+D800%%", "%%U+110000%%",
                              "%%U+0000041%%", "%%U+-1%%", "%%U+ 41%%", "%%u+41%%", "%%U+0x41%%"}) {
         EXPECT_EQ(ScenarioTextLines(text), Lines{text});
+    }
+}
+
+TEST(DeleteScenarioFile, TriesAgainForFiveSeconds) {
+    using Row = std::array<std::uint64_t, 2>;
+    for (const auto& [locked_ms, took_ms] : {Row{0, 0}, {5, 10}, {4990, 4990}, {5000, 5000}}) {
+        test::MemoryFiles files;
+        test::VirtualClock clock;
+        files.contents["a.csv"] = "x";
+        if (locked_ms > 0) files.locked = {"a.csv"};
+        clock.At(locked_ms, [&] { files.locked.clear(); });
+        EXPECT_EQ(DeleteScenarioFile(files, clock, "a.csv"), locked_ms < 5000) << locked_ms;
+        EXPECT_EQ(files.contents.empty(), locked_ms < 5000) << locked_ms;
+        EXPECT_EQ(clock.Elapsed(), took_ms);
     }
 }
 
