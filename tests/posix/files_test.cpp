@@ -5,7 +5,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <array>
 #include <csignal>
 
 #include "support/temporary_folder.h"
@@ -30,13 +29,15 @@ TEST(Replace, KeepsPermissionsAndLinks) {
     EXPECT_TRUE(files.Replace(folder.At("c.csv"), "new"));
     EXPECT_EQ(FileBytes(path), "new");
     EXPECT_EQ(fs::status(path).permissions(), fs::perms{0640});
-    for (const char* link : {"c.csv", "links/b.csv"}) {
-        EXPECT_TRUE(fs::is_symlink(folder.At(link))) << link;
-    }
+    EXPECT_TRUE(fs::is_symlink(folder.At("c.csv")) && fs::is_symlink(folder.At("links/b.csv")));
     EXPECT_TRUE(files.Replace(folder.At("dangling"), "new"));
     EXPECT_EQ(FileBytes(folder.At("new.csv")), "new");
     EXPECT_FALSE(files.Replace(folder.At("loop"), "new"));
     EXPECT_EQ(folder.Names(), (Names{"a.csv", "c.csv", "dangling", "links", "loop", "new.csv"}));
+}
+
+TEST(Read, TakesAFileWhoseSizeIsNotKnownBeforehand) {
+    EXPECT_NE(PosixFiles().Read("/proc/self/maps").value_or("").size(), 0U);
 }
 
 TEST(Replace, LeavesEverythingAsItWasOnFailure) {
@@ -51,43 +52,31 @@ TEST(Replace, LeavesEverythingAsItWasOnFailure) {
     const rlimit small{4096, before.rlim_max};
     const auto handler = signal(SIGXFSZ, SIG_IGN);
     setrlimit(RLIMIT_FSIZE, &small);
-    const bool replaced = files.Replace(path, std::string(100000, 'x'));
+    EXPECT_FALSE(files.Replace(path, std::string(100000, 'x')));
     setrlimit(RLIMIT_FSIZE, &before);
     signal(SIGXFSZ, handler);
-
-    EXPECT_FALSE(replaced);
     EXPECT_EQ(FileBytes(path), "old");
     EXPECT_EQ(folder.Names(), Names{"a.csv"});
-}
-
-TEST(Read, TakesAFileWhoseSizeIsNotKnownBeforehand) {
-    EXPECT_NE(PosixFiles().Read("/proc/self/maps").value_or("").size(), 0U);
-}
-
-TEST(CurrentFolder, IsThatOfTheProcess) {
-    EXPECT_EQ(PosixFiles().CurrentFolder(), fs::current_path());
 }
 
 TEST(Lock, EndsWithItsProgramHoweverThatComes) {
     const TemporaryFolder folder;
     PosixFiles files;
-    const std::string path = folder.At("a.lock");
-    std::array<int, 2> locked{};
-    ASSERT_EQ(pipe(locked.data()), 0);
+    int locked[2];
+    ASSERT_EQ(pipe(locked), 0);
     const pid_t other = fork();
     if (other == 0) {
-        const auto lock = files.Lock(path);
-        const char answer = lock ? '1' : '0';
-        if (write(locked[1], &answer, 1) == 1) pause();
+        const auto lock = files.Lock(folder.At("a.lock"));
+        if (write(locked[1], lock ? "1" : "0", 1) == 1) pause();
         _exit(0);
     }
     char answer = 0;
     EXPECT_EQ(read(locked[0], &answer, 1), 1);
     EXPECT_EQ(answer, '1');
-    EXPECT_FALSE(files.Lock(path));
+    EXPECT_FALSE(files.Lock(folder.At("a.lock")));
     kill(other, SIGKILL);
     waitpid(other, nullptr, 0);
-    EXPECT_TRUE(files.Lock(path));
+    EXPECT_TRUE(files.Lock(folder.At("a.lock")));
     EXPECT_EQ(folder.Names(), Names{});
     for (const int end : locked) close(end);
 }
