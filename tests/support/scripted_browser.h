@@ -104,13 +104,6 @@ public:
         if (!page || page->gone()) page = Load(web, frame.Attribute("src"));
         return page;
     }
-    static Node* DefaultButton(Node& node) {
-        for (Node* button : node.Form() ? node.Form()->Below("*") : std::vector<Node*>()) {
-            if (button->IsSubmit()) return button;
-        }
-        return nullptr;
-    }
-
     // Goes away with the pages in its frames.
     void Leave() {
         if (!gone()) left_ = std::exchange(root_, std::make_unique<Node>());
@@ -201,7 +194,10 @@ public:
     Element parentElement() override { return page_->MakeElement(node_.parent); }
     Element form() override { return page_->MakeElement(node_.Form()); }
     Element DefaultButton() override {
-        return page_->MakeElement(ScriptedPage::DefaultButton(node_));
+        for (Node* button : node_.Form() ? node_.Form()->Below("*") : std::vector<Node*>()) {
+            if (button->IsSubmit()) return page_->MakeElement(button);
+        }
+        return Element();
     }
     std::vector<std::string> OptionTexts() override {
         std::vector<std::string> texts;
@@ -266,10 +262,8 @@ public:
                   std::to_string(place.width) + "," + std::to_string(place.height));
     }
     void SetBars(const WindowBars& bars) override {
-        std::string call = "bars ";
-        for (bool shown : {bars.tool, bars.menu, bars.address, bars.status})
-            call += shown ? '1' : '0';
-        web_.Note(call);
+        web_.Note("bars " + std::to_string(bars.tool) + std::to_string(bars.menu) +
+                  std::to_string(bars.address) + std::to_string(bars.status));
     }
     WindowState State() override { return {{0, 0, 1024, 768}, {true, true, true, true}, false}; }
     std::uint64_t Handle() override { return alive_ ? handle : 0; }
@@ -370,15 +364,8 @@ public:
     void Focus(const std::string& name) {
         At(name, [](Node&) {});
     }
-    // Comes back from another window: the active element gets the focus again.
-    void ComeBack() {
-        web_.events.emplace_back([this] { Active().page->subscribers.ForEach(kFocusIn); });
-    }
     void Type(const std::string& name, const std::string& text) {
         At(name, [=](Node& node) { node.value = text; });
-    }
-    void Choose(const std::string& name, int index) {
-        At(name, [=](Node& node) { node.selected = index; });
     }
     // Clicks it: a link, or a submit button of a form with an action, leads there.
     void Click(const std::string& name) {
@@ -431,11 +418,15 @@ private:
         const auto inner = page->FramePage(*page->active);
         return {inner, inner->active, page->active};
     }
-    // Brings the focus to an element, or to none for a text, and does `act` there.
+    // Brings the focus to an element, or to the one around it that takes it, and does `act` there.
     void At(const std::string& name, std::function<void(Node&)> act) {
+        static const std::set<std::string> kFields{"INPUT", "BUTTON", "SELECT", "TEXTAREA"};
         Spot spot = Find(name);
-        const bool is_text = spot.node->tag == "P" && !spot.node->Has("tabindex");
-        if (is_text) spot.node = spot.page->body;
+        const auto takes_focus = [&](const Node& node) {
+            return &node == spot.page->body || node.Has("tabindex") || node.Has("href") ||
+                   kFields.contains(node.tag);
+        };
+        while (!takes_focus(*spot.node)) spot.node = spot.node->parent;
         web_.events.emplace_back([=, this] {
             Focus(spot);
             act(*spot.node);
