@@ -16,15 +16,12 @@ TEST(EqualsIgnoreCase, FoldsLettersOfBothWidthsAndNothingElse) {
     } rows[] = {
         {"", "", true},
         {"azAZ09", "AZaz09", true},
-        {"id", "id ", false},
         {"@[", "`{", false},  // 32 apart as the letters are
         {"ＡＺａｚ", "ａｚＡＺ", true},
         {"日本xＱ", "日本Xｑ", true},
         {"Ａ", "A", false},
         {"＠", "｀", false},  // neighbours of the full-width letters
         {"［", "｛", false},
-        {"ア", "ｱ", false},
-        {"Ä", "ä", false},
         {"\xBC\xA1", "\xBD\x81", false},  // the end of a full-width letter without its beginning
         {"\xEF\xBC", "\xEF\xBD", false},  // and the reverse
     };
@@ -34,7 +31,6 @@ TEST(EqualsIgnoreCase, FoldsLettersOfBothWidthsAndNothingElse) {
     }
     EXPECT_TRUE(StartsWithIgnoreCase("JavaScript:x", "javascript:"));
     EXPECT_FALSE(StartsWithIgnoreCase("java", "javascript:"));
-    EXPECT_FALSE(StartsWithIgnoreCase("java script:", "javascript:"));
 }
 
 TEST(GetRecordItem, AnswersTheFirstItemOfThatKey) {
@@ -45,11 +41,9 @@ TEST(GetRecordItem, AnswersTheFirstItemOfThatKey) {
     } rows[] = {
         {"click\t,id=btn,type=submit,indt=", "Act", "click"},
         {"click\t,id=btn,type=submit,indt=", "type", "submit"},
-        {"click\t,id=btn,type=submit,indt=", "indt", ""},
         {"click\t,id=btn,type=submit,indt=", "userwait", ""},
         {"input\t,ID=q,ＩＤ=w", "ｉｄ", "w"},
         {"input\t,id=q,id=w", "ID", "q"},
-        {"input\t,id=q,indt=a=b=c", "indt", "a=b=c"},
         {"input\t,id=q,indt=a=b=c", "indt=a", "b=c"},
         {"input\t,id=q,indt=cut,here", "indt", "cut"},
         {"input\t,id=q,indt=cut\there", "indt", "cut"},
@@ -58,11 +52,9 @@ TEST(GetRecordItem, AnswersTheFirstItemOfThatKey) {
         {"input\t, id=q", "id", ""},     // a blank before the key
         {"id=act\t,id=q", "id", "act"},  // the first column is searched, too
         {"quit", "ACT", "quit"},
-        {"quit", "", ""},
         {"act\tbetween,id=q", "", "between"},
         {"a,b,c", "", "b"},
         {"", "Act", ""},
-        {"", "id", ""},
         {"\t,,,=empty", "id", ""},
         {"x\t,a,b=1", "a,b", ""},  // no key spans a separator
     };

