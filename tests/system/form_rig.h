@@ -4,7 +4,7 @@
 
 #include <array>
 
-#include "system/system_under_test.h"
+#include "system_under_test.h"
 
 namespace tamrin::test {
 
@@ -41,27 +41,34 @@ inline constexpr auto kMenus = std::to_array<MenuSpec>({
 
 inline const FormSpec kMain{"frmMain", "題名", 400, 220, kControls, kMenus, kResizable};
 
-// A form with all kinds of controls, in front.
-class FormTest : public testing::Test {
-protected:
-    void SetUp() override {
+// A form with all kinds of controls, in front, that notes what its controls raise.
+class FormRig {
+public:
+    FormRig() {
         form->SetPlace({50, 50, 640, 480});
-        desk->Show(*form);
-        for (const char* name : {"cmdGo", "cmdOff", "cmdOk", "cmdCancel", "chkCipher", "mnuSave",
-                                 "mnuOff", "mnuDelete", "mnuCopy", "mnuStop"}) {
-            Find(name).onClick = Noting(name);
-        }
+        desk.Show(*form);
+        for (const ControlSpec& spec : kControls) Watch(spec.name, spec.index);
+        for (const MenuSpec& spec : kMenus) Watch(spec.name, -1);
     }
 
     Control& Find(std::string_view name, int index = -1) { return form->Find(name, index); }
 
-    std::function<void()> Noting(const char* event) {
-        return [this, event] { events.emplace_back(event); };
-    }
+    Desk desk;
+    const std::unique_ptr<Form> form = desk.windows.Create(kMain);
+    Lines events;  // "cmdGo", "optDisp1 on" (checked now), "txtName=text", "lstLines context"
 
-    const std::unique_ptr<Desk> desk = MakeDesk();
-    const std::unique_ptr<Form> form = desk->windows().Create(kMain);
-    Lines events;  // the clicks, in order
+private:
+    void Watch(std::string_view name, int index) {
+        Control& control = Find(name, index);
+        const std::string label = std::string(name) + (index < 0 ? "" : std::to_string(index));
+        control.onClick = [=, this, &control] {
+            events.push_back(label + (control.Checked() ? " on" : ""));
+        };
+        control.onChange = [=, this, &control] { events.push_back(label + "=" + control.Text()); };
+        control.onContext = [=, this] { events.push_back(label + " context"); };
+    }
 };
+
+class FormTest : public testing::Test, public FormRig {};
 
 }  // namespace tamrin::test

@@ -87,9 +87,9 @@ file() {
     key Return
 }
 
-# start ARGUMENTS...: starts the program, or the one that `exe` names, and waits until it can be used.
+# Starts the program and waits until it can be used.
 start() {
-    wine "${exe:-$program/tamrin.exe}" "$@" &
+    wine "$program/tamrin.exe" &
     run=$!
     focus frmIeAuto
     see gone frmSplash
