@@ -3,84 +3,61 @@
 #include <gtest/gtest.h>
 
 #include "support/scripted_browser.h"
-#include "support/virtual_clock.h"
 
 namespace tamrin::test {
 namespace {
-
-// Two machines' worth of browsers, told apart by their page.
-struct Kinds {
-    VirtualClock clock;
-    ScriptedWeb explorer{clock};
-    ScriptedWeb chromium{clock};
-    ScriptedWindows explorers;
-    ScriptedWindows chromiums;
-    Options options;
-    bool answers = true;
-    int asked = 0;
-    BrowserChoice choice{options, {explorer, explorers}, {chromium, chromiums}, [this] {
-                             ++asked;
-                             return answers;
-                         }};
-
-    // Which of them a run gets: its browser, and the input that belongs to it.
-    std::string Created() {
-        std::string why;
-        const auto made = choice.Create(why);
-        const auto of = [&](ScriptedWeb& web) {
-            return made == web.browser && &choice.input() == &web.input();
-        };
-        return of(explorer) ? "explorer" : of(chromium) ? "chromium" : "none";
-    }
-};
 
 TEST(BrowserChoice, FollowsTheOptions) {
     using enum BrowserKind;
     const struct {
         BrowserKind kind;
         const char* path;
-        bool named_by_command_line;
-        bool answers;
-        const char* created;
+        bool on_command_line;
+        bool answers, explorer;  // Internet Explorer: whether it does, and whether it is chosen
         int asked;
+        const char* visible;  // E: Internet Explorer, C: Chromium
     } rows[] = {
-        {kAny, "", false, true, "explorer", 1},
-        {kAny, "", false, false, "chromium", 1},
-        {kAny, "C:\\chrome.exe", false, true, "chromium", 0},
-        {kAny, "C:\\IEXPLORE.EXE", false, false, "explorer", 0},
-        {kAny, "", true, true, "explorer", 1},
-        {kChromium, "", false, true, "chromium", 0},
-        {kExplorer, "C:\\chrome.exe", false, false, "explorer", 0},
-        {kExplorer, "C:\\chrome.exe", true, true, "chromium", 0},
-        {kChromium, "iexplore.exe", true, true, "explorer", 0},
+        {kAny, "", false, true, true, 1, "EC"},
+        {kAny, "", false, false, false, 1, "EC"},
+        {kAny, "C:\\chrome.exe", false, true, false, 0, "EC"},
+        {kAny, "C:\\IEXPLORE.EXE", false, false, true, 0, "EC"},
+        {kAny, "", true, true, true, 1, "EC"},
+        {kChromium, "", false, true, false, 0, "C"},
+        {kExplorer, "C:\\chrome.exe", false, false, true, 0, "E"},
+        {kExplorer, "C:\\chrome.exe", true, true, false, 0, "E"},
+        {kChromium, "iexplore.exe", true, true, true, 0, "C"},
     };
     for (const auto& row : rows) {
-        Kinds kinds;
-        kinds.options.browser_kind = row.kind;
-        kinds.options.browser_path = row.path;
-        if (row.named_by_command_line) kinds.options.kept_browser_path = "";
-        kinds.answers = row.answers;
-        kinds.choice.Visible();
-        for (int time = 0; time < 2; ++time) EXPECT_EQ(kinds.Created(), row.created) << row.path;
-        EXPECT_EQ(kinds.asked, row.asked) << row.path;
+        SCOPED_TRACE(std::string(row.path) + row.visible);
+        VirtualClock clock;
+        ScriptedWeb explorer{clock}, chromium{clock};
+        const auto old = std::make_shared<ScriptedBrowser>(explorer);
+        const auto other = std::make_shared<ScriptedBrowser>(chromium);
+        ScriptedWindows explorers, chromiums;
+        explorers.visible = {explorers.opens = old};
+        chromiums.visible = {chromiums.focused = other};
+        Options options;
+        options.browser_kind = row.kind;
+        options.browser_path = row.path;
+        if (row.on_command_line) options.kept_browser_path = "";
+        int asked = 0;
+        BrowserChoice choice{options, {explorer, explorers}, {chromium, chromiums}, [&] {
+                                 ++asked;
+                                 return row.answers;
+                             }};
+        std::string visible;
+        for (const auto& window : choice.Visible()) visible += window == old ? 'E' : 'C';
+        EXPECT_EQ(visible, row.visible);
+        EXPECT_EQ(choice.Focused() == other, visible != "E");
+        explorers.focused = old;
+        EXPECT_EQ(choice.Focused() == old, visible != "C");
+        std::string why;
+        EXPECT_EQ(choice.Open("", why) == old, row.explorer);
+        const auto made = choice.Create(why);
+        const ScriptedWeb& web = row.explorer ? explorer : chromium;
+        EXPECT_TRUE(made == web.browser && &choice.input() == &web);
+        EXPECT_EQ(asked, row.asked);
     }
-}
-
-TEST(BrowserChoice, ShowsTheWindowsOfTheChosenKind) {
-    Kinds kinds;
-    const auto old = std::make_shared<ScriptedBrowser>(kinds.explorer);
-    const auto other = std::make_shared<ScriptedBrowser>(kinds.chromium);
-    kinds.explorers.visible = {old};
-    kinds.chromiums.visible = {other};
-    kinds.chromiums.focused = other;
-    using Windows = std::vector<std::shared_ptr<Browser>>;
-    EXPECT_EQ(kinds.choice.Visible(), (Windows{old, other}));
-    EXPECT_EQ(kinds.choice.Focused(), other);
-    kinds.options.browser_kind = BrowserKind::kExplorer;
-    EXPECT_EQ(kinds.choice.Visible(), (Windows{old}));
-    EXPECT_EQ(kinds.choice.Focused(), nullptr);
-    kinds.options.browser_kind = BrowserKind::kChromium;
-    EXPECT_EQ(kinds.choice.Visible(), (Windows{other}));
 }
 
 }  // namespace

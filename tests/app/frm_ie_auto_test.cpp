@@ -1,134 +1,205 @@
-#include "app/frm_ie_auto.h"
-
 #include "app/main_window_rig.h"
+#include "scenario/player_payload.h"
+#include "support/sample_program.h"
 
 namespace tamrin::test {
 namespace {
 
-class RunTest : public MainWindowTest {
-protected:
-    // Starts the program with a scenario that waits after it has opened a page.
-    void Play(const std::string& milliseconds, const std::string& page = "page") {
-        files.contents[kFile] = "url\t,size_bar=1.2.3.4.1,indt=" + page +
-                                "\n//\twait\nwait\t,indt=" + milliseconds + "\n";
-        window.Form_Load(std::string("-a ") + kFile);
+TEST_F(MainWindowTest, StartsIdleUnderASplash) {
+    EXPECT_EQ(window.Form_Load(""), StartUp::kDone);
+    EXPECT_TRUE(processes.raised && form().Visible() && form().top_most() && Enabled("cmdRec"));
+    EXPECT_EQ(dynamic_cast<HeadlessControl&>(Find("txtUrl")).left_margin(), 8);
+    HeadlessForm& splash = *windows.FindForm("frmSplash");
+    EXPECT_EQ(splash.GetPlace().left, 780 + (500 - 280) / 2);
+    EXPECT_EQ(splash.GetPlace().top, 724 + (300 - 104) / 2);
+    Pass(3000);
+    EXPECT_TRUE(splash.closed() && web.calls.empty());
+}
+
+TEST_F(MainWindowTest, CarriesOutTheCommandLine) {
+    const std::string program = "C:\\tamrin\\order.csv";
+    const std::string current = "C:\\work\\order.csv";
+    const struct {
+        std::string command_line;
+        std::string flags;  // p: played, c: closed, t: in the tray, and an error
+        std::string file = {};
+        std::string browser = "kept";
+        std::string shown = {};
+    } rows[] = {
+        {"-auto \"" + program + "\"", "p", program},
+        {"x　-a   " + program, "p", program},
+        {'"' + program + '"', "p", program},
+        {" order.csv ", "p", current},
+        {"-Close -unknown -a " + program, "p", program},
+        {"-c -a " + program + " -tasktray", "pct", program},
+        {"-stream url\t,size_bar=1.2.3.4.1,indt=page\r\n//%SPC%a%SPC-%b", "pct", "stream"},
+        {"-browser .\\b.exe", "", "", "C:\\work\\b.exe"},
+        {"-browser firefox -browser chromium", "", "", "chromium"},
+        {"-a -c", "parameter", "", "kept", "パラメータエラー|aの第二パラメータ（ファイル名）"},
+        {"-auto 無い a.csv -c", "none", "", "kept", "|auto\r\n無い a.csv\r\nのファイルが存在しま"},
+        {"-a bad.csv", "none", "", "kept", "はシナリオファイルではありません。"},
+    };
+    files.contents[current] = kScenario;
+    files.contents["C:\\work\\bad.csv"] = std::string("\0", 1);
+    files.contents["C:\\tamrin\\bad.csv"] = "";
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.command_line);
+        dialogs.answers.assign(row.shown.empty() ? 0 : 1, kOk);
+        files.contents["C:\\tamrin\\Options.txt"] = "browser = kept\r\n";
+        files.contents.erase("C:\\tamrin\\Conf.txt");
+        Globals fresh;
+        frmIeAuto other(fresh, platform);
+        const StartUp end = other.Form_Load(row.command_line);
+        std::string flags = other.last_run() == RunEnd::kCompleted ? "p" : "";
+        if (other.closed()) flags += "c";
+        if (Find("mnuTaskTray").Checked()) flags += "t";
+        if (end != StartUp::kDone) flags += end == StartUp::kParameterError ? "parameter" : "none";
+        EXPECT_EQ(flags + "|" + fresh.current_file + "|" + fresh.options.browser_path,
+                  row.flags + "|" + row.file + "|" + row.browser);
+        EXPECT_NE(Joined(dialogs.shown).find(row.shown), std::string::npos);
+        EXPECT_TRUE(row.file != "stream" || Records().back() == "// a -b");
+        other.Close();
+        EXPECT_EQ(files.IsFile("C:\\tamrin\\Conf.txt"), !fresh.close_after_play);
+        EXPECT_TRUE(files.contents["C:\\tamrin\\Options.txt"].starts_with("browser = kept\r\n"));
     }
-    static constexpr const char* kFile = "C:\\tamrin\\order.csv";
+}
+
+// A program that carries a scenario, and the menu entry that makes it.
+class PlayerTest : public MainWindowTest {
+protected:
+    PlayerTest() {
+        files.contents["C:\\tamrin\\Conf.txt"] = "max wait time = 77\r\n";
+        files.contents["C:\\tamrin\\Options.txt"] = "recent = C:\\old.csv\r\n";
+        files.contents["D:\\配布\\readme.txt"] = "";
+        window.Form_Load("");
+        EXPECT_FALSE(Enabled("mnuMakeExe"));
+        window.Open("C:\\tamrin\\order.csv");
+    }
+    void Make(const std::string& path) {
+        dialogs.paths = {path};
+        form().Click("mnuMakeExe");
+    }
+    std::string& program = files.contents[processes.own] = SampleProgram(ProgramKind::kWindows64);
+    const std::string kPlayer = "D:\\配布\\注文.exe";
 };
 
-TEST_F(MainWindowTest, SwitchesTheButtonsByMode) {
-    // Rec, Play, Stop and the entry that makes a player, "1" for enabled. Before each row all are
-    // disabled, and the list holds a line.
-    const struct {
-        const char* activity;
-        const char* mode;
-        bool on;
-        const char* buttons;
-    } rows[] = {
-        {"", "all", true, "1101"},        {"", "rec", true, "0010"},
-        {"", "rec", false, "1101"},       {"", "play", true, "0010"},
-        {"", "play", false, "1101"},      {"rec", "stop", true, "1101"},
-        {"rec", "stop", false, "0111"},   {"play", "stop", true, "0101"},
-        {"play", "stop", false, "1111"},  {"", "stop", true, "0101"},
-        {"", "play check", true, "0101"}, {"", "no such", true, "0000"},
+TEST_F(PlayerTest, PlaysTheListAtOnceOnDefaultSettingsAndQuits) {
+    Make(kPlayer);
+    EXPECT_EQ(Find("txtStatus").Text(), "実行形式で保存しました：" + kPlayer);
+    EXPECT_EQ(processes.runnable, std::set<std::string>{kPlayer});
+    EXPECT_TRUE(ReadPayload(files, kPlayer).scenario.starts_with("CIPHER\r\n"));
+    processes.own = kPlayer;
+    const auto before = files.contents;
+    Globals own;
+    frmIeAuto player(own, platform);
+    bool tray = false;
+    web.on_call["fire a onchange"] = [&] {
+        tray = form().tray_icon() && !form().Visible() && !Enabled("mnuMakeExe");
     };
-    list().SetLines({"x"});
-    const char* const names[] = {"cmdRec", "cmdPlay", "cmdStop", "mnuMakeExe"};
-    for (const auto& row : rows) {
-        for (const char* name : names) Find(name).SetEnabled(false);
-        globals.activity = row.activity;
-        window.SetMode(row.mode, row.on);
-        std::string buttons;
-        for (const char* name : names) buttons += Enabled(name) ? '1' : '0';
-        EXPECT_EQ(buttons, row.buttons) << row.mode << row.on << row.activity;
-    }
-    list().SetLines({});
-    window.SetMode("all", true);
-    EXPECT_FALSE(Enabled("cmdPlay") || Enabled("mnuMakeExe"));
+    EXPECT_EQ(player.Form_Load("-a C:\\other.csv -browser x"), StartUp::kDone);
+    EXPECT_EQ(player.last_run(), RunEnd::kCompleted);
+    EXPECT_TRUE(tray && player.closed() && own.options.recent_files.empty());
+    EXPECT_EQ(own.settings.max_wait_time, Settings().max_wait_time);
+    EXPECT_EQ(files.contents, before);
 }
 
-TEST_F(RunTest, ShowsItsProgressUntilItIsStopped) {
-    std::string caption;
-    After(300, [&] {
-        caption = form().Caption();
-        form().Press("F5");  // it runs already
-    });
-    After(3000, [&] { form().Click("cmdStop"); });
-    Play("60000");
-    EXPECT_EQ(caption, "(3/3) Tamrin 0.10 < order.csv >");
-    EXPECT_EQ(form().Caption(), "Tamrin 0.10 < order.csv >");
-    EXPECT_EQ(std::ranges::count(web.calls, "create"), 1);
-    EXPECT_EQ(window.last_run(), RunEnd::kStopped);
-    EXPECT_EQ(clock.Elapsed(), 3000U);
-    EXPECT_TRUE(Enabled("cmdPlay"));
-    EXPECT_FALSE(Enabled("cmdStop") || globals.unsaved || window.Stopping());
-    for (const char* key : {"Esc", "Shift+F5"}) {
-        After(3000, [&, key] {
-            form().Press(key);
+TEST_F(PlayerTest, HasTheNameOfTheScenarioAndIsMadeOfAWholeProgram) {
+    for (const char* const file : {"stream", "C:\\a.b\\order", "C:\\a.b\\注文.2.csv"}) {
+        globals.current_file = file;
+        Make("");
+    }
+    const std::string asks = "実行形式で保存|実行ファイル(*.exe)|C:\\";
+    EXPECT_EQ(dialogs.shown, (Lines{asks + "tamrin\\無題.exe", asks + "a.b\\order.exe",
+                                    asks + "a.b\\注文.2.exe"}));
+    const std::string whole = program;
+    const std::pair<std::function<void()>, std::string> rows[] = {
+        {[&] { processes.running = {kPlayer}; }, kPlayer + "\r\nは実行中か使用中のため、"},
+        {[&] { program.replace(0, 2, "??"); }, processes.own + "\r\nは壊れているため"},
+        {[&] { files.full_disk = true; }, kPlayer + "\r\nに保存できません。"},
+        {[&] { list().SetLines({"click\t,id=ok"}); }, "最初に開くページ（url の行）がないため"},
+    };
+    files.contents[kPlayer] = "old";
+    for (const auto& [spoil, said] : rows) {
+        spoil();
+        dialogs.answers = {kOk};
+        Make(kPlayer);
+        EXPECT_TRUE(dialogs.shown.back().starts_with("保存エラー|" + said)) << said;
+        EXPECT_EQ(files.contents[kPlayer], "old");
+        program = whole;
+        processes.running.clear();
+    }
+}
+
+// A scenario that waits after it has opened a page.
+std::string Waiting(const std::string& page, const std::string& ms) {
+    return "url\t,size_bar=1.2.3.4.1,indt=" + page + "\n//\twait\nwait\t,indt=" + ms + "\n";
+}
+
+TEST_F(MainWindowTest, ShowsItsProgressUntilItIsStopped) {
+    files.contents["C:\\tamrin\\order.csv"] = Waiting("page", "60000");
+    window.Form_Load("");
+    window.Open("C:\\tamrin\\order.csv");
+    for (const char* stop : {"cmdStop", "Esc", "Shift+F5"}) {
+        SCOPED_TRACE(stop);
+        web.calls.clear();
+        const auto start = clock.Elapsed();
+        std::string caption;
+        After(300, [&] {
+            caption = form().Caption();
+            Act("F5");  // it runs already
+        });
+        After(3000, [&] {
+            Act(stop);
             EXPECT_TRUE(window.Stopping());
         });
-        form().Press("F5");
-        EXPECT_EQ(window.last_run(), RunEnd::kStopped) << key;
+        Act("cmdPlay");
+        EXPECT_EQ(caption, "(3/3) Tamrin 0.10 < order.csv >");
+        EXPECT_EQ(form().Caption(), "Tamrin 0.10 < order.csv >");
+        EXPECT_EQ(std::ranges::count(web.calls, "create"), 1);
+        EXPECT_TRUE(window.last_run() == RunEnd::kStopped && Enabled("cmdPlay"));
+        EXPECT_EQ(clock.Elapsed() - start, 3000U);
+        EXPECT_FALSE(Enabled("cmdStop") || globals.unsaved || window.Stopping());
     }
+    // No watchdog ends a run that was started by hand.
+    globals.settings.play_count = 2;
+    Act("F5");
+    EXPECT_EQ(window.last_run(), RunEnd::kCompleted);
+    EXPECT_EQ(std::ranges::count(web.calls, "navigate page"), 3);
 }
 
-TEST_F(RunTest, TheWatchdogEndsAnAutomaticRunWithoutPages) {
-    Play("600000");
+TEST_F(MainWindowTest, TheWatchdogEndsAnAutomaticRunWithoutPages) {
+    files.contents["C:\\tamrin\\order.csv"] = Waiting("gone", "600000");
+    window.Form_Load("-a C:\\tamrin\\order.csv");
+    EXPECT_TRUE(window.page_failed());
+    EXPECT_EQ(Find("txtStatus").Text(), "ページを開けません：gone （no page）");
     EXPECT_EQ(window.last_run(), RunEnd::kTimedOut);
-    EXPECT_TRUE(form().closed());
-    EXPECT_FALSE(form().Visible());
+    EXPECT_TRUE(form().closed() && !form().Visible());
     EXPECT_NEAR(static_cast<double>(clock.Elapsed()), 31000.0, 1100.0);
     EXPECT_EQ(codec.Decode(files.contents["C:\\tamrin\\Tamrin.log"]),
               "2026-01-02 03:04:05 C:\\tamrin\\order.csv：3 行目の再生中、30 秒のあいだ"
               "ページの読み込みが完了しなかったため、終了しました。\r\n");
 }
 
-TEST_F(RunTest, ARunStartedByHandHasNoWatchdogAndPlaysAsOftenAsChosen) {
-    window.Form_Load("");
-    list().SetLines({"url\t,size_bar=1.2.3.4.1,indt=page", "wait\t,indt=90000"});
-    globals.settings.play_count = 2;
-    window.cmdPlay_Click();
-    EXPECT_EQ(window.last_run(), RunEnd::kCompleted);
-    EXPECT_EQ(std::ranges::count(web.calls, "navigate page"), 2);
-}
-
-TEST_F(RunTest, TellsThatAPageCannotBeOpened) {
-    Play("1", "gone");
-    EXPECT_TRUE(window.page_failed());
-    EXPECT_EQ(Find("txtStatus").Text(), "ページを開けません：gone （no page）");
-}
-
 TEST_F(MainWindowTest, DisplayOptionsTakeEffectAndAreStored) {
     window.Form_Load("");
-    list().onContext();
-    EXPECT_EQ(form().popped_up(), "mnuContext");
-    Find("lstCsv").onContext();
-    EXPECT_EQ(form().popped_up(), "mnuListEdit");
-    for (const char* entry : {"mnuDispTop", "mnuScrollBar", "mnuTaskTray"}) form().Click(entry);
+    for (const char* entry : {"mnuDispTop", "mnuScrollBar", "mnuTaskTray"}) Act(entry);
     EXPECT_FALSE(form().top_most() || Find("mnuDispTop").Checked());
     EXPECT_TRUE(dynamic_cast<HeadlessListBox&>(list()).horizontal_scroll());
     const Place before = list().GetPlace();
     form().Click("optDisp", 0);
-    EXPECT_EQ(list().GetPlace().top, 34);
-    EXPECT_FALSE(Find("splTop").Visible() || Find("lstDetail").Visible());
+    EXPECT_TRUE(list().GetPlace().top == 34 && !Find("splTop").Visible());
     form().Click("optDisp", 2);
     EXPECT_TRUE(Find("lstCsv").Visible() && Find("splTop").Visible());
-    EXPECT_FALSE(Find("lstDetail").Visible());
-    EXPECT_EQ(list().GetPlace().top, before.top);
+    const int bottom = before.top + before.height;
     const std::pair<int, int> rows[] = {
-        {100, 105}, {-50, 69}, {5000, before.top + before.height - 30}};
+        {103, before.top}, {100, 105}, {-50, 69}, {5000, bottom - 30}};
     for (const auto& [dragged_to, list_top] : rows) {
-        Place splitter = Find("splTop").GetPlace();
-        splitter.top = dragged_to;
-        Find("splTop").SetPlace(splitter);
+        Find("splTop").SetPlace({.left = 6, .top = dragged_to, .width = 468, .height = 5});
         Find("splTop").onChange();
         EXPECT_EQ(list().GetPlace().top, list_top) << dragged_to;
-        EXPECT_EQ(list().GetPlace().top + list().GetPlace().height, before.top + before.height);
+        EXPECT_EQ(list().GetPlace().top + list().GetPlace().height, bottom);
     }
-    const Settings& settings = globals.settings;
-    EXPECT_EQ((std::vector<int>{settings.disp, settings.disp_top, settings.scroll_bar,
-                                settings.tasktray}),
-              (std::vector{2, 0, 1, 1}));
+    EXPECT_TRUE(globals.settings.disp == 2 && globals.settings.tasktray);
 }
 
 }  // namespace

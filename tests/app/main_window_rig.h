@@ -3,11 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <functional>
-#include <memory>
-#include <string>
-#include <string_view>
-#include <vector>
+#include <map>
 
 #include "app/frm_ie_auto.h"
 #include "platform/headless/headless_window_system.h"
@@ -16,7 +12,6 @@
 #include "support/no_processes.h"
 #include "support/scripted_browser.h"
 #include "support/scripted_dialogs.h"
-#include "support/virtual_clock.h"
 
 namespace tamrin::test {
 
@@ -55,23 +50,18 @@ protected:
 
     // What the user does, and what it leads to.
     struct Step {
-        std::string acts;  // parted by "; "
-        std::string
-            reply;         // to boxes: o(k), c(ancel), y(es), n(o); ">" and a path to a file dialog
-        std::string said;  // part of what the boxes and dialogs show
+        std::string acts;   // parted by "; "
+        std::string reply;  // to boxes: o(k), c(ancel), y(es), n(o); ">" and a path to a dialog
+        std::string said;   // part of what the boxes and dialogs show
         std::string state;  // then, as the test's State tells it
     };
     void Run(const std::vector<Step>& steps) {
+        const std::map<char, Answer> answers{{'o', kOk}, {'c', kCancel}, {'y', kYes}, {'n', kNo}};
         for (const Step& step : steps) {
             SCOPED_TRACE(step.acts);
-            const auto path = std::min(step.reply.find('>'), step.reply.size());
-            for (const char c : step.reply.substr(0, path)) {
-                dialogs.answers.push_back(c == 'o'   ? kOk
-                                          : c == 'c' ? kCancel
-                                          : c == 'y' ? kYes
-                                                     : kNo);
-            }
-            if (path < step.reply.size()) dialogs.paths = {step.reply.substr(path + 1)};
+            const Lines reply = Split(step.reply, ">");
+            for (const char c : reply[0]) dialogs.answers.push_back(answers.at(c));
+            dialogs.paths.assign(reply.begin() + 1, reply.end());
             dialogs.shown.clear();
             for (const std::string& act : Split(step.acts, "; ")) Act(act);
             EXPECT_TRUE(dialogs.answers.empty() && dialogs.paths.empty());
@@ -83,25 +73,20 @@ protected:
     // A menu entry, a button, or keys; "mnuX: txtA=text, cmdOk" fills and clicks in the dialog that
     // the entry opens.
     virtual void Act(const std::string& act) {
-        const auto colon = act.find(": ");
-        const std::string command = act.substr(0, colon);
-        windows.onModal = [&](HeadlessForm& dialog) {
-            for (const std::string& part : Split(act.substr(colon + 2), ", ")) {
-                const auto equals = part.find('=');
-                const auto blank = part.find(' ');
-                if (equals != std::string::npos) {
-                    dialog.Find(part.substr(0, equals)).SetText(part.substr(equals + 1));
-                } else {
-                    const bool indexed = blank != std::string::npos;
-                    dialog.Click(part.substr(0, blank),
-                                 indexed ? std::stoi(part.substr(blank)) : -1);
+        const Lines parts = Split(act, ": ");
+        if (parts.size() > 1)
+            windows.onModal = [&](HeadlessForm& dialog) {
+                for (const std::string& part : Split(parts[1], ", ")) {
+                    const auto end = std::min(part.find_first_of("= "), part.size());
+                    const std::string name = part.substr(0, end);
+                    const std::string rest = part.substr(std::min(end + 1, part.size()));
+                    part[end] == '=' ? dialog.Find(name).SetText(rest)
+                                     : dialog.Click(name, rest.empty() ? -1 : std::stoi(rest));
                 }
-            }
-            EXPECT_TRUE(dialog.closed()) << act;
-        };
-        if (colon == std::string::npos) windows.onModal = nullptr;
-        const bool named = command.starts_with("mnu") || command.starts_with("cmd");
-        named ? form().Click(command) : form().Press(command);
+                EXPECT_TRUE(dialog.closed()) << act;
+            };
+        const bool named = act.starts_with("mnu") || act.starts_with("cmd");
+        named ? form().Click(parts[0]) : form().Press(parts[0]);
         windows.onModal = nullptr;
     }
     virtual std::string State() { return Joined(Records()); }
@@ -111,13 +96,11 @@ protected:
         for (const std::string& line : lines) text += (text.empty() ? "" : "/") + line;
         return text;
     }
-    static Lines Split(std::string text, std::string_view by) {
-        Lines parts;
-        for (auto at = text.find(by); at != std::string::npos; at = text.find(by)) {
-            parts.push_back(text.substr(0, at));
-            text.erase(0, at + by.size());
-        }
-        parts.push_back(text);
+    static Lines Split(const std::string& text, const std::string& by) {
+        const auto at = text.find(by);
+        if (at == std::string::npos) return {text};
+        Lines parts = Split(text.substr(at + by.size()), by);
+        parts.insert(parts.begin(), text.substr(0, at));
         return parts;
     }
 
