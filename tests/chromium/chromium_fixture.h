@@ -1,9 +1,5 @@
 #pragma once
 
-#include <functional>
-#include <string>
-#include <vector>
-
 #include "conformance/quiet_processes.h"
 #include "conformance/suite.h"
 #include "platform/chromium/launcher.h"
@@ -13,17 +9,13 @@
 namespace tamrin::test {
 
 // The system's time, which a test can put forward.
-class JumpingClock : public SystemClock {
-public:
-    std::uint32_t TickCount() const override { return SystemClock::TickCount() + ahead_; }
-    void Jump(std::uint32_t milliseconds) { ahead_ += milliseconds; }
-
-private:
-    std::uint32_t ahead_ = 0;
+struct JumpingClock : SystemClock {
+    std::uint32_t TickCount() const override { return SystemClock::TickCount() + ahead; }
+    void Jump(std::uint32_t milliseconds) { ahead += milliseconds; }
+    std::uint32_t ahead = 0;
 };
 
-class RememberingProcesses : public conformance::QuietProcesses {
-public:
+struct RememberingProcesses : conformance::QuietProcesses {
     std::string MakeTemporaryFolder() override {
         return profile = QuietProcesses::MakeTemporaryFolder();
     }
@@ -51,8 +43,7 @@ struct Rig : conformance::BackEnd {
                               }}};
 };
 
-class ChromiumTest : public conformance::Suite {
-protected:
+struct ChromiumTest : conformance::Suite {
     Rig& rig() { return dynamic_cast<Rig&>(back_end()); }
     std::optional<std::string> Picture() { return rig().chromium.Picture(); }
 };

@@ -1,151 +1,137 @@
 #include <signal.h>
 
 #include <filesystem>
+#include <fstream>
 
 #include "chromium/chromium_fixture.h"
 #include "support/temporary_folder.h"
 
+std::unique_ptr<tamrin::conformance::BackEnd> tamrin::conformance::MakeBackEnd() {
+    return std::make_unique<test::Rig>();
+}
+
 namespace tamrin::test {
+
+std::vector<int> BrowserProcesses(const std::string& profile) {
+    std::vector<int> ids;
+    std::error_code error;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc", error)) {
+        std::ifstream file(entry.path() / "cmdline", std::ios::binary);
+        const std::string line{std::istreambuf_iterator<char>(file), {}};
+        if (profile.empty() || line.find(profile) == std::string::npos) continue;
+        const bool is_first = line.find("--type=") == std::string::npos;
+        ids.insert(is_first ? ids.begin() : ids.end(), std::stoi(entry.path().filename()));
+    }
+    return ids;
+}
+
 namespace {
 
 TEST(BrowserStart, SaysWhyItFailsAndLeavesNothingBehind) {
     const TemporaryFolder folder;
-    const std::string sleeper = folder.At("sleeper");
+    const std::string sleeper = folder.Write("sleeper", "#!/bin/sh\nexec sleep 100\n");
     RememberingProcesses processes;
     PosixFiles files;
     JumpingClock clock;
-    ASSERT_TRUE(files.Replace(sleeper, "#!/bin/sh\nexec sleep 100\n"));
     processes.AllowRunning(sleeper);
     class NoBrowsers : public RememberingProcesses {
         std::string FindExecutable(const std::string& /*name*/) const override { return ""; }
     } empty;
-    const struct {
-        Processes& system;
-        std::string executable;
-        bool stop;
-        std::string says;
-    } rows[] = {
-        {empty, "", false, "ブラウザが見つかりません（chromium、google-chrome、"},
-        {processes, "/no/such", false, "指定されたブラウザがありません。\r\n/no/such"},
-        {processes, "no-such", false, "指定されたブラウザがありません。\r\nno-such"},
-        {processes, "/etc/passwd", false, "ブラウザを起動できません。\r\n/etc/passwd"},
-        {processes, "/bin/false", false, "ブラウザがすぐに終了しました。"},
-        {processes, sleeper, false, "ブラウザが 1 秒以内に準備できませんでした。"},
-        {processes, sleeper, true, "ブラウザの起動を中止しました。"},
-        {processes, "", false, ""},
+    const std::pair<std::string, std::string> rows[] = {
+        {"", "ブラウザが見つかりません（chromium、google-chrome、"},
+        {"/no/such", "指定されたブラウザがありません。\r\n/no/such"},
+        {"no-such", "指定されたブラウザがありません。\r\nno-such"},
+        {"/etc/passwd", "ブラウザを起動できません。\r\n/etc/passwd"},
+        {"/bin/false", "ブラウザがすぐに終了しました。"},
+        {sleeper, "ブラウザが 1 秒以内に準備できませんでした。"},
+        {sleeper, "ブラウザの起動を中止しました。"},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.executable + " " + row.says);
-        const bool starts = row.says.empty();
+    for (const auto& [executable, says] : rows) {
         auto launcher = std::make_unique<ChromiumLauncher>(
-            row.system, files, clock,
-            ChromiumSettings{.executable = [&] { return row.executable; },
-                             .stop_requested = [&] { return row.stop; },
-                             .start_limit_ms = starts ? 30000 : 300});
+            executable.empty() ? empty : processes, files, clock,
+            ChromiumSettings{.executable = [&] { return executable; },
+                             .stop_requested = [&] { return says.ends_with("中止しました。"); },
+                             .start_limit_ms = 300});
         std::string why;
-        const auto window = launcher->Create(why);
-        EXPECT_EQ(window != nullptr, starts);
-        EXPECT_TRUE(why.starts_with(row.says)) << why;
+        EXPECT_FALSE(launcher->Create(why));
+        EXPECT_TRUE(why.starts_with(says)) << why;
         launcher.reset();
         EXPECT_TRUE(conformance::WaitUntil(
             clock, [&] { return BrowserProcesses(processes.profile).empty(); }));
-        EXPECT_FALSE(std::filesystem::exists(processes.profile));
-        EXPECT_FALSE(window && (window->Alive() || window->Navigate("about:blank")));
+        EXPECT_FALSE(std::filesystem::exists(processes.profile)) << says;
     }
 }
 
-// Each test harms a window of its own.
-class Faults : public ChromiumTest, public conformance::EventLog {
-protected:
+struct Faults : ChromiumTest {
     ~Faults() override { rig().on_wait = nullptr; }
 
-    void NotResponding() override { lines.emplace_back("NotResponding"); }
-
-    void Show(std::string_view body) {
-        if (!window_) {
-            window_ = NewWindow();
-            ASSERT_TRUE(window_);
-            connection_ = window_->Connect(*this);
-        }
-        ASSERT_TRUE(window_->Navigate(Url(Serve(body))));
-        ASSERT_TRUE(WaitComplete(*window_));
-        clock().DoEvents();
-        lines.clear();
+    struct Log : conformance::EventLog {
+        using EventLog::EventLog;
+        void NotResponding() override { lines.emplace_back("NotResponding"); }
+    };
+    Document Show(std::string_view page) {
+        const Document document = Open(page);
+        Pump();
+        return document;
     }
-    Element ById(std::string_view id) { return window_->document().Named(id).by_id; }
-
-    using Lines = std::vector<std::string>;
-    std::shared_ptr<Browser> window_;
-    std::unique_ptr<Connection> connection_;
 };
 
 constexpr const char* kHangs = "<p id=p>x</p><button id=b onclick='for (;;);'>hang</button>";
 
 TEST_F(Faults, AKilledBrowserIsGoneAtOnceAndIsStartedAnew) {
     for (const bool in_a_call : {false, true}) {
-        SCOPED_TRACE(in_a_call);
-        connection_.reset();
-        window_.reset();
-        Show(kHangs);
-        const Element paragraph = ById("p");
-        const Element button = ById("b");
+        SetUp();
+        const Document page = Show(kHangs);
+        const Element button = Find("b");
+        Log log(browser());
         const int id = BrowserProcesses(rig().processes.profile).at(0);
         rig().on_wait = [id] { return kill(id, SIGKILL) != 0; };
         if (!in_a_call) kill(id, SIGKILL);
         EXPECT_FALSE(button.click());
         rig().on_wait = nullptr;
-        EXPECT_FALSE(window_->Alive() || window_->Busy() || window_->document());
-        EXPECT_EQ(paragraph.innerText(), "");
-        EXPECT_FALSE(window_->Navigate("about:blank") || Press("ENTER") || Picture());
-        EXPECT_EQ(lines, Lines()) << "told outside DoEvents";
-        clock().DoEvents();
-        clock().DoEvents();
-        EXPECT_EQ(lines, Lines{"OnQuit"});
+        EXPECT_FALSE(browser().Alive() || browser().Busy() || browser().document());
+        EXPECT_FALSE(browser().Navigate("about:blank") || Press("ENTER") || Picture());
+        EXPECT_EQ(StillAnswers(page), "");
+        EXPECT_TRUE(log.lines.empty()) << "told outside DoEvents";
+        ExpectLines(log, "OnQuit");
     }
 }
 
 TEST_F(Faults, AWindowWhosePageCrashesIsGoneAlone) {
-    Show(kHangs);
-    const Document page = window_->document();
-    EXPECT_TRUE(window_->Navigate("chrome://crash"));
-    EXPECT_TRUE(Wait([&] { return Has("OnQuit"); }));
-    EXPECT_FALSE(window_->Alive() || window_->Busy() || window_->Navigate("about:blank"));
-    EXPECT_TRUE(page.getElementsByTagName("*").empty());
-    EXPECT_TRUE(browser().Alive());
+    const auto other = NewWindow();
+    const Document page = Show(kHangs);
+    Log log(browser());
+    EXPECT_TRUE(browser().Navigate("chrome://crash"));
+    EXPECT_TRUE(Wait([&] { return log.Has("OnQuit"); }));
+    EXPECT_FALSE(browser().Alive() || browser().Busy() || browser().Navigate("about:blank"));
+    EXPECT_TRUE(page.getElementsByTagName("*").empty() && other->Alive());
 }
 
 TEST_F(Faults, APageThatHangsAnswersEmptyUntilItIsLeftOrRunsOn) {
-    const struct {
-        std::string_view page;
-        bool stopped;  // by the user; else the call takes too long
-        Lines told;
-    } rows[] = {
-        {kHangs, true, {}},
-        {kHangs, false, {"NotResponding"}},
-        {"<p id=p>y</p><button id=b onclick='t = Date.now(); while (Date.now() - t < 500);'>b",
-         false,
-         {"NotResponding"}},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.page);
-        Show(row.page);
-        const Document page = window_->document();
-        const Element button = ById("b");
+    const std::string runs_on =
+        "<p id=p>y</p><button id=b onclick='t = Date.now(); while (Date.now() - t < 500);'>b";
+    const std::pair<std::string, bool> rows[] = {{kHangs, true}, {kHangs, false}, {runs_on, false}};
+    for (const auto& [page, stopped] : rows) {
+        SCOPED_TRACE(page);
+        const Document document = Show(page);
+        const Element button = Find("b");
+        Log log(browser());
+        // The user stops the call, or it takes too long.
         rig().on_wait = [&] {
-            if (!row.stopped) rig().system_clock.Jump(30000);
-            return row.stopped;
+            if (!stopped) rig().system_clock.Jump(30000);
+            return stopped;
         };
         EXPECT_FALSE(button.click());
         rig().on_wait = nullptr;
         const auto trips = rig().RoundTrips();
-        EXPECT_TRUE(page.getElementsByTagName("*").empty() && !page.hasFocus());
+        EXPECT_TRUE(document.getElementsByTagName("*").empty() && !document.hasFocus());
         EXPECT_EQ(rig().RoundTrips(), trips) << "waited again";
-        EXPECT_TRUE(window_->Alive() && window_->Busy());
+        EXPECT_TRUE(browser().Alive() && browser().Busy());
         clock().DoEvents();
-        EXPECT_EQ(lines, row.told);
-        if (row.page == kHangs) Show("<p id=p>y</p>");
-        EXPECT_TRUE(WaitComplete(*window_));
-        EXPECT_EQ(ById("p").innerText(), "y");
+        EXPECT_EQ(log.Has("NotResponding"), !stopped);
+        if (page == kHangs) Open("<p id=p>y</p>");
+        EXPECT_TRUE(WaitComplete());
+        EXPECT_EQ(Find("p").innerText(), "y");
     }
 }
 

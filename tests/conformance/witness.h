@@ -33,7 +33,9 @@ public:
         lines.push_back("navigate " + Told(watched_));
     }
     void NavigateComplete2() override {
-        if (follows_) Listen(browser_.document());
+        if (!follows_) return;
+        pages_.clear();
+        Listen(browser_.document());
     }
 
     // Whether the handlers fire events: onfocusin at a click, onchange at Enter.
