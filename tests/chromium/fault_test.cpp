@@ -91,7 +91,7 @@ TEST_F(Faults, AKilledBrowserIsGoneAtOnceAndIsStartedAnew) {
         rig().on_wait = nullptr;
         EXPECT_FALSE(browser().Alive() || browser().Busy() || browser().document());
         EXPECT_FALSE(browser().Navigate("about:blank") || Press("ENTER") || Picture());
-        EXPECT_EQ(StillAnswers(page), "");
+        EXPECT_EQ(StillAnswers(page), 0);
         EXPECT_TRUE(log.lines.empty()) << "told outside DoEvents";
         ExpectLines(log, "OnQuit");
     }

@@ -125,7 +125,6 @@ TEST_F(Windows, AreOpenedFoundAgainAndOutliveTheProgram) {
 TEST_F(Windows, TellOfPagesThatTheBrowserHasKept) {
     Open();
     conformance::Witness witness(*window_, rig_);
-    witness.Follow();
     const struct {
         const char *script, *field, *log;  // the page that is shown then has that field and log
         std::vector<std::string> told;

