@@ -13,9 +13,9 @@
 
 namespace tamrin {
 
-// What a browser tells while it is connected. Called only inside Clock::DoEvents, and one event of
-// the browser and its pages after the other: while a handler runs, even one that handles events
-// itself, later ones wait, as a page waits for the handlers of the automation model.
+// The events of a browser window. The callbacks run only inside Clock::DoEvents and one at a time:
+// while a handler runs, even one that calls DoEvents itself, later events of the browser and its
+// pages wait, as a page waits for the handlers of the automation model.
 class BrowserEvents {
 public:
     virtual ~BrowserEvents() = default;
@@ -60,7 +60,7 @@ struct WindowBars {
     bool operator==(const WindowBars&) const = default;
 };
 
-// A browser window as it stands: what a recording keeps of it.
+// The state of a browser window that a recording keeps.
 struct WindowState {
     WindowPlace place;
     WindowBars bars;
@@ -102,7 +102,8 @@ public:
     // Shows and hides bars. A browser whose bars are fixed ignores it.
     virtual void SetBars(const WindowBars& bars) = 0;
 
-    // How the window stands. Where it cannot be told, a rectangle of zeros without bars.
+    // The place and the bars of the window; where they are unknown, a rectangle of zeros and no
+    // bars.
     virtual WindowState State() = 0;
 
     // The number by which the user tells windows apart: the system's handle of the window, or the
@@ -116,8 +117,8 @@ public:
     // is gone or not displayed.
     virtual std::optional<ScreenPoint> ElementScreenPoint(const Element& element) = 0;
 
-    // Where the user's mouse pointer stands in this window's page: the elements of the frames that
-    // lead there, the outermost first, and last the element itself. Empty when the pointer is
+    // The element of this window's page under the user's mouse pointer: first the elements of the
+    // frames around it, the outermost first, last the element itself. Empty when the pointer is
     // elsewhere.
     virtual std::vector<Element> UnderPointer() { return {}; }
 
@@ -129,21 +130,21 @@ public:
     virtual std::unique_ptr<Connection> Connect(BrowserEvents& events) = 0;
 };
 
-// The browser windows that the user has open and that let themselves be recorded.
+// The browser windows of the user that can be recorded.
 class BrowserWindows {
 public:
     virtual ~BrowserWindows() = default;
 
-    // Those that are visible, the front one first. A window is the same object as in the answer
-    // before, for as long as it exists. Never waits: what is not known yet is in a later answer.
+    // The visible ones, the front one first. A window keeps its object as long as it exists. Never
+    // waits: what is not known yet is in a later answer.
     virtual std::vector<std::shared_ptr<Browser>> Visible() = 0;
 
-    // The document of the window that has the keyboard focus answers true to hasFocus; asking costs
-    // a round trip a window, so this asks all of them at once. Null when none has it.
+    // The window whose document has the keyboard focus (hasFocus), null when there is none. Asks
+    // all windows in one round trip.
     virtual std::shared_ptr<Browser> Focused() = 0;
 
-    // Opens a window to be recorded, with a profile that is kept from one time to the next, at an
-    // address ("" for an empty page). On failure null, and `why` says in Japanese what to do.
+    // Opens a window to be recorded at an address ("" for an empty page). Its profile is kept for
+    // the next one. On failure null, and `why` says in Japanese what to do.
     virtual std::shared_ptr<Browser> Open(const std::string& address, std::string& why) = 0;
 };
 

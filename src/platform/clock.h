@@ -19,7 +19,7 @@ public:
     // The local date and time, as a log shows it: "2026-11-22 09:30:05".
     virtual std::string TimeStamp() const = 0;
 
-    // Gives the processor away for `milliseconds`. No events arrive inside.
+    // Blocks for `milliseconds` and handles no events.
     virtual void Sleep(int milliseconds) = 0;
 
     // Handles every event that has arrived, and returns without waiting for more.

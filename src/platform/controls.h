@@ -79,8 +79,8 @@ public:
     virtual void Insert(int position, std::string_view text) = 0;
     virtual void Remove(int position) = 0;
 
-    // Replaces all lines; nothing is selected and there is no current line afterwards. The list is
-    // not scrolled back when it still reaches as far.
+    // Replaces all lines; afterwards nothing is selected and there is no current line. The list
+    // keeps its scroll position if it is still long enough.
     virtual void SetLines(std::vector<std::string> lines) = 0;
 
     // The current line. Setting it selects it alone, scrolls it into view, and raises onClick; -1
@@ -134,11 +134,11 @@ public:
     virtual Place GetPlace() const = 0;
     virtual void SetPlace(const Place& place) = 0;
 
-    // What the form covers on the screen now, be it maximised or beside another window; a place of
-    // no size when it is hidden or minimised.
+    // The rectangle of the screen that the form covers now, also when it is maximised; empty when
+    // it is hidden or minimised.
     virtual Place ShownPlace() const { return Visible() ? GetPlace() : Place(); }
 
-    // Keeps the form in front of other programs' windows, or no longer.
+    // Keeps the form in front of the windows of other programs, or stops doing so.
     virtual void SetTopMost(bool on) = 0;
 
     // Shows or removes the program's icon in the notification area. A click on it shows the form

@@ -68,9 +68,9 @@ public:
     // Dispatches an event ("onchange", "onclick", ...) to the page's handlers, without the
     // browser's own action. False when the element is gone.
     //
-    // Inside a handler of DocumentEvents the page is left as its user sees it: "onfocusin" of the
-    // active element calls the onfocusin of those who subscribed, at once and them only; "onchange"
-    // of it in an onkeypress of Enter does nothing where the browser tells the page itself.
+    // Inside a handler of DocumentEvents the page does not change: "onfocusin" of the active
+    // element calls the subscribers' onfocusin at once and nothing else; "onchange" of it in an
+    // onkeypress of Enter does nothing where the browser fires the event itself.
     virtual bool fireEvent(std::string_view event) = 0;
 
     // Clicks it by the element's own method. False when the element is gone.
@@ -78,8 +78,8 @@ public:
 
     virtual void scrollIntoView() = 0;
 
-    // Shows the user where it stands: scrolls to it and, where the browser can, colours it for
-    // about two seconds without the page's knowing. Does not wait for them to pass.
+    // Shows the user where it is: scrolls to it and, where the browser can, highlights it for about
+    // two seconds, which the page cannot see. Does not wait.
     virtual void Outline() { scrollIntoView(); }
 
     // Its place in CSS pixels of the viewport of its own document; nothing when it is gone or not
@@ -152,14 +152,14 @@ public:
     virtual ~Connection() = default;
 };
 
-// What a page tells of its user while it is connected. Called only inside Clock::DoEvents, in the
-// order in which things happened, one at a time (see BrowserEvents).
+// The events of a page's user. The callbacks run only inside Clock::DoEvents, in the order of the
+// events, one at a time (see BrowserEvents).
 //
-// An event brings the moment with it: until its handler returns, the document answers as
-// activeElement what was active when it happened (for onbeforedeactivate the element that is being
-// left), and that element, its parent, its form and the form's default button answer as they were
-// then, through whichever handle, without a call: the keys, checked, selectedIndex, src, and a
-// link's or button's innerText. So nothing is lost when the page is gone before the handler runs.
+// An event carries a snapshot. Until its handler returns, activeElement is the element that was
+// active when it happened (for onbeforedeactivate the one that loses the focus). That element, its
+// parent, its form and the form's default button answer from the snapshot, through any handle and
+// without a call: the keys, checked, selectedIndex, src, and the innerText of a link or button. So
+// nothing is lost when the page is gone before the handler runs.
 class DocumentEvents {
 public:
     virtual ~DocumentEvents() = default;
@@ -167,10 +167,9 @@ public:
     virtual void onclick() = 0;
     // The focus has come to an element, or into a frame: then the frame's element is active.
     virtual void onfocusin() = 0;
-    // The focus leaves an element for another one of the page. Not when the user turns to another
-    // window.
+    // The focus moves from an element to another one of the page; not to another window.
     virtual void onbeforedeactivate() = 0;
-    // Only keys that make a character or a line, Enter (13) among them.
+    // Only keys that enter a character or a line break (Enter is 13).
     virtual void onkeypress(int key_code) = 0;
     virtual void onsubmit() = 0;
 };

@@ -6,8 +6,8 @@
 
 namespace tamrin {
 
-// A program that this one has started. Dropping the object ends the program if it still runs, with
-// all programs that it has started itself.
+// A process that this program has started. Dropping the object ends it, with all processes that it
+// has started itself.
 class Process {
 public:
     virtual ~Process() = default;
@@ -23,12 +23,12 @@ class Processes {
 public:
     virtual ~Processes() = default;
 
-    // Starts an executable without a shell, its output thrown away. Null when it cannot be started.
+    // Starts an executable without a shell and discards its output. Null when it cannot be started.
     virtual std::unique_ptr<Process> Start(const std::string& executable,
                                            const std::vector<std::string>& arguments) = 0;
 
-    // Starts an executable in the same way, to live on by itself when this program ends. False when
-    // it cannot be started.
+    // Starts an executable in the same way; it goes on when this program ends. False when it cannot
+    // be started.
     virtual bool Launch(const std::string& /*executable*/,
                         const std::vector<std::string>& /*arguments*/) {
         return false;
@@ -57,11 +57,11 @@ public:
     // The full path of this program's own file, "" when it is not known.
     virtual std::string OwnExecutable() const { return ""; }
 
-    // Whether a program file is being run, by whomever, so that it must not be replaced. On Windows
-    // also while another program keeps it from being written.
+    // Whether a process runs this program file, so that it must not be replaced. On Windows also
+    // while another process prevents writing to it.
     virtual bool IsRunning(const std::string& /*executable*/) const { return false; }
 
-    // Lets everybody who may read a file run it as a program, where the system asks for that.
+    // Makes a file executable for everybody who may read it, where the system has such a right.
     virtual void AllowRunning(const std::string& /*path*/) {}
 
     // Raises this process to high priority (HIGH_PRIORITY_CLASS, 128, on Windows); where the system

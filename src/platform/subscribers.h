@@ -8,8 +8,8 @@
 
 namespace tamrin {
 
-// Those who are told of something. A connection may outlive the list, and be dropped, or made,
-// while its subscribers are being told.
+// The subscribers to some events. A connection may outlive this list, and may be made or dropped
+// inside a callback.
 template <class Events>
 class Subscribers {
 public:
@@ -20,12 +20,12 @@ public:
 
     bool empty() const { return list_->empty(); }
 
-    // Calls `tell` with each that subscribed before the call and still does when its turn comes.
-    template <class Tell>
-    void ForEach(const Tell& tell) const {
-        const std::vector<Events*> told = *list_;
-        for (Events* events : told) {
-            if (std::find(list_->begin(), list_->end(), events) != list_->end()) tell(*events);
+    // Runs `callback` for each subscriber of before the call that is still one when its turn comes.
+    template <class Callback>
+    void ForEach(const Callback& callback) const {
+        const std::vector<Events*> subscribers = *list_;
+        for (Events* events : subscribers) {
+            if (std::find(list_->begin(), list_->end(), events) != list_->end()) callback(*events);
         }
     }
 
