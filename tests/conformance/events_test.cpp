@@ -28,10 +28,6 @@ TEST_F(DocumentEvent, TellsOfWhatTheUserDoes) {
          "focus a, click a, key49 a, leave a=1, focus i, focus k, click k, key49 k, leave k=1,"
          " focus j, focus n, click n, key50 n, leave n=2, focus i, focus k=1, click k=1",
          fields},
-        // A page that writes itself anew.
-        {"<!doctype html><a id=a onclick=\"document.open(); document.write('<input id=b>');"
-         " document.close()\">次</a>",
-         "click:a gone:a @b", "", "DocumentComplete top, focus b, click b"},
     });
 }
 
