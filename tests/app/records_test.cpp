@@ -1,3 +1,4 @@
+#include <random>
 #include <sstream>
 
 #include "app/console_recording.h"
@@ -80,6 +81,50 @@ TEST_F(RecordListTest, CommandsEditTheListAndAreUndone) {
     EXPECT_EQ(Records()[1000] + Records()[1001], "ay");
 }
 
+// The model keeps every state and steps back and forth among them.
+TEST_F(RecordListTest, RandomEditsAreUndoneAndRedoneAsInAModel) {
+    std::mt19937 random(1);
+    const auto below = [&](std::size_t n) { return static_cast<int>(random() % n); };
+    for (int round = 0; round < 50; ++round) {
+        Act("show ");
+        std::vector<Lines> states{{}};
+        std::size_t now = 0;
+        for (int step = 0; step < 60; ++step) {
+            SCOPED_TRACE("round " + std::to_string(round) + ", step " + std::to_string(step));
+            Lines next = states[now];
+            const int current = below(next.size() + 1) - 1, at = std::max(current, 0);
+            list().SetListIndex(current);
+            const int kind = below(6);
+            if (kind == 0) {
+                Act("mnuAddUpper");
+                next.insert(next.begin() + at, "");
+            } else if (kind == 1) {
+                Act("mnuAddUnder");
+                next.insert(next.begin() + (current + 1), "");
+            } else if (kind == 2) {
+                Act("Del");
+                if (current >= 0) next.erase(next.begin() + current);
+            } else if (kind == 3) {
+                const std::string text = std::to_string(step);
+                dialogs.answers = {kOk};
+                Act("copy " + text + "\n表");
+                Act("Ctrl+V");
+                next.resize(std::max(next.size(), static_cast<std::size_t>(at) + 2));
+                next[at] = text;
+                next[at + 1] = "表";
+            } else {
+                Act(kind == 4 ? "Ctrl+Z" : "Ctrl+Y");
+                now = kind == 4 ? now - (now > 0) : now + (now + 1 < states.size());
+            }
+            if (kind < 4 && (kind != 2 || current >= 0)) {
+                states.resize(++now);
+                states.push_back(next);
+            }
+            ASSERT_EQ(Records(), states[now]);
+        }
+    }
+}
+
 TEST_F(RecordListTest, ADialogChangesNothingWhenTheListHasChanged) {
     for (const char* menu : {"mnuEdit", "mnuEditLine", "mnuEditAll"}) {
         Act("show a");
@@ -131,6 +176,8 @@ TEST(RecordFields, AreReadAndWrittenInTheirPlaces) {
     EXPECT_EQ(ReadRecordFields("input\t,id=a,type=text,indt=1\0012\002%%comma%%,userwait=1&#44;5"),
               (Record{"input", "a", "text", "", "1,2\r\n%%comma%%", "1,5"}));
     EXPECT_EQ(ReadRecordFields("sendkeys\t{ENTER}").indt, "{ENTER}");
+    EXPECT_EQ(OfferedTypes(), (Lines{"password", "text", "textarea", "input", "file", "checkbox",
+                                     "radio", "select-one", "button", "submit", "image", "href"}));
     // A line, a record with the fields that take the place of its own, and the line then.
     const char* const rows[][3] = {
         {"click\t,ID=b,indt=,x", "click\t,id=b", "click\t,ID=b,indt=,x"},

@@ -83,9 +83,9 @@ TEST(ExecRecord, ActsByTheElementsType) {
 TEST(ExecRecord, WaitsForThePageAndSaysWhatCannotBeDone) {
     const std::string line = "行番号2 <該当フィールド無し>Act=input,Id=a,Type=text,InDt=x";
     const auto page_goes = [](PlayerRig& rig) {
-        rig.web.refuses_value = "a";
+        rig.web.failing = {"put a value=x"};
         rig.web.browser->Navigate("page");
-        On("put a value=x", [](auto& later) { later.web.refuses_value = ""; })(rig);
+        On("put a value=x", [](auto& later) { later.web.failing.clear(); })(rig);
     };
     Check({
         {"<input id=b type=text>", "input\t,id=a,type=text,indt=x\ninput\t,id=b,indt=%%error%%",
@@ -103,7 +103,7 @@ TEST(ExecRecord, WaitsForThePageAndSaysWhatCannotBeDone) {
          "「{NO}」というキーはありません。\r\n\r\n{NO}; invalid"},
         {"<p>", "sendkeys\t,indt=a",
          "keys a; status 行番号2 <キー送信不可>前面のウィンドウがキーを受け付けません。; not sent",
-         [](auto& rig) { rig.web.takes_keys = false; }},
+         [](auto& rig) { rig.web.failing = {"keys a"}; }},
         // The first record of a run does not wait for its page, later ones do.
         {"<input id=a type=text>", "input\t,id=a,type=text,indt=x\ninput\t,id=a,indt=y",
          "status " + line + "; not found; put a value=y; fire a onchange",
@@ -157,7 +157,7 @@ TEST(ExecRecord, ClicksWithTheRealMouseAndPutsItBack) {
         {html, mouse, clicks, nullptr, Rect{90, 111, 200, 200}},
         {"<input id=a type=submit tiny>", mouse,
          "scroll a; pointer 103,103; button down; button up; pointer 3,4"},
-        {html, mouse, "scroll a; click a", [](auto& rig) { rig.web.has_screen_points = false; }},
+        {html, mouse, "scroll a; click a", [](auto& rig) { rig.web.screen_point.reset(); }},
         // A click that is no longer wanted.
         {html, mouse, gives_up + "stopped", On("window hidden", kStop), covers},
         {html, mouse + "\nquit\t", gives_up + kDied, On("window hidden", kDie), covers},

@@ -27,8 +27,7 @@ public:
     std::optional<std::string> ReadPart(const std::string& path, std::uint64_t offset,
                                         std::size_t size) const override {
         const auto bytes = Read(path);
-        const auto begin = bytes ? std::min<std::uint64_t>(offset, bytes->size()) : 0;
-        return bytes ? std::optional(bytes->substr(begin, size)) : std::nullopt;
+        return bytes ? bytes->substr(std::min<std::uint64_t>(offset, bytes->size()), size) : bytes;
     }
     std::optional<std::uint64_t> Size(const std::string& path) const override {
         return IsFile(path) ? std::optional(contents.at(path).size()) : std::nullopt;

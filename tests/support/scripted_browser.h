@@ -33,11 +33,10 @@ public:
     std::uint64_t load_ms = 30;                // how long a page takes to load
     // Runs when a call is recorded that equals the key.
     std::map<std::string, std::function<void()>> on_call;
+    std::set<std::string> failing;  // the calls that are recorded but answer false
     std::string refusal;            // why no browser can be started; "" when one can
-    std::string refuses_value;      // the id of an element that takes no value
-    bool has_screen_points = true;  // whether each element is at (100, 100) of the screen
-    bool takes_keys = true;         // whether the window in front takes keys
-    bool busy = false;              // whether the browser is always busy
+    std::optional<ScreenPoint> screen_point{{100, 100}};  // of every element
+    bool busy = false;                                    // whether the browser is always busy
 
     std::vector<std::string> calls;
     int lookups = 0;                                 // how often a page was asked for elements
@@ -56,13 +55,13 @@ public:
     bool SendKeys(const std::vector<KeyStroke>& keys) override {
         std::string call = "keys";
         for (const KeyStroke& key : keys) call += " " + key.text + key.name;
-        Note(call);
-        return takes_keys;
+        return Note(call);
     }
 
-    void Note(const std::string& call) {
+    bool Note(const std::string& call) {
         calls.push_back(call);
-        if (const auto action = on_call[call]) action();  // which may change the table
+        if (const auto action = on_call[call]) action();  // which may change the tables
+        return !failing.contains(call);
     }
 
 private:
@@ -141,12 +140,11 @@ public:
     }
     std::vector<Element> links() override { return getElementsByTagName("A"); }
     std::vector<Frame> frames() override {
-        std::vector<Frame> frames;
+        std::vector<Frame> all;
         for (Node* node : root_->Below("IFRAME")) {
-            const Document inner(FramePage(*node));
-            frames.push_back({node->Attribute("name"), inner, MakeElement(node)});
+            all.push_back({node->Attribute("name"), Document(FramePage(*node)), MakeElement(node)});
         }
-        return frames;
+        return all;
     }
     std::unique_ptr<Connection> Connect(DocumentEvents& events) override {
         return gone() ? nullptr : subscribers.Connect(events);
@@ -176,8 +174,7 @@ public:
         return node_.Attribute(std::string(property));
     }
     bool Put(std::string_view property, std::string_view value) override {
-        Note("put", " " + std::string(property).append("=").append(value));
-        if (node_.Attribute("id") == page_->web.refuses_value) return false;
+        if (!Note("put", " " + std::string(property).append("=").append(value))) return false;
         if (property == "value") node_.value = value;
         if (property == "checked") node_.checked = value == "True";
         if (property == "selectedIndex") node_.selected = std::stoi(std::string(value));
@@ -215,8 +212,7 @@ public:
         return Rect{10, 20, 10 + side, 20 + side};
     }
     bool Same(const ElementObject& other) const override {
-        const auto* element = dynamic_cast<const ScriptedElement*>(&other);
-        return element && &element->node_ == &node_;
+        return &static_cast<const ScriptedElement&>(other).node_ == &node_;
     }
 
 private:
@@ -226,8 +222,7 @@ private:
         for (const char* key : {"href", "name", "id"}) {
             if (node_.Has(key)) label = node_.Attribute(key);
         }
-        page_->web.Note(what + " " + label + detail);
-        return true;
+        return page_->web.Note(what + " " + label + detail);
     }
 
     std::shared_ptr<ScriptedPage> page_;
@@ -269,18 +264,15 @@ public:
     std::uint64_t Handle() override { return alive_ ? handle : 0; }
     void SetForeground() override { ++brought_to_front; }
     std::optional<ScreenPoint> ElementScreenPoint(const Element& element) override {
-        if (!element || !web_.has_screen_points) return std::nullopt;
-        return ScreenPoint{100, 100};
+        return element ? web_.screen_point : std::nullopt;
     }
     std::vector<Element> UnderPointer() override {
-        ++pointer_questions;
         std::vector<Element> path;
-        std::shared_ptr<ScriptedPage> at = alive_ ? page_ : nullptr;
+        std::shared_ptr<ScriptedPage> at = page_;
         for (const std::string& name : pointer) {
-            Node* const node = at ? at->Find(name) : nullptr;
-            if (!node) break;
+            Node* const node = at->Find(name);
             path.push_back(at->MakeElement(node));
-            at = at->FramePage(*node);
+            if (node) at = at->FramePage(*node);
         }
         return path;
     }
@@ -319,7 +311,6 @@ public:
     int brought_to_front = 0;
     // Where the user's pointer is: the names of the frames and of the element.
     std::vector<std::string> pointer;
-    int pointer_questions = 0;
 
 private:
     ScriptedWeb& web_;
@@ -373,7 +364,7 @@ public:
             const std::string type = node.Attribute("type"), href = node.Attribute("href");
             if (type == "checkbox") node.checked = !node.checked;
             if (type == "radio") node.checked = true;
-            Active().page->subscribers.ForEach(kClick);
+            Fire(*Active().page, &DocumentEvents::onclick);
             if (!href.empty() && href[0] != '#' && !href.starts_with("javascript:")) Leave(href);
             if (node.IsSubmit()) Submit(node.Form());
         });
@@ -384,7 +375,7 @@ public:
             const Spot field = Active();
             field.page->subscribers.ForEach([](DocumentEvents& e) { e.onkeypress(13); });
             // The browser itself clicks the submit button; the focus stays in the field.
-            if (field.node->Form()) field.page->subscribers.ForEach(kClick);
+            if (field.node->Form()) Fire(*field.page, &DocumentEvents::onclick);
             Submit(field.node->Form());
         });
     }
@@ -399,9 +390,9 @@ private:
         Node* node = nullptr;
         Node* frame = nullptr;  // that holds the page
     };
-    inline static const auto kFocusIn = std::mem_fn(&DocumentEvents::onfocusin);
-    inline static const auto kClick = std::mem_fn(&DocumentEvents::onclick);
-
+    static void Fire(ScriptedPage& page, void (DocumentEvents::*event)()) {
+        page.subscribers.ForEach(std::mem_fn(event));
+    }
     Spot Find(const std::string& name) const {
         const auto& page = window_->page();
         if (name.empty()) return {page, page->body};
@@ -435,21 +426,20 @@ private:
     void Focus(const Spot& spot) {
         const Spot before = Active();
         if (before.node == spot.node) return;
-        if (before.node != before.page->body) {
-            before.page->subscribers.ForEach(std::mem_fn(&DocumentEvents::onbeforedeactivate));
-        }
+        const bool leaves = before.node != before.page->body;
+        if (leaves) Fire(*before.page, &DocumentEvents::onbeforedeactivate);
         before.page->active = before.page->body;
         const auto top = window_->page();
         if (spot.frame && top->active != spot.frame) {
             top->active = spot.frame;
-            top->subscribers.ForEach(kFocusIn);
+            Fire(*top, &DocumentEvents::onfocusin);
         }
         spot.page->active = spot.node;
-        if (spot.node != spot.page->body) spot.page->subscribers.ForEach(kFocusIn);
+        if (spot.node != spot.page->body) Fire(*spot.page, &DocumentEvents::onfocusin);
     }
     void Submit(const Node* form) {
         if (!form) return;
-        Active().page->subscribers.ForEach(std::mem_fn(&DocumentEvents::onsubmit));
+        Fire(*Active().page, &DocumentEvents::onsubmit);
         if (form->Has("action")) Leave(form->Attribute("action"));
     }
     void Leave(const std::string& address) {
