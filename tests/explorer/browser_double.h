@@ -14,9 +14,13 @@
 
 namespace tamrin::test {
 
-// Members that the program does not use.
-#define TAMRIN_UNUSED(...) \
-    STDMETHODIMP __VA_ARGS__ override { return E_NOTIMPL; }
+// Members that the program does not use, five at a time.
+#define TAMRIN_UNUSED(A, B, C, D, E)              \
+    STDMETHODIMP A override { return E_NOTIMPL; } \
+    STDMETHODIMP B override { return E_NOTIMPL; } \
+    STDMETHODIMP C override { return E_NOTIMPL; } \
+    STDMETHODIMP D override { return E_NOTIMPL; } \
+    STDMETHODIMP E override { return E_NOTIMPL; }
 // A property that is kept. Setting it is written down: "Left 10".
 #define TAMRIN_PROPERTY(Name, T)                                               \
     T Name = 0;                                                                \
@@ -25,6 +29,12 @@ namespace tamrin::test {
         Name = value;                                                          \
         return Do(#Name, std::to_string(value));                               \
     }
+
+#define TAMRIN_PROPERTIES(T, A, B, C, D) \
+    TAMRIN_PROPERTY(A, T)                \
+    TAMRIN_PROPERTY(B, T)                \
+    TAMRIN_PROPERTY(C, T)                \
+    TAMRIN_PROPERTY(D, T)
 
 // A browser window, or the browser of a frame. The test says what it shows and fires its events.
 class BrowserDouble : public ObjectDouble<IWebBrowser2> {
@@ -78,47 +88,26 @@ public:
     STDMETHODIMP get_HWND(SHANDLE_PTR* answer) override {
         return Give(answer, reinterpret_cast<SHANDLE_PTR>(window));
     }
-    TAMRIN_PROPERTY(Visible, VARIANT_BOOL)
-    TAMRIN_PROPERTY(Left, LONG)
-    TAMRIN_PROPERTY(Top, LONG)
-    TAMRIN_PROPERTY(Width, LONG)
-    TAMRIN_PROPERTY(Height, LONG)
     TAMRIN_PROPERTY(ToolBar, int)
-    TAMRIN_PROPERTY(MenuBar, VARIANT_BOOL)
-    TAMRIN_PROPERTY(AddressBar, VARIANT_BOOL)
-    TAMRIN_PROPERTY(StatusBar, VARIANT_BOOL)
-    TAMRIN_PROPERTY(FullScreen, VARIANT_BOOL)
-    TAMRIN_PROPERTY(Offline, VARIANT_BOOL)
-    TAMRIN_PROPERTY(Silent, VARIANT_BOOL)
+    TAMRIN_PROPERTIES(LONG, Left, Top, Width, Height)
+    TAMRIN_PROPERTIES(VARIANT_BOOL, Visible, MenuBar, AddressBar, StatusBar)
+    TAMRIN_PROPERTIES(VARIANT_BOOL, FullScreen, Offline, Silent, TheaterMode)
     TAMRIN_PROPERTY(RegisterAsBrowser, VARIANT_BOOL)
-    TAMRIN_PROPERTY(RegisterAsDropTarget, VARIANT_BOOL)
-    TAMRIN_PROPERTY(TheaterMode, VARIANT_BOOL)
-    TAMRIN_PROPERTY(Resizable, VARIANT_BOOL)
-    TAMRIN_UNUSED(GoBack())
-    TAMRIN_UNUSED(GoForward())
-    TAMRIN_UNUSED(GoHome())
-    TAMRIN_UNUSED(GoSearch())
-    TAMRIN_UNUSED(Navigate(BSTR, VARIANT*, VARIANT*, VARIANT*, VARIANT*))
-    TAMRIN_UNUSED(Refresh())
-    TAMRIN_UNUSED(Refresh2(VARIANT*))
-    TAMRIN_UNUSED(Stop())
-    TAMRIN_UNUSED(get_Application(IDispatch**))
-    TAMRIN_UNUSED(get_Parent(IDispatch**))
-    TAMRIN_UNUSED(get_Container(IDispatch**))
-    TAMRIN_UNUSED(get_TopLevelContainer(VARIANT_BOOL*))
-    TAMRIN_UNUSED(get_Type(BSTR*))
-    TAMRIN_UNUSED(get_LocationName(BSTR*))
-    TAMRIN_UNUSED(get_LocationURL(BSTR*))
-    TAMRIN_UNUSED(ClientToWindow(int*, int*))
-    TAMRIN_UNUSED(PutProperty(BSTR, VARIANT))
-    TAMRIN_UNUSED(GetProperty(BSTR, VARIANT*))
-    TAMRIN_UNUSED(get_FullName(BSTR*))
-    TAMRIN_UNUSED(get_Path(BSTR*))
-    TAMRIN_UNUSED(get_StatusText(BSTR*))
-    TAMRIN_UNUSED(put_StatusText(BSTR))
-    TAMRIN_UNUSED(QueryStatusWB(OLECMDID, OLECMDF*))
-    TAMRIN_UNUSED(ExecWB(OLECMDID, OLECMDEXECOPT, VARIANT*, VARIANT*))
-    TAMRIN_UNUSED(ShowBrowserBar(VARIANT*, VARIANT*, VARIANT*))
+    STDMETHODIMP get_RegisterAsDropTarget(VARIANT_BOOL*) override { return E_NOTIMPL; }
+    STDMETHODIMP put_RegisterAsDropTarget(VARIANT_BOOL) override { return E_NOTIMPL; }
+    STDMETHODIMP get_Resizable(VARIANT_BOOL*) override { return E_NOTIMPL; }
+    STDMETHODIMP put_Resizable(VARIANT_BOOL) override { return E_NOTIMPL; }
+    TAMRIN_UNUSED(GoBack(), GoForward(), GoHome(), GoSearch(),
+                  Navigate(BSTR, VARIANT*, VARIANT*, VARIANT*, VARIANT*))
+    TAMRIN_UNUSED(Refresh(), Refresh2(VARIANT*), Stop(), get_Application(IDispatch**),
+                  get_Parent(IDispatch**))
+    TAMRIN_UNUSED(get_Container(IDispatch**), get_TopLevelContainer(VARIANT_BOOL*), get_Type(BSTR*),
+                  get_LocationName(BSTR*), get_LocationURL(BSTR*))
+    TAMRIN_UNUSED(ClientToWindow(int*, int*), PutProperty(BSTR, VARIANT),
+                  GetProperty(BSTR, VARIANT*), get_FullName(BSTR*), get_Path(BSTR*))
+    TAMRIN_UNUSED(get_StatusText(BSTR*), put_StatusText(BSTR), QueryStatusWB(OLECMDID, OLECMDF*),
+                  ExecWB(OLECMDID, OLECMDEXECOPT, VARIANT*, VARIANT*),
+                  ShowBrowserBar(VARIANT*, VARIANT*, VARIANT*))
 
 private:
     EventSource* Source(REFIID) override { return events_.get(); }
@@ -143,5 +132,6 @@ private:
 
 #undef TAMRIN_UNUSED
 #undef TAMRIN_PROPERTY
+#undef TAMRIN_PROPERTIES
 
 }  // namespace tamrin::test
