@@ -8,7 +8,7 @@
 //   lines CLASS N        the lines of its list box number N
 //   point CLASS CAPTION  the middle of its button with that caption, as X Y
 //   row CLASS N ROW      a point of a row of its list box number N, as X Y
-// An answer ends with the line "." or, when it is not so within half a minute, "?".
+// An answer ends with the line "." or, when it is not so within a minute, "?".
 
 #include <windows.h>
 
@@ -23,7 +23,7 @@
 namespace tamrin {
 namespace {
 
-constexpr int kTimeoutMs = 30000;
+constexpr int kTimeoutMs = 60000;
 constexpr DWORD kPauseMs = 10;
 
 using Words = std::vector<std::wstring>;

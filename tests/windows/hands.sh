@@ -15,7 +15,7 @@ start_hands() {
 see() {
     local IFS=$'\t' line
     printf '%s\n' "$*" >&"$question"
-    while IFS= read -r -t 60 line <&"$answer"; do
+    while IFS= read -r -t 120 line <&"$answer"; do
         case ${line%$'\r'} in
             .) return 0 ;;
             '?') return 1 ;;
@@ -27,7 +27,7 @@ see() {
 
 # reaches PATTERN COMMAND...: waits until the command prints what matches; `got` is what it printed.
 reaches() {
-    local end=$((SECONDS + 40))
+    local end=$((SECONDS + 100))
     while got=$("${@:2}") || true; do
         # shellcheck disable=SC2053
         if [[ $got == $1 ]]; then return 0; fi
@@ -53,7 +53,7 @@ active_title() { xdotool getactivewindow getwindowname 2>/dev/null; }
 front() {
     local window round name=${1//\*/}
     if [ $# = 2 ]; then name="^$name\$"; fi
-    for round in {1..400}; do
+    for round in {1..1000}; do
         # shellcheck disable=SC2053
         if [[ $(active_title) == $1 && ($# = 1 || $(see active) == "$2") ]]; then return 0; fi
         if [ $((round % 5)) = 0 ] || [ $# = 1 ]; then
@@ -95,7 +95,8 @@ start() {
     see gone frmSplash
 }
 
-# browse ADDRESS TITLE: opens the recording's browser and leads it to a page.
+# browse ADDRESS TITLE: opens the recording's browser and leads it to a page. The program follows the
+# page while the browser is in front.
 browse() {
     key ctrl+b
     front 'about:blank*'
@@ -104,7 +105,7 @@ browse() {
         key ctrl+l
         type "$1"
         key Return
-        if reaches "*$2*" active_title; then return; fi
+        if reaches "*$2*" active_title && reaches "$1" see text frmIeAuto Edit 0; then return; fi
     done
     return 1
 }
