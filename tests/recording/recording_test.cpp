@@ -286,8 +286,7 @@ TEST_F(Recording, KeepsEachKindOfField) {
         .acts = "@name Tokyo,1-2 @kana compose:6771 compose:4eac {Tab} p#9 @memo compose:4e00"
                 " compose:884c {Return} b {Tab}{Down}{Down}{Tab}{space}{Right} @gift @send see:/old"
                 " @q kensaku @y @go see:/done",
-        .records = {"input\t,id=name,type=text,indt=Tokyo\x01"
-                    "1-2",
+        .records = {"input\t,id=name,type=text,indt=Tokyo\0011-2",
                     "input\t,id=kana,type=text,indt=東京", "input\t,id=pass,type=password,indt=p#9",
                     "input\t,id=memo,type=textarea,indt=一行\002b",
                     "input\t,id=city,type=select-one,indt=2", "input\t,id=r1,type=radio,indt=True",

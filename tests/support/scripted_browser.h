@@ -410,7 +410,7 @@ private:
         return {inner, inner->active, page->active};
     }
     // Brings the focus to an element, or to the one around it that takes it, and does `act` there.
-    void At(const std::string& name, std::function<void(Node&)> act) {
+    void At(const std::string& name, const std::function<void(Node&)>& act) {
         static const std::set<std::string> kFields{"INPUT", "BUTTON", "SELECT", "TEXTAREA"};
         Spot spot = Find(name);
         const auto takes_focus = [&](const Node& node) {
