@@ -25,9 +25,10 @@ see() {
     return 1
 }
 
-# reaches PATTERN COMMAND...: waits until the command prints what matches; `got` is what it printed.
+# reaches PATTERN COMMAND...: waits until the command prints what matches, for at most
+# `patience` seconds; `got` is what it printed.
 reaches() {
-    local end=$((SECONDS + 100))
+    local end=$((SECONDS + ${patience:-100}))
     while got=$("${@:2}") || true; do
         # shellcheck disable=SC2053
         if [[ $got == $1 ]]; then return 0; fi
@@ -101,13 +102,13 @@ browse() {
     key ctrl+b
     front 'about:blank*'
     # A window that has just come may lose keys.
-    for _ in 1 2 3; do
+    for _ in {1..9}; do
         key ctrl+l
         type "$1"
         key Return
-        if reaches "*$2*" active_title && reaches "$1" see text frmIeAuto Edit 0; then return; fi
+        if patience=10 reaches "*$2*" active_title; then break; fi
     done
-    return 1
+    reaches "$1" see text frmIeAuto Edit 0
 }
 
 # Ends the browser of a run, which Wine cannot.
