@@ -133,7 +133,8 @@ const Member kMembers[] = {
     {"length", "window", [](Call& c) { return Variant(Size(Frames(c.page))); }},
     {"item", "window",
      [](Call& c) {
-         return c.page.frames.at(Frames(c.page).at(*c.a.At(0).Number()))->Make("window");
+         const auto at = static_cast<std::size_t>(*c.a.At(0).Number());
+         return c.page.frames.at(Frames(c.page).at(at))->Make("window");
      }},
     {"document", "window",
      [](Call& c) {

@@ -119,6 +119,6 @@ int main() {
             found = tamrin::Answer(words);
         } catch (const std::out_of_range&) {  // the window went, and its controls with it
         }
-        std::cout << (found ? "." : "?") << std::endl;
+        std::cout << (found ? ".\n" : "?\n") << std::flush;
     }
 }

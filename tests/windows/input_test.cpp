@@ -75,8 +75,10 @@ protected:
     Desk desk;
     std::string why;
     int turns = -1;  // until the user's stop; negative for none
-    WindowsInput input{desk.clock,
-                       {.stop_requested = [this] { return turns == 0 || --turns == 0; }}};
+    WindowsInput input{desk.clock, {.stop_requested = [this] {
+                           if (turns > 0) --turns;
+                           return turns == 0;
+                       }}};
     OtherProgram other;
 };
 
