@@ -1,9 +1,9 @@
 #pragma once
 
-#include "conformance/quiet_processes.h"
 #include "conformance/suite.h"
 #include "platform/chromium/launcher.h"
 #include "platform/posix/files.h"
+#include "platform/posix/processes.h"
 #include "platform/posix/system_clock.h"
 
 namespace tamrin::test {
@@ -15,9 +15,13 @@ struct JumpingClock : SystemClock {
     std::uint32_t ahead = 0;
 };
 
-struct RememberingProcesses : conformance::QuietProcesses {
+// No window covers the work of who runs the tests, unless TAMRIN_SHOW_BROWSER asks for one.
+struct QuietProcesses : PosixProcesses {
+    bool HasDisplay() const override {
+        return !Environment("TAMRIN_SHOW_BROWSER").empty() && PosixProcesses::HasDisplay();
+    }
     std::string MakeTemporaryFolder() override {
-        return profile = QuietProcesses::MakeTemporaryFolder();
+        return profile = PosixProcesses::MakeTemporaryFolder();
     }
     std::string profile;  // of the browser that was started last
 };
@@ -35,7 +39,7 @@ struct Rig : conformance::BackEnd {
     std::uint64_t RoundTrips() override { return chromium.RoundTrips(); }
 
     std::function<bool()> on_wait;  // called now and then while a call waits; true stops the call
-    RememberingProcesses processes;
+    QuietProcesses processes;
     PosixFiles files;
     JumpingClock system_clock;
     ChromiumLauncher chromium{processes, files, system_clock, {.stop_requested = [this] {

@@ -6,10 +6,6 @@
 #include "chromium/chromium_fixture.h"
 #include "support/temporary_folder.h"
 
-std::unique_ptr<tamrin::conformance::BackEnd> tamrin::conformance::MakeBackEnd() {
-    return std::make_unique<test::Rig>();
-}
-
 namespace tamrin::test {
 
 std::vector<int> BrowserProcesses(const std::string& profile) {
@@ -30,11 +26,11 @@ namespace {
 TEST(BrowserStart, SaysWhyItFailsAndLeavesNothingBehind) {
     const TemporaryFolder folder;
     const std::string sleeper = folder.Write("sleeper", "#!/bin/sh\nexec sleep 100\n");
-    RememberingProcesses processes;
+    QuietProcesses processes;
     PosixFiles files;
     JumpingClock clock;
     processes.AllowRunning(sleeper);
-    class NoBrowsers : public RememberingProcesses {
+    class NoBrowsers : public QuietProcesses {
         std::string FindExecutable(const std::string& /*name*/) const override { return ""; }
     } empty;
     const std::pair<std::string, std::string> rows[] = {
@@ -65,10 +61,6 @@ TEST(BrowserStart, SaysWhyItFailsAndLeavesNothingBehind) {
 struct Faults : ChromiumTest {
     ~Faults() override { rig().on_wait = nullptr; }
 
-    struct Log : conformance::EventLog {
-        using EventLog::EventLog;
-        void NotResponding() override { lines.emplace_back("NotResponding"); }
-    };
     Document Show(std::string_view page) {
         const Document document = Open(page);
         Pump();
@@ -83,7 +75,7 @@ TEST_F(Faults, AKilledBrowserIsGoneAtOnceAndIsStartedAnew) {
         SetUp();
         const Document page = Show(kHangs);
         const Element button = Find("b");
-        Log log(browser());
+        conformance::EventLog log(browser());
         const int id = BrowserProcesses(rig().processes.profile).at(0);
         rig().on_wait = [id] { return kill(id, SIGKILL) != 0; };
         if (!in_a_call) kill(id, SIGKILL);
@@ -100,7 +92,7 @@ TEST_F(Faults, AKilledBrowserIsGoneAtOnceAndIsStartedAnew) {
 TEST_F(Faults, AWindowWhosePageCrashesIsGoneAlone) {
     const auto other = NewWindow();
     const Document page = Show(kHangs);
-    Log log(browser());
+    conformance::EventLog log(browser());
     EXPECT_TRUE(browser().Navigate("chrome://crash"));
     EXPECT_TRUE(Wait([&] { return log.Has("OnQuit"); }));
     EXPECT_FALSE(browser().Alive() || browser().Busy() || browser().Navigate("about:blank"));
@@ -115,7 +107,7 @@ TEST_F(Faults, APageThatHangsAnswersEmptyUntilItIsLeftOrRunsOn) {
         SCOPED_TRACE(page);
         const Document document = Show(page);
         const Element button = Find("b");
-        Log log(browser());
+        conformance::EventLog log(browser());
         // The user stops the call, or it takes too long.
         rig().on_wait = [&] {
             if (!stopped) rig().system_clock.Jump(30000);

@@ -31,21 +31,14 @@ TEST_F(Loading, IsKnownWhenTheActThatBeginsItReturns) {
 }
 
 TEST_F(Loading, TellsTheBrowsersWordForWhatFails) {
-    class Errors : public conformance::EventLog {
-    public:
-        using EventLog::EventLog;
-        void NavigateError(const std::string& url, const std::string& reason) override {
-            lines.push_back(url + " " + reason);
-        }
-    };
     const std::pair<std::string, std::string> rows[] = {
         {"127.0.0.1:1/none", "http://127.0.0.1:1/none ERR_UNSAFE_PORT"},
         {"http://[bad/", "http://[bad/ ERR_INVALID_URL"},
     };
     for (const auto& [address, told] : rows) {
-        Errors errors(browser());
+        conformance::EventLog errors(browser());
         EXPECT_TRUE(browser().Navigate(address) && browser().Busy());
-        EXPECT_TRUE(Wait([&] { return errors.Has(told); })) << told;
+        EXPECT_TRUE(Wait([&] { return errors.Has("NavigateError " + told); })) << told;
         EXPECT_TRUE(WaitComplete());
     }
 }

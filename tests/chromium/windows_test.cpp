@@ -30,7 +30,7 @@ TEST(Endpoints, AreReadFromWhatUsersAndBrowsersWrite) {
 }
 
 // A user whose browsers keep their profiles in one folder.
-struct User : conformance::QuietProcesses {
+struct User : QuietProcesses {
     explicit User(std::string at) : folder(std::move(at)) {}
     std::string Environment(const std::string& name) const override {
         if (name == "XDG_CONFIG_HOME") return folder;

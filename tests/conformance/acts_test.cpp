@@ -7,21 +7,18 @@ namespace {
 
 using FireEvent = Suite;
 
-TEST_F(FireEvent, RunsThePagesHandlersInOrder) {
-    Check(
-        {{"<form onchange=say('form')><input id=a onchange=say('field')></form>"
-          "<input type=button id=b><input id=c onkeyup=say('up') onfocusin=say('in')><script>"
-          "for (const p of [b, c]) p.addEventListener('click', () => { say(p.id); null.x; })"
-          "</script>",
-          "fire:a:onchange fire:b:onclick fire:c:onkeyup fire:c:onfocusin fire:c:onclick",
-          "field form b up in c"}});
-}
-
-TEST_F(FireEvent, LeavesOutTheBrowsersOwnAction) {
-    Check(
-        {{"<a id=a href=/echo onclick=say('a')>次</a><form action=/echo><input type=submit id=s"
-          " onclick=say('s')></form><input type=checkbox id=c onclick=say('c')>",
-          "fire:a:onclick fire:s:onclick fire:c:onclick find:c is:c:checked", "a s c|False"}});
+TEST_F(FireEvent, RunsThePagesHandlersInOrderAndNotTheBrowsersOwnAction) {
+    Check({
+        {"<form onchange=say('form')><input id=a onchange=say('field')></form>"
+         "<input type=button id=b><input id=c onkeyup=say('up') onfocusin=say('in')><script>"
+         "for (const p of [b, c]) p.addEventListener('click', () => { say(p.id); null.x; })"
+         "</script>",
+         "fire:a:onchange fire:b:onclick fire:c:onkeyup fire:c:onfocusin fire:c:onclick",
+         "field form b up in c"},
+        {"<a id=a href=/echo onclick=say('a')>次</a><form action=/echo><input type=submit id=s"
+         " onclick=say('s')></form><input type=checkbox id=c onclick=say('c')>",
+         "fire:a:onclick fire:s:onclick fire:c:onclick find:c is:c:checked", "a s c|False"},
+    });
 }
 
 using Click = Suite;
@@ -39,6 +36,9 @@ TEST_F(Click, DoesWhatThePersonsClickDoes) {
         // A new window is beside the old one, which stays usable.
         {channel + "<a id=k target=_blank href=" + opened + " onclick=say('k')>新</a>",
          "click:k find:k", "k opened"},
+        {channel + "<input type=button id=k onclick=\"say(!!window.open('" + opened +
+             "', '', 'popup'))\">",
+         "click:k find:k", "true opened"},
     });
 }
 
@@ -62,14 +62,19 @@ TEST_F(Click, IsOneTogetherWithTheFiredEvent) {
     }
     const std::string page =
         "<input type=button id=a onclick=say('a')><input type=button id=b onclick=say('b')>";
+    const std::string asks =
+        "<a id=k href=/echo?went onclick=\"say('run'); return confirm('？')\">次の頁</a>";
     Check({{page, "find:b fire:a:onclick click:b find:a click:a", "a b a"},
            // A lookup between the two makes them two clicks.
-           {page, "fire:b:onclick find:b click:b click:b", "b b b"}});
+           {page, "fire:b:onclick find:b click:b click:b", "b b b"},
+           // The user's answer to the event is that to the click.
+           {asks, "fire:k:onclick box {ESC} click:k", "run", "none"},
+           {asks, "fire:k:onclick box {ENTER} click:k", "GET went"}});
 }
 
 using SendKeys = Suite;
 
-TEST_F(SendKeys, ReachesThePage) {
+TEST_F(SendKeys, ReachesThePageAndElseTheBrowser) {
     Check({
         {"<input id=a><textarea id=b></textarea>",
          "@a Abc1{+}*{~}\\\"'山田🚀𠮷 +{s} {TAB} 一 {ENTER} 二 is:a:value is:b:value",
@@ -94,11 +99,6 @@ TEST_F(SendKeys, ReachesThePage) {
         {"<script>onkeydown = e => { say(e.key); e.preventDefault() }</script>", "{F5}", "F5"},
         {"<iframe id=i src=$1></iframe>", "@i/k 枠内 {TAB} x {TAB}", "k枠内 nextx", "",
          "<input id=k onchange=say(id+value)><input id=next onchange=say(id+value)>"},
-    });
-}
-
-TEST_F(SendKeys, ActsOnTheBrowser) {
-    Check({
         {"<p id=p><script>p.textContent = performance.getEntriesByType('navigation')[0].type"
          "</script>",
          "{F5} done is:p:innerText", "|reload"},
@@ -190,12 +190,14 @@ TEST_F(ElementScreenPoint, LeadsTheMouseToTheElement) {
 }
 
 TEST_F(ElementScreenPoint, IsWhereThePointerIsToldOf) {
+    const std::string field = "<input id=deep>", border = " style='border:20px solid' src=";
     const auto middle =
-        Origins("<input id=deep><iframe id=inner height=40 src=" + Url(Serve("<input id=deep>")) +
-                "></iframe>");
-    Open("<label id=text for=field>名前</label><input id=field><iframe id=same src=" + middle[0] +
-         "></iframe><iframe id=foreign style='border:20px solid' src=" + middle[1] + "></iframe>");
-    for (std::string path : {"text", "foreign", "same/deep", "same/inner/deep"}) {
+        Origins(field + "<iframe id=inner height=40" + border + Url(Serve(field)) + "></iframe>");
+    Open("<label id=text for=field>名前</label><input id=field><iframe id=same" + border +
+         middle[0] + "></iframe><iframe id=other" + border + middle[1] + "></iframe>");
+    // The way into a frame of another site leads over its border.
+    for (std::string path : {"text", "same/deep", "same/inner/deep", "other", "other/deep",
+                             "other/inner", "other/inner/deep"}) {
         const std::string click = "@" + path;
         const Element element = Find(path);
         Replace(path, "/", " ");

@@ -55,9 +55,12 @@ protected:
     }
 };
 
-using GetAttribute = Elements;
-
-TEST_F(GetAttribute, AnswersKeysAsTheAutomationModelDoes) {
+TEST_F(Elements, AnswerAsTheAutomationModelDoes) {
+    const auto set = [](const std::string& value) {
+        return "<input type=hidden id=k><script>document.currentScript.previousElementSibling"
+               ".value = " +
+               value + "</script>";
+    };
     ExpectDescribed({
         {"<input id=k name=n value=v>", "INPUT type=text value=v name=n"},
         {"<input id=k type=checkbox>", "INPUT type=checkbox checked=False value=on"},
@@ -80,18 +83,6 @@ TEST_F(GetAttribute, AnswersKeysAsTheAutomationModelDoes) {
         {"<form id=k name=n><input name=id><input name=name><input name=type><input name=tagName>"
          "<input name=getAttribute><input name=value></form>",
          "FORM name=n"},
-    });
-}
-
-using ElementReads = Elements;
-
-TEST_F(ElementReads, AnswerStateAndWhatBelongsTogether) {
-    const auto set = [](const std::string& value) {
-        return "<input type=hidden id=k><script>document.currentScript.previousElementSibling"
-               ".value = " +
-               value + "</script>";
-    };
-    ExpectDescribed({
         {"<form id=f><table><tr><td id=td><input id=k></table><button id=go></button></form>",
          "INPUT type=text parent=td form=f button=go"},
         {"<input id=k form=f>", "INPUT type=text form=f button=go"},
@@ -113,12 +104,6 @@ TEST_F(ElementReads, AnswerStateAndWhatBelongsTogether) {
     EXPECT_EQ(big.size(), 1300000U);
     EXPECT_TRUE(Find("a").Put("value", big + "!"));
     EXPECT_TRUE(Find("a").value() == big + "!");
-}
-
-TEST_F(ElementReads, AnswersTheFocus) {
-    const Document document = Open("<input id=a><input id=b autofocus>");
-    ASSERT_TRUE(WaitFocus("b"));
-    EXPECT_TRUE(document.hasFocus());
 }
 
 using GetElementsByTagName = Suite;
@@ -189,14 +174,11 @@ TEST_F(Named, AnswersEachOfTheThreeLookups) {
                   row.found)
             << row.name;
     }
-}
-
-TEST_F(Named, AnswersTheSameElementHoweverItIsFound) {
-    const Document document = Open("<form><input id=a name=b><input id=c name=b></form>");
-    const NamedElements named = document.Named("b");
+    // The same element, however it is found.
+    const NamedElements named = document.Named("user");
     EXPECT_EQ(named.by_name.at(0), document.getElementsByTagName("input").at(0));
     EXPECT_EQ(named.by_name[0], named.in_forms.at(0));
-    EXPECT_FALSE(named.by_name[0] == named.by_name.at(1) || Find("a") == Element());
+    EXPECT_FALSE(named.by_name[0] == named.by_name.at(1) || named.by_id == Element());
 }
 
 TEST_F(Named, WorksInPagesThatTakeTheirWorldApart) {
@@ -279,31 +261,27 @@ TEST_F(Put, IsNoticedByThePageAsAUsersInput) {
     }
 }
 
-TEST_F(Put, ReachesFieldsWhoseFrameworkTracksThem) {
-    // As the frameworks do: the field's own accessor notes what scripts set, and an input event
-    // that brings nothing new is not a user's.
-    Check(
-        {{"<input id=f><input type=checkbox id=c><p id=p contenteditable oninput=say(textContent)></p><script>"
-          "const own = Object.getOwnPropertyDescriptor(f.constructor.prototype, 'value');"
-          "let known = ''; Object.defineProperty(f, 'value', {get() { return own.get.call(f); },"
-          " set(v) { known = v; own.set.call(f, v); }});"
-          "f.oninput = () => { if (f.value !== known) say(known = f.value); };"
-          "let set = false; Object.defineProperty(c, 'checked', {set() { set = true; }});"
-          "c.onclick = () => say(set ? 'set' : 'clicked');</script>",
-          "put:f:value=一 fire:f:onchange put:f:value=二 put:c:checked=True put:p:value=文",
-          "一 二 clicked 文"}});
-}
-
-TEST_F(Put, IsReadThroughHandlesFoundBefore) {
-    Check({{"<input type=radio name=r id=a checked><input type=radio name=r id=b><input id=c>",
-            "find:a put:b:checked=True put:c:value=2 is:a:checked is:b:checked is:c:value",
-            "|False|True|2"}});
-}
-
-TEST_F(Put, GivesAFileToAFileField) {
+TEST_F(Put, ReachesFieldsWhoseFrameworkTracksThemAndFilesAndHandlesFoundBefore) {
     const TemporaryFolder folder;
-    Check({{"<input type=file id=f onchange='say(files[0].name + files[0].size)'>",
-            "put:f:value=" + folder.Write("一行.txt", "一行"), "一行.txt6"}});
+    Check({
+        // As the frameworks do: the field's own accessor notes what scripts set, and an input event
+        // that brings nothing new is not a user's.
+        {"<input id=f><input type=checkbox id=c><p id=p contenteditable"
+         " oninput=say(textContent)></p><script>"
+         "const own = Object.getOwnPropertyDescriptor(f.constructor.prototype, 'value');"
+         "let known = ''; Object.defineProperty(f, 'value', {get() { return own.get.call(f); },"
+         " set(v) { known = v; own.set.call(f, v); }});"
+         "f.oninput = () => { if (f.value !== known) say(known = f.value); };"
+         "let set = false; Object.defineProperty(c, 'checked', {set() { set = true; }});"
+         "c.onclick = () => say(set ? 'set' : 'clicked');</script>",
+         "put:f:value=一 fire:f:onchange put:f:value=二 put:c:checked=True put:p:value=文",
+         "一 二 clicked 文"},
+        {"<input type=radio name=r id=a checked><input type=radio name=r id=b><input id=c>",
+         "find:a put:b:checked=True put:c:value=2 is:a:checked is:b:checked is:c:value",
+         "|False|True|2"},
+        {"<input type=file id=f onchange='say(files[0].name + files[0].size)'>",
+         "put:f:value=" + folder.Write("一行.txt", "一行"), "一行.txt6"},
+    });
 }
 
 }  // namespace

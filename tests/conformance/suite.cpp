@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "conformance/witness.h"
+#include "player/key_string.h"
 
 namespace tamrin::conformance {
 namespace {
@@ -43,45 +44,27 @@ struct World {
     std::shared_ptr<Browser> browser;
 };
 
-std::unique_ptr<World> world;
-
 World& TheWorld() {
-    if (!world) world = std::make_unique<World>();
-    return *world;
-}
-
-class EndOfProgram : public testing::Environment {
-    void TearDown() override { world.reset(); }
-};
-
-const auto* const end_of_program = testing::AddGlobalTestEnvironment(new EndOfProgram);
-
-// The keys of a word of Suite::Do.
-std::vector<KeyStroke> Strokes(std::string_view word) {
-    std::vector<KeyStroke> strokes;
-    KeyStroke key;
-    for (std::size_t size = 0; !word.empty(); word.remove_prefix(size)) {
-        const bool braces = word[0] == '{';
-        size = braces ? word.find('}') + 1 : 1;
-        key.ctrl = key.ctrl || word[0] == '^';
-        key.shift = key.shift || word[0] == '+';
-        key.alt = key.alt || word[0] == '%';
-        if (std::string_view("^+%").find(word[0]) != std::string_view::npos) continue;
-        while (size < word.size() && (static_cast<unsigned char>(word[size]) & 0xC0U) == 0x80U) {
-            ++size;
-        }
-        (size > 3 && braces ? key.name : key.text) =
-            braces ? word.substr(1, size - 2) : word.substr(0, size);
-        if (key.name == "SPACE") key = {.text = " ", .name = ""};
-        strokes.push_back(std::exchange(key, {}));
-    }
-    return strokes;
+    static World world;
+    return world;
 }
 
 std::string Joined(const Strings& lines) {
     std::string text;
-    for (const std::string& line : lines) text += (text.empty() ? "" : ", ") + line;
+    for (const std::string& line : lines) AddWord(text, line, ", ");
     return text;
+}
+
+// The frames of a page and theirs, as words.
+std::string FramesOf(const Document& page) {
+    std::string words;
+    for (const Frame& frame : page.frames()) {
+        const std::string inner = FramesOf(frame.document);
+        AddWord(words, frame.name + "|" + frame.element.id() + "|" +
+                           frame.document.Named("p").by_id.innerText() +
+                           (inner.empty() ? "" : "[" + inner + "]"));
+    }
+    return words;
 }
 
 }  // namespace
@@ -133,15 +116,6 @@ Document Suite::GoTo(const std::string& address) {
     log_ = Find("log");
     answers_.clear();
     return browser().document();
-}
-
-bool Suite::WaitComplete(Browser& window) {
-    return Wait([&] { return !window.Busy() && window.ReadyState() == 4; });
-}
-
-bool Suite::WaitBusy() {
-    Pump();
-    return Wait([&] { return browser().Busy(); });
 }
 
 void Suite::Pump() {
@@ -216,26 +190,33 @@ void Suite::Do(const std::string& acts) {
         std::getline(std::getline(std::getline(parts, verb, ':'), path, ':'), name, '=');
         std::getline(parts, value);
         Element& element = found[path];
+        const auto answer = [&](const std::string& text) {
+            answers_ += "|" + text;
+            return true;
+        };
         const std::map<std::string, std::function<bool()>> known = {
-            {"find", [&] { return true; }},
+            {"find", [&] { return Wait([&] { return bool(element = Find(path)); }); }},
             {"@", [&] { return MouseClick(element, path.find('/') != path.npos); }},
             {"click", [&] { return element.click(); }},
             {"fire", [&] { return element.fireEvent(name); }},
             {"put", [&] { return element.Put(name, value); }},
             {"change", [&] { return element.Change(name, value); }},
-            {"is", [&] { return !(answers_ += "|" + element.Get(name)).empty(); }},
-            {"gone", [&] { return Wait([&] { return !Find(path); }); }},
+            {"is", [&] { return answer(element.Get(name)); }},
+            {"old", [&] { return answer(std::to_string(StillAnswers(element))); }},
+            {"frames", [&] { return answer(FramesOf(browser().document())); }},
             {"done", [&] { return WaitComplete(); }},
-            {"box", [&] { return WaitBusy(); }},
+            {"box", [&] { return Pump(), Wait([&] { return browser().Busy(); }); }},
         };
         const auto act = known.find(verb);
         if (act != known.end()) {
-            if (verb == "find" || (!element && !path.empty())) element = Find(path);
+            if (!element && !path.empty()) element = Find(path);
             EXPECT_TRUE(act->second());
+        } else if (verb == "go") {
+            EXPECT_TRUE(browser().Navigate(word.substr(3)));
         } else {
-            const std::string address = word.substr(std::min(word.size(), std::size_t(3)));
-            EXPECT_TRUE(verb == "go" ? browser().Navigate(address)
-                                     : input().SendKeys(Strokes(word)));
+            std::string why;
+            Replace(word, "{SPACE}", "{ }");
+            EXPECT_TRUE(input().SendKeys(ParseKeyString(word, why).value()));
         }
     }
 }
@@ -282,9 +263,8 @@ bool WaitUntil(Clock& clock, const std::function<bool()>& condition) {
     return true;
 }
 
-void AddWord(std::string& words, std::string_view word) {
-    if (!words.empty()) words += ' ';
-    words += word;
+void AddWord(std::string& words, std::string_view word, std::string_view between) {
+    words.append(words.empty() ? "" : between).append(word);
 }
 
 void Replace(std::string& text, std::string_view what, std::string_view by) {

@@ -20,11 +20,9 @@ using Strings = std::vector<std::string>;
 bool WaitUntil(Clock& clock, const std::function<bool()>& condition);
 
 // Keeps the browser's events as lines: "BeforeNavigate2 <address>", "DocumentComplete top" or
-// "DocumentComplete frame", "NavigateError <address>", "OnQuit".
-class EventLog : public BrowserEvents {
-public:
-    EventLog() = default;
-    explicit EventLog(Browser& browser) : connection_(browser.Connect(*this)) {}
+// "DocumentComplete frame", "NavigateError <address> <reason>", "NotResponding", "OnQuit".
+struct EventLog : BrowserEvents {
+    explicit EventLog(Browser& browser) : connection(browser.Connect(*this)) {}
 
     void DocumentComplete(bool top) override {
         lines.emplace_back(top ? "DocumentComplete top" : "DocumentComplete frame");
@@ -32,18 +30,16 @@ public:
     void BeforeNavigate2(const std::string& url) override {
         lines.push_back("BeforeNavigate2 " + url);
     }
-    void NavigateError(const std::string& url, const std::string& /*reason*/) override {
-        lines.push_back("NavigateError " + url);
+    void NavigateError(const std::string& url, const std::string& reason) override {
+        lines.push_back("NavigateError " + url + " " + reason);
     }
+    void NotResponding() override { lines.emplace_back("NotResponding"); }
     void OnQuit() override { lines.emplace_back("OnQuit"); }
 
     bool Has(std::string_view line) const;
-    void Disconnect() { connection_.reset(); }
 
     Strings lines;
-
-private:
-    std::unique_ptr<Connection> connection_;
+    std::unique_ptr<Connection> connection;
 };
 
 // What is done with a page, and what must come of it.
@@ -97,12 +93,9 @@ protected:
 
     bool Wait(const std::function<bool()>& condition) { return WaitUntil(clock(), condition); }
     bool WaitComplete() { return WaitComplete(browser()); }
-    bool WaitComplete(Browser& window);
-    bool WaitFocus(std::string_view id) {
-        return Wait([&] { return browser().document().activeElement().id() == id; });
+    bool WaitComplete(Browser& window) {
+        return Wait([&] { return !window.Busy() && window.ReadyState() == 4; });
     }
-    // Waits until the page is loading or shows a dialog box and all its events are there.
-    bool WaitBusy();
     // Handles events until the browser has no more of them, for what must not happen.
     void Pump();
 
@@ -118,34 +111,34 @@ protected:
     static int StillAnswers(const Document& page);
     int StillAnswers(const Element& element);
 
-    // Presses and releases the mouse where a player would: inside the element's top left corner.
-    // False when it is not shown.
-    bool MouseClick(const Element& element, bool in_frame = false);
     // Does acts that are separated by blanks, on elements by their paths. Each element is looked up
     // at its first act, or by "find".
-    //     @i/k    clicks with the mouse       find:k
+    //     @i/k    clicks with the mouse       find:k  waits until it is there
     //     click:k clicks by its method        fire:k:onclick     put:k:value=x    change:k:value=x
     //     go:http://...  navigates            done  waits until the page is complete
-    //     gone:k  waits until it is gone      box   waits for a dialog box
-    //     is:k:value  asks for a property
-    // Everything else is keys: a character is typed, a name in braces is pressed; "^", "+" and "%"
-    // hold down Ctrl, Shift and Alt for the braces behind them.
+    //     box     waits until the page loads or shows a dialog box
+    //     is:k:value  asks for a property     old:k  asks how many calls of it answer something
+    //     frames  asks for each frame: its name, the id of its element, the text of its element
+    //             `p` and its own frames in brackets, with "|" between
+    // Everything else is a key string as users write it, with {SPACE} for a blank.
     void Do(const std::string& acts);
     // Does what each row says and compares all that came of it; where it has frames, once with $1
     // of the tests' own origin and $2 of another one, and once the other way about.
     void Check(const std::vector<Row>& rows);
-    static KeyStroke Key(std::string name) { return {.text = "", .name = std::move(name)}; }
-    bool Press(std::string name) { return input().SendKeys({Key(std::move(name))}); }
+    bool Press(std::string name) { return input().SendKeys({{.text = "", .name = name}}); }
 
 private:
+    // Presses and releases the mouse where a player would: inside the element's top left corner.
+    // False when it is not shown.
+    bool MouseClick(const Element& element, bool in_frame);
     void CheckOne(const Row& row, const std::string& page);
 
     Element log_;  // of the page that GoTo has opened
     std::string answers_;
 };
 
-// Adds a word to words that are separated by blanks.
-void AddWord(std::string& words, std::string_view word);
+// Adds a word to words that are separated by blanks, or otherwise.
+void AddWord(std::string& words, std::string_view word, std::string_view between = " ");
 
 void Replace(std::string& text, std::string_view what, std::string_view by);
 
