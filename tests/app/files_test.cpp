@@ -26,7 +26,6 @@ protected:
         const std::string rest = act.substr(act.find(' ') + 1);
         const std::string path = "C:\\tamrin\\s\\" + rest.substr(0, rest.find(' '));
         if (act.starts_with("file ")) return csv().SetListIndex(std::stoi(rest));
-        if (act.starts_with("double")) return csv().onDblClick();
         if (act.starts_with("drop ")) return form().onDropFiles({path});
         if (act.starts_with("change ")) {
             files.contents[path] = rest.substr(rest.find(' ') + 1);
@@ -50,8 +49,9 @@ TEST_F(FilesTest, OpensFilesAndSelectsTheOpenOne) {
     EXPECT_EQ(Joined(LinesOf(csv())), "b.csv/d.csv/f.csv/c.tamrin");
     const std::string opens = "開く|シナリオ(*.csv;*.tamrin)|C:\\tamrin\\s\\";
     Run({
-        {"double; file 0; double; change b.csv x\r\n", "", "", "b.csv b1/b2 0"},
-        {"double", "c", "読込の確認|C:\\tamrin\\s\\b.csv\r\nはほかのプログラムで", "b.csv b1/b2 0"},
+        {"mnuListOpen; file 0; mnuListOpen; change b.csv x\r\n", "", "", "b.csv b1/b2 0"},
+        {"mnuListOpen", "c", "読込の確認|C:\\tamrin\\s\\b.csv\r\nはほかのプログラムで",
+         "b.csv b1/b2 0"},
         {"mnuListOpen", "o", "読み込み直しますか？", "b.csv x 0"},
         {"drop c.tamrin; file 2", "o", "読込エラー|C:\\tamrin\\s\\f.csv\r\nはシナリオ",
          "c.tamrin c 3"},
@@ -96,9 +96,8 @@ TEST_F(FilesTest, SavesWithoutLosingAnything) {
         {"mnuSave", "o", "z.csv\r\nに保存できません。元のファイルはそのままです。", "z.csv z 1"},
         {"mnuNew; type x; mnuSave", ">", "|C:\\tamrin\\t\\無題.csv", "* x -1"},
         {"mnuClose", "yo>C:\\gone\\x.csv", "C:\\gone\r\nのフォルダがありません。", "* x -1"},
-        {"mnuClose", "c", "", "* x -1"},
+        {"mnuClose", "yo>", "保存エラー|設定を保存できません。", "* x -1"},
     });
-    Run({{"mnuClose", "yo>", "保存エラー|設定を保存できません。", "* x -1"}});
     EXPECT_TRUE(window.closed()) << "a cancelled dialog closes the window all the same";
 }
 
@@ -117,7 +116,7 @@ TEST_F(FilesTest, RefusesWhileSomethingRuns) {
     Act("file 0");
     EXPECT_EQ(Find("txtUrl").Text(), globals.current_file);
     globals.activity = "play";
-    for (const char* act : {"file 1", "double", "drop c.tamrin", "mnuNew", "mnuOpen",
+    for (const char* act : {"file 1", "mnuListOpen", "drop c.tamrin", "mnuNew", "mnuOpen",
                             "mnuOpenFolder", "mnuListDelFile", "mnuMakeExe"}) {
         Run({{act, "o", "実行中は不可|「停止」して下さい！", "b.csv b1/b2 1"}});
     }

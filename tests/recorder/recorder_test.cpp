@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/text.h"
-#include "support/scripted_browser.h"
+#include "support/scripted_user.h"
 
 namespace tamrin::test {
 namespace {
@@ -170,7 +170,7 @@ TEST_F(RecorderTest, BeginsANewScenarioWithThePage) {
 TEST_F(RecorderTest, ConnectsToTheNextPageOfAFrameOrOfTheWindow) {
     web.pages = {{"f", "<input id=c type=submit>"}, {"g", "<input id=b type=submit>"}};
     Start("<iframe></iframe>");
-    Node& frame = *window->page()->root().Below("IFRAME")[0];
+    Node& frame = *window->page()->Below("IFRAME")[0];
     frame.attributes["src"] = "f";
     Do("click c; pass");
     window->page()->FramePage(frame)->Leave();

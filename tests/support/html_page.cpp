@@ -7,17 +7,6 @@
 namespace tamrin::test {
 namespace {
 
-std::string Decoded(std::string text) {
-    for (const auto& [entity, character] : {std::pair{"&quot;", "\""},
-                                            {"&#39;", "'"},
-                                            {"&lt;", "<"},
-                                            {"&gt;", ">"},
-                                            {"&amp;", "&"}}) {
-        text = ReplaceAll(text, entity, character);
-    }
-    return text;
-}
-
 // Removes the bytes before the first one of `ends` from `html` and answers them.
 std::string Take(std::string_view& html, std::string_view ends) {
     const std::string_view taken = html.substr(0, html.find_first_of(ends));
@@ -34,12 +23,12 @@ bool Skip(std::string_view& html, std::string_view text) {
 // Reads the attributes and the end of a tag.
 void ReadAttributes(std::string_view& html, Node& node) {
     while (!html.empty() && !Skip(html, ">")) {
-        if (Skip(html, " ") || Skip(html, "\n")) continue;
-        std::string& value = node.attributes[Take(html, " \n=>")];
+        if (Skip(html, " ")) continue;
+        std::string& value = node.attributes[Take(html, " =>")];
         if (!Skip(html, "=")) continue;
         const std::string_view quote = html.substr(0, 1);
         const bool quoted = Skip(html, "\"") || Skip(html, "'");
-        value = Decoded(Take(html, quoted ? quote : " \n>"));
+        value = Take(html, quoted ? quote : " >");
         if (quoted) Skip(html, quote);
     }
 }
@@ -95,8 +84,7 @@ bool Node::IsSubmit() const {
 }
 
 std::unique_ptr<Node> ParseHtml(std::string_view html) {
-    static const std::set<std::string> kVoid{"AREA", "BASE", "BR",   "COL",   "FRAME",
-                                             "HR",   "IMG",  "LINK", "INPUT", "META"};
+    static const std::set<std::string> kVoid{"FRAME", "IMG", "INPUT"};
     auto root = std::make_unique<Node>();
     Node* open = root.get();
     const auto add_node = [&] {
@@ -111,18 +99,15 @@ std::unique_ptr<Node> ParseHtml(std::string_view html) {
             while (closed->parent && closed->tag != name) closed = closed->parent;
             if (closed->parent) open = closed->parent;
             Skip(html, ">");
-        } else if (Skip(html, "<!")) {
-            Take(html, ">");
-            Skip(html, ">");
         } else if (Skip(html, "<")) {
-            const std::string name = UpperCase(Take(html, " \n>"));
+            const std::string name = UpperCase(Take(html, " >"));
             if (name == "OPTION" && open->tag == name) open = open->parent;
             Node* const node = add_node();
             node->tag = name;
             ReadAttributes(html, *node);
             if (!kVoid.contains(name)) open = node;
         } else {
-            add_node()->text = Decoded(Take(html, "<"));
+            add_node()->text = Take(html, "<");
         }
     }
     SetFirstState(*root);

@@ -35,8 +35,8 @@ struct Node {
     bool IsFrame() const { return tag == "IFRAME" || tag == "FRAME"; }
 };
 
-// Reads a page of tags, attributes with or without quotation marks, texts and entities. The end of
-// an outer element, or of an option the next one, ends an element too. The root has no tag.
+// Reads a page of tags, attributes with or without quotation marks, and texts. The end of an outer
+// element, or of an option the next one, ends an element too. The root has no tag.
 std::unique_ptr<Node> ParseHtml(std::string_view html);
 
 }  // namespace tamrin::test

@@ -17,9 +17,8 @@ public:
 
     bool IsFile(const std::string& path) const override { return contents.contains(path); }
     bool IsFolder(const std::string& path) const override {
-        const std::string folder = path.ends_with('\\') ? path : path + "\\";
-        const auto next = contents.lower_bound(folder);
-        return next != contents.end() && next->first.starts_with(folder);
+        const auto next = contents.lower_bound(path + "\\");
+        return next != contents.end() && next->first.starts_with(path + "\\");
     }
     std::optional<std::string> Read(const std::string& path) const override {
         return IsFile(path) ? std::optional(contents.at(path)) : std::nullopt;
