@@ -38,8 +38,8 @@ public:
                                }}),
           sources_(SystemSources(calls_)),
           input_(clock, {.stop_requested = stopping}),
-          explorer_(calls_, sources_, input_),
           explorers_(calls_, sources_),
+          explorer_(explorers_, input_),
           chromium_(processes, files, clock,
                     {.executable = [&] { return globals.options.browser_path; },
                      .stop_requested = nullptr}),
@@ -60,7 +60,6 @@ public:
     BrowserChoice& choice() { return choice_; }
 
     void DeliverEvents() {
-        explorer_.DeliverEvents();
         explorers_.DeliverEvents();
         chromium_.DeliverEvents();
         chromiums_.DeliverEvents();
@@ -72,8 +71,8 @@ private:
     CallFilter filter_;
     ExplorerSources sources_;
     WindowsInput input_;
-    ExplorerLauncher explorer_;
     ExplorerWindows explorers_;
+    ExplorerLauncher explorer_;
     ChromiumLauncher chromium_;
     ChromiumWindows chromiums_;
     BrowserChoice choice_;

@@ -1,7 +1,7 @@
 #include "explorer/explorer_rig.h"
-#include "platform/explorer/browser_objects.h"
 #include "platform/explorer/content_browser.h"
 #include "platform/explorer/explorer_launcher.h"
+#include "support/virtual_clock.h"
 
 namespace tamrin::test {
 namespace {
@@ -14,35 +14,23 @@ protected:
         ExplorerTest::TearDown();
     }
     // A browser that the shell lists.
-    ComPtr<BrowserDouble> List(HWND window, const std::string& name = "Internet Explorer") {
-        const ComPtr<BrowserDouble> made(new BrowserDouble(world.faults));
-        made->window = window;
-        made->name = name;
-        made->page = world.Open("<p>", 11).document();
-        listed.push_back(made);
-        return made;
-    }
-    static std::uint64_t Number(HWND window) { return reinterpret_cast<std::uintptr_t>(window); }
-
-    // Makes a browser, or fails as that one's calls do.
-    static std::function<ComPtr<IWebBrowser2>(HRESULT&)> Maker(const ComPtr<BrowserDouble>& made) {
-        return [&made](HRESULT& failure) {
-            failure = made->failure;
-            return FAILED(failure) ? nullptr : ComPtr<IWebBrowser2>(made.get());
-        };
+    ComPtr<BrowserDouble> List(HWND window, std::string_view name = "Internet Explorer") {
+        listed.push_back(NewBrowser(world.Open("<p>", 11)));
+        listed.back()->SetWindow(window);
+        listed.back()->is["Name"] = Variant(name);
+        return listed.back();
     }
 
     const HWND front = reinterpret_cast<HWND>(20), back = reinterpret_cast<HWND>(10);
     std::vector<ComPtr<BrowserDouble>> listed;
     ExplorerSources sources{[this] {
-                                std::vector<ComPtr<IWebBrowser2>> browsers;
-                                for (const auto& entry : listed) {
-                                    if (IsIeWindow(calls, *entry.get()))
-                                        browsers.emplace_back(entry.get());
-                                }
+                                std::vector<DispatchObject> browsers;
+                                for (const auto& entry : listed) browsers.push_back(Called(entry));
+                                std::erase_if(browsers, std::not_fn(IsIeWindow));
                                 return browsers;
                             },
-                            [this] { return std::vector<HWND>{front, back}; }, Maker(it)};
+                            [this] { return std::vector<HWND>{front, back}; },
+                            [this](HRESULT&) { return ComPtr<IDispatch>(it.get()); }};
     std::string why;
 };
 
@@ -53,14 +41,14 @@ TEST_F(BrowserTest, TellsTheWindowFromItsFramesAndBringsThePageThatIsLeftAlong) 
     it->Fire(DISPID_BEFORENAVIGATE2, "http://site/next");
     page->active = &El("a");
     it->Fire(DISPID_BEFORENAVIGATE2, "javascript:f()");
-    it->Fire(DISPID_BEFORENAVIGATE2, "http://site/inner", frame.get());
-    it->Fire(DISPID_NAVIGATECOMPLETE2, "http://site/inner", frame.get());
-    it->page = world.Open("<input id=b>", 11).document();
+    it->FireFrom(frame.get(), DISPID_BEFORENAVIGATE2, "http://site/inner");
+    it->FireFrom(frame.get(), DISPID_NAVIGATECOMPLETE2, "http://site/inner");
+    it->is["Document"] = Variant(world.Open("<input id=b>", 11).document().get());
     it->Fire(DISPID_NAVIGATECOMPLETE2, "http://site/next");
-    it->Fire(DISPID_DOCUMENTCOMPLETE, "http://site/inner", frame.get());
+    it->FireFrom(frame.get(), DISPID_DOCUMENTCOMPLETE, "http://site/inner");
     it->Fire(DISPID_DOCUMENTCOMPLETE, "http://site/next");
-    it->Fire(DISPID_NAVIGATEERROR, "http://site/missing", nullptr, 404);
-    it->Fire(DISPID_NAVIGATEERROR, "http://nowhere/", nullptr, static_cast<int>(0x800C0005));
+    it->Fire(DISPID_NAVIGATEERROR, "http://site/missing", 404);
+    it->Fire(DISPID_NAVIGATEERROR, "http://nowhere/", static_cast<int>(0x800C0005));
     EXPECT_EQ(log.lines, Strings());
     browser->DeliverEvents();
     EXPECT_EQ(log.lines,
@@ -76,8 +64,9 @@ TEST_F(BrowserTest, TellsTheWindowFromItsFramesAndBringsThePageThatIsLeftAlong) 
 
 TEST_F(BrowserTest, IsBusyFromTheCallOnAndBehindADialogBox) {
     auto window = std::make_unique<BrowserWindowDouble>();
-    it->window = window->frame;
-    const Element a = Open("<input id=a>").Named("a").by_id;
+    it->SetWindow(window->frame);
+    EXPECT_EQ(browser->Handle(), BrowserDouble::NumberOf(window->frame));
+    const Element a = browser->document().Named("a").by_id;
     Log log(*browser);
     EXPECT_FALSE(browser->Busy());
     EXPECT_EQ(browser->ReadyState(), 4);
@@ -92,9 +81,9 @@ TEST_F(BrowserTest, IsBusyFromTheCallOnAndBehindADialogBox) {
     it->Fire(DISPID_BEFORENAVIGATE2, "http://site/y");
     EXPECT_FALSE(browser->Busy());
     EXPECT_TRUE(browser->Navigate("JavaScript:f()") && !browser->Busy());
-    it->busy = VARIANT_TRUE;
+    it->is["Busy"] = Variant(true);
     EXPECT_TRUE(browser->Busy());
-    it->busy = VARIANT_FALSE;
+    it->is["Busy"] = Variant(false);
     for (const HRESULT waits_for_its_user : {RPC_E_CALL_REJECTED, RPC_E_SERVERCALL_RETRYLATER}) {
         it->failure = waits_for_its_user;
         EXPECT_TRUE(browser->Busy() && browser->Alive());
@@ -119,7 +108,6 @@ TEST_F(BrowserTest, GivesEverythingBackWhenTheBrowserIsGone) {
          {S_OK, HRESULT_FROM_WIN32(RPC_S_SERVER_UNAVAILABLE), HRESULT_FROM_WIN32(RPC_S_CALL_FAILED),
           RPC_E_DISCONNECTED, RPC_E_SERVER_DIED, RPC_E_SERVER_DIED_DNE, CO_E_OBJNOTCONNECTED}) {
         SCOPED_TRACE(failure);
-        it->failure = S_OK;
         const Document shown = Open("<input id=a value=v>");
         Log log(*browser);
         EXPECT_EQ(shown.Named("a").by_id.value(), "v");
@@ -129,7 +117,8 @@ TEST_F(BrowserTest, GivesEverythingBackWhenTheBrowserIsGone) {
         EXPECT_FALSE(browser->Navigate("x"));
         EXPECT_EQ(shown.url() + shown.Named("a").by_id.id(), "");
         EXPECT_EQ(browser->State(), WindowState());
-        EXPECT_TRUE(it->IsReleased());
+        it = nullptr;
+        EXPECT_EQ(ObjectDouble::alive, 0);
         browser->Quit();
         browser->SetForeground();
         browser->DeliverEvents();
@@ -144,9 +133,9 @@ TEST_F(BrowserTest, StandsAsItIsPut) {
         browser->SetPlace(state.place);
         browser->SetBars(state.bars);
         browser->SetVisible(bars.tool);
-        it->FullScreen = bars.tool ? VARIANT_FALSE : VARIANT_TRUE;
+        it->is["FullScreen"] = Variant(state.full_screen);
         EXPECT_EQ(browser->State(), state);
-        EXPECT_EQ(it->lines.back(), bars.tool ? "Visible -1" : "Visible 0");
+        EXPECT_EQ(it->lines.back(), bars.tool ? "Visible True" : "Visible False");
     }
     it->failure = E_FAIL;
     EXPECT_EQ(browser->State(), WindowState());
@@ -162,8 +151,8 @@ TEST_F(BrowserTest, IsListedInTheOrderOfTheScreenAndFoundByItsFocus) {
     ExplorerWindows windows(calls, sources);
     const auto visible = windows.Visible();
     ASSERT_EQ(visible.size(), 2U);
-    EXPECT_EQ(visible[0]->Handle(), Number(front));
-    EXPECT_EQ(visible[1]->Handle(), Number(back));
+    EXPECT_EQ(visible[0]->Handle(), BrowserDouble::NumberOf(front));
+    EXPECT_EQ(visible[1]->Handle(), BrowserDouble::NumberOf(back));
     EXPECT_EQ(windows.Visible(), visible);
     EXPECT_FALSE(windows.Focused());
     page->focused = true;
@@ -176,46 +165,59 @@ TEST_F(BrowserTest, IsListedInTheOrderOfTheScreenAndFoundByItsFocus) {
     EXPECT_EQ(windows.Visible().size(), 1U);
 }
 
-// What the launcher needs, and nothing of it is used here.
-class NoInput : public Input {
-    ScreenPoint GetCursorPos() override { return {}; }
-    void SetCursorPos(ScreenPoint) override {}
-    void LeftButton(bool) override {}
-    bool SendKeys(const std::vector<KeyStroke>&) override { return false; }
-} no_input;
-
-TEST_F(BrowserTest, IsOpenedAndCreatedOrSaysWhyNot) {
-    ExplorerWindows windows(calls, sources);
-    EXPECT_TRUE(ExplorerLauncher(calls, sources, no_input).Create(why));
-    EXPECT_TRUE(windows.Open("", why) && windows.Open("http://x/", why));
-    EXPECT_EQ(it->lines, (Strings{"Visible -1", "Navigate2 about:blank", "Visible -1",
-                                  "Navigate2 http://x/"}));
-    EXPECT_EQ(why, "");
-    it->failure = REGDB_E_CLASSNOTREG;
-    EXPECT_FALSE(windows.Open("", why));
-    EXPECT_NE(why, "");
+TEST_F(BrowserTest, IsMadeAsTheKindThatShowsPagesOrSaysWhyNot) {
+    enum Kind { kMissing, kShowsNothing, kShowsPages };
+    const struct {
+        Kind plain, medium;
+        bool answers;
+        std::string_view made;
+    } rows[] = {
+        {kShowsPages, kShowsPages, true, "plain"},  {kShowsNothing, kShowsPages, true, "medium"},
+        {kMissing, kShowsPages, true, "medium"},    {kShowsNothing, kShowsNothing, false, "plain"},
+        {kMissing, kShowsNothing, false, "medium"}, {kMissing, kMissing, false, ""}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(testing::Message() << row.plain << row.medium);
+        std::string made;
+        const auto maker = [&](const char* name, Kind kind) {
+            return [this, &made, name, kind](HRESULT& failure) -> ComPtr<IDispatch> {
+                failure = kind == kMissing ? REGDB_E_CLASSNOTREG : S_OK;
+                if (kind == kMissing) return nullptr;
+                made = name;
+                it = NewBrowser(*page);
+                if (kind == kShowsNothing) it->is["Document"] = Variant();
+                return ComPtr<IDispatch>(it.get());
+            };
+        };
+        sources.create = maker("plain", row.plain);
+        sources.create_medium = maker("medium", row.medium);
+        *sources.medium = false;
+        VirtualClock clock;
+        EXPECT_EQ(ExplorerAnswers(calls, sources, clock), row.answers);
+        made = why = "";
+        const auto opened = ExplorerWindows(calls, sources).Open("http://x/", why);
+        EXPECT_EQ(made, row.made);
+        EXPECT_EQ(why.empty(), opened != nullptr);
+        const Strings lines = {"Visible True", "Navigate2 http://x/"};
+        EXPECT_EQ(opened ? it->lines : Strings(), row.made.empty() ? Strings() : lines);
+    }
 }
 
 TEST_F(BrowserTest, IsFollowedIntoAnotherProcess) {
     const struct {
-        std::uint64_t dies_at, comes_at;
+        std::uint64_t comes_at;
         bool quits, moves;
-    } rows[] = {{9999, 14998, false, true},
-                {9999, 14999, false, false},
-                {10000, 10000, false, false},
-                {100, 100, true, false}};
+    } rows[] = {{9999, false, true}, {10000, false, false}, {100, true, false}};
     for (const auto& row : rows) {
         SCOPED_TRACE(row.comes_at);
         listed.clear();
         List(back);  // was there before
-        it->failure = S_OK;
+        it = NewBrowser(*page);
         now = 0;
-        ExplorerLauncher launcher(calls, sources, no_input);
-        const auto made = launcher.Create(why);
+        ExplorerWindows windows(calls, sources);
+        const auto made = windows.Create(why);
         Log log(*made);
         EXPECT_TRUE(made->Navigate("http://intranet/"));
         if (row.quits) made->Quit();
-        now = row.dies_at;
         it->failure = RPC_E_DISCONNECTED;
         made->Busy();
         EXPECT_FALSE(made->document());
@@ -223,10 +225,10 @@ TEST_F(BrowserTest, IsFollowedIntoAnotherProcess) {
         EXPECT_EQ(made->Busy(), row.moves);
         const auto successor = List(front);
         EXPECT_EQ(made->Alive(), row.moves);
-        EXPECT_EQ(made->Handle(), row.moves ? Number(front) : 0U);
+        EXPECT_EQ(made->Handle(), row.moves ? BrowserDouble::NumberOf(front) : 0U);
         successor->Fire(DISPID_DOCUMENTCOMPLETE);
         successor->Fire(DISPID_ONQUIT);
-        launcher.DeliverEvents();
+        windows.DeliverEvents();
         EXPECT_EQ(log.lines, row.moves ? (Strings{"complete", "quit"}) : Strings{"quit"});
         EXPECT_FALSE(made->Alive());
     }
@@ -243,8 +245,8 @@ protected:
     }
     void Show(const std::string& url) {
         page = &world.Open("<input id=a value=v>", 11, url);
-        it->page = page->document();
-        edge.Show(it->page.get());
+        it = NewBrowser(*page);
+        edge.Show(page->document().get());
     }
     BrowserWindowDouble edge{L"Chrome_WidgetWin_1"};
 };
@@ -254,7 +256,7 @@ TEST_F(ContentTest, IsFoundWhereTheShellDoesNotListIt) {
     const auto found = windows.Focused();
     ASSERT_TRUE(found);
     EXPECT_EQ(windows.Visible(), std::vector<std::shared_ptr<Browser>>{found});
-    EXPECT_EQ(found->Handle(), Number(edge.frame));
+    EXPECT_EQ(found->Handle(), BrowserDouble::NumberOf(edge.frame));
     EXPECT_EQ(found->document().Named("a").by_id.value(), "v");
     EXPECT_EQ(found->ReadyState(), 4);
     EXPECT_FALSE(found->Busy());
@@ -278,12 +280,12 @@ TEST_F(ContentTest, IsItsBrowserWhereThePageGivesOne) {
     it->Fire(DISPID_DOCUMENTCOMPLETE, "http://site/");
     windows.DeliverEvents();
     EXPECT_EQ(log.lines, Strings{"complete"});
-    EXPECT_EQ(found->Handle(), Number(edge.frame));
+    EXPECT_EQ(found->Handle(), BrowserDouble::NumberOf(edge.frame));
     EXPECT_EQ(windows.Visible(), std::vector<std::shared_ptr<Browser>>{found});
     // Listed after all, in that frame or in another, it is no other window.
     listed.push_back(it);
     for (const HWND frame : {edge.frame, edge.content}) {
-        it->window = frame;
+        it->SetWindow(frame);
         EXPECT_EQ(ExplorerWindows(calls, sources).Visible().size(), 1U);
     }
 }
@@ -292,7 +294,9 @@ TEST_F(ContentTest, TellsOfItsPagesAndItsEnd) {
     ContentBrowser content(calls, {edge.frame, edge.content});
     EXPECT_TRUE(content.document().hasFocus());
     content.DeliverEvents();
-    EXPECT_EQ(ObjectDouble<IHTMLDocument>::alive, 1) << "it keeps no page of which it tells nobody";
+    it = nullptr;
+    EXPECT_EQ(ObjectDouble::alive, 2) << "it keeps no page of which it tells nobody";
+    Show("http://site/");
     Log log(content);
     const Document old = content.document();
     EXPECT_TRUE(content.Navigate("http://site/b"));

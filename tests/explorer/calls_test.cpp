@@ -3,7 +3,6 @@
 #include <atomic>
 
 #include "explorer/explorer_rig.h"
-#include "platform/explorer/browser_objects.h"
 #include "platform/explorer/call_filter.h"
 
 namespace tamrin::test {
@@ -73,8 +72,8 @@ TEST_F(CallsTest, LoseNothingWhenAnyOfThemFails) {
             drive(mode);
             if (call < 0) all = world.faults.calls;
             browser = nullptr;
-            it->page = nullptr;
-            ASSERT_TRUE(world.IsReleased() && it->IsReleased());
+            it = nullptr;
+            ASSERT_EQ(ObjectDouble::alive, 0);
         }
         EXPECT_GT(all, 100);
     }
@@ -85,7 +84,7 @@ class OtherBrowserTest : public CallsTest {
 protected:
     // A page with an element "k"; without a box it hangs while it waits.
     Element Show(const std::string& html, bool with_box, int mode = 11) {
-        it->page = program.Give([&] {
+        const auto shown = program.Give([&] {
             world.box = [this, with_box] {
                 const HWND frame = program.window->frame;
                 const HWND box = with_box ? MakeWindow(L"#32770", frame, WS_POPUP) : nullptr;
@@ -100,8 +99,10 @@ protected:
             };
             return world.Open(html, mode).document();
         });
-        it->window = program.window->frame;
-        browser = std::make_unique<ExplorerBrowser>(calls, ComPtr<IWebBrowser2>(it.get()));
+        it = ComPtr<BrowserDouble>(new BrowserDouble(world.faults));
+        it->is["Document"] = Variant(shown.get());
+        it->SetWindow(program.window->frame);
+        browser = std::make_unique<ExplorerBrowser>(calls, Called(it));
         return browser->document().Named("k").by_id;
     }
     // Answers the page's question. What the page has said follows.
@@ -114,12 +115,12 @@ protected:
     }
     void TearDown() override {
         browser = nullptr;
-        it->page = nullptr;
+        it = nullptr;
         // What was left behind comes back.
-        bool released = false;
         EXPECT_TRUE(Pump([&] {
-            program.window->Do([&] { released = world.IsReleased(); });
-            return released;
+            int left = 0;
+            program.window->Do([&] { left = ObjectDouble::alive; });
+            return left == 0;
         }));
         CloseHandle(answered);
     }

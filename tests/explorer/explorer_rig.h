@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "explorer/browser_double.h"
 #include "explorer/page_double.h"
 #include "explorer/window_double.h"
+#include "platform/explorer/browser_objects.h"
 #include "platform/explorer/explorer_browser.h"
 
 namespace tamrin::test {
@@ -48,22 +48,33 @@ public:
     std::unique_ptr<Connection> page_connection;
 };
 
-// A browser that shows a page. At the end of a test nobody may hold a reference to either.
+// A browser that shows a page. At the end of a test nobody may hold any of their objects.
 class ExplorerTest : public testing::Test {
 protected:
     ExplorerTest() {
+        ObjectDouble::alive = 0;
         calls.SetNow([this] { return now; });
         calls.Trace([this](const std::string& line) { trace.push_back(line); });
     }
     void TearDown() override {
         browser = nullptr;
-        it->page = nullptr;
-        EXPECT_TRUE(world.IsReleased() && it->IsReleased());
+        it = nullptr;
+        EXPECT_EQ(ObjectDouble::alive, 0);
+    }
+    ComPtr<BrowserDouble> NewBrowser(PageDouble& shown) {
+        const ComPtr<BrowserDouble> made(new BrowserDouble(world.faults));
+        made->is["Document"] = Variant(shown.document().get());
+        return made;
     }
     Document Open(std::string_view html, int mode = 11) {
-        it->page = (page = &world.Open(html, mode))->document();
-        browser = std::make_unique<ExplorerBrowser>(calls, ComPtr<IWebBrowser2>(it.get()));
+        page = &world.Open(html, mode);
+        it = NewBrowser(*page);
+        browser = std::make_unique<ExplorerBrowser>(calls, Called(it));
         return browser->document();
+    }
+    // A browser as the program calls it.
+    DispatchObject Called(const ComPtr<BrowserDouble>& object) {
+        return BrowserObject(calls, ComPtr<IDispatch>(object.get()));
     }
     Node& El(std::string_view id) { return page->El(id); }
 
@@ -72,7 +83,7 @@ protected:
     ComCalls calls;
     PageWorld world;
     PageDouble* page = nullptr;  // that is shown
-    ComPtr<BrowserDouble> it{new BrowserDouble(world.faults)};
+    ComPtr<BrowserDouble> it;
     std::unique_ptr<ExplorerBrowser> browser;
 };
 

@@ -189,16 +189,15 @@ const Member kMembers[] = {
     {"value", "SELECT",
      [](Call& c) { return Variant(c.e.Below("OPTION").at(c.e.selected)->InnerText()); }},
     {"value", "OPTION", [](Call& c) { return Variant(c.e.InnerText()); }},
-    {"value", "LI", [](Call&) { return Variant(3); }},
     {"text", "OPTION", [](Call& c) { return Variant(c.e.InnerText()); }},
     {"options", "SELECT", [](Call& c) { return c.List(c.e.Below("OPTION")); }},
     {"selectedIndex", "SELECT", [](Call& c) { return Variant(c.e.selected); }},
 };
 
-bool Write(Call& c, const std::string& name, const Variant& value) {
+bool Write(Call& c, const std::string& name) {
     if (name == "href") return c.page.went_to = c.text, true;
-    if (name == "selectedIndex") return c.e.selected = value.get().lVal, true;
-    if (name == "checked") return c.e.checked = value.Truth(), true;
+    if (name == "selectedIndex") return c.e.selected = std::stoi(c.text), true;
+    if (name == "checked") return c.e.checked = c.text == "True", true;
     if (name == "innerText") return c.e.children.front()->text = c.text, true;
     // A field drops what its type does not allow; newer documents keep LF alone.
     const bool dropped = TypeOf(c.e) == "number" && c.text == "x";
@@ -207,90 +206,63 @@ bool Write(Call& c, const std::string& name, const Variant& value) {
     return name == "value";
 }
 
+const IID& EventsOf(const std::string& kind) {
+    if (kind == "document") return __uuidof(HTMLDocumentEvents2);
+    return kind == "FORM" ? __uuidof(HTMLFormElementEvents2) : GUID_NULL;
+}
+
 // An object of a page, as the browser gives it. Its members have numbers by their names, the same
 // for all objects; forms and documents also know theirs by those of mshtmdid.h.
-class PageObject : public ObjectDouble<IHTMLDocument> {
+class PageObject : public ObjectDouble {
 public:
     PageObject(PageDouble& page, std::string kind, Nodes nodes, int number)
-        : ObjectDouble(page.world.faults),
+        : ObjectDouble(page.world.faults, EventsOf(kind)),
           page_(page),
           kind_(std::move(kind)),
           nodes_(std::move(nodes)),
           number_(number) {}
     ~PageObject() override {
-        if (IsNode()) page_.objects.erase(nodes_.front());
-    }
-
-    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* number) override {
-        const std::string name = TextOf(names[0], std::char_traits<OLECHAR>::length(names[0]));
-        const auto member = std::ranges::find(kMembers, name, &Member::name);
-        if (faults_.Next() != S_OK || member == std::end(kMembers)) return DISP_E_UNKNOWNNAME;
-        *number = page_.world.first_number + static_cast<DISPID>(member - kMembers);
-        return S_OK;
-    }
-    STDMETHODIMP Invoke(DISPID number, REFIID, LCID, WORD flags, DISPPARAMS* parameters,
-                        VARIANT* answer, EXCEPINFO* exception, UINT*) override {
-        const ComPtr<PageObject> self(this);
-        const HRESULT fault = faults_.Next();
-        if (fault == S_FALSE && answer) answer->vt = VT_NULL;
-        if (fault == DISP_E_EXCEPTION) {
-            exception->scode = E_FAIL;
-            exception->bstrDescription = SysAllocString(L"駄目\r\n");
-        }
-        if (fault != S_OK) return fault;
-        const Member* const member = Find(number);
-        if (!member) return DISP_E_MEMBERNOTFOUND;
-        Call call{page_, nodes_.empty() ? *page_.root : *nodes_.front(), nodes_, number_,
-                  EventArguments(*parameters)};
-        if (flags == DISPATCH_PROPERTYPUT)
-            return Write(call, member->name, call.a.At(0)) ? S_OK : DISP_E_MEMBERNOTFOUND;
-        Node* const hiding = Hiding(*member, number);
-        const Variant value = hiding ? page_.Give(hiding) : member->read(call);
-        if (value.Failed()) return value.error();
-        VARIANT shared = value.get();
-        return answer ? VariantCopy(answer, &shared) : S_OK;
-    }
-    STDMETHODIMP get_Script(IDispatch**) override { return E_NOTIMPL; }
-    STDMETHODIMP QueryService(REFGUID service, REFIID id, void** object) override {
-        *object = nullptr;
-        if (const HRESULT fault = faults_.Next(); FAILED(fault)) return fault;
-        if (service != IID_IWebBrowserApp || !page_.world.browser) return E_NOINTERFACE;
-        return page_.world.browser->QueryInterface(id, object);
+        if (IsElement() || kind_ == "document") page_.objects.erase(nodes_.front());
     }
 
 private:
-    bool IsNode() const { return kind_ == "document" || std::isupper(kind_[0]); }
-    bool HasFixed(const Member& member, DISPID number) const {
-        return HideableMember(kind_, member.name) == number;
+    bool IsElement() const { return std::isupper(kind_[0]); }
+    bool Has(const Member& member) const {
+        const bool any = IsElement() && member.kinds.find('*') != std::string::npos;
+        return page_.mode >= member.from && page_.mode <= member.to &&
+               (any || (" " + member.kinds + " ").find(" " + kind_ + " ") != std::string::npos);
     }
-    const Member* Find(DISPID number) const {
-        for (const Member& member : kMembers) {
-            const auto index = std::ranges::find(kMembers, member.name, &Member::name) - kMembers;
-            const bool by_name = number == page_.world.first_number + static_cast<DISPID>(index);
-            const bool any = std::isupper(kind_[0]) && member.kinds.find('*') != std::string::npos;
-            const bool has =
-                any || (" " + member.kinds + " ").find(" " + kind_ + " ") != std::string::npos;
-            const bool known = page_.mode >= member.from && page_.mode <= member.to;
-            if (has && known && (by_name || HasFixed(member, number))) return &member;
-        }
-        return nullptr;
+    DISPID Number(const std::string& name) const override {
+        const auto* const at = std::ranges::find(kMembers, name, &Member::name);
+        return at == std::end(kMembers)
+                   ? DISPID_UNKNOWN
+                   : page_.world.first_number + static_cast<DISPID>(at - kMembers);
+    }
+    Variant Do(DISPID number, WORD flags, const EventArguments& arguments) override {
+        const DISPID index = number - page_.world.first_number;
+        const bool named = index >= 0 && index < static_cast<DISPID>(std::size(kMembers));
+        const std::string name = named ? kMembers[index].name : "";
+        const auto* const member = std::ranges::find_if(kMembers, [&](const Member& known) {
+            return Has(known) &&
+                   (name == known.name || number == HideableMember(kind_, known.name));
+        });
+        if (member == std::end(kMembers)) return Variant::Failure(DISP_E_MEMBERNOTFOUND);
+        Call call{page_, nodes_.empty() ? *page_.root : *nodes_.front(), nodes_, number_,
+                  arguments};
+        if (flags == DISPATCH_PROPERTYPUT)
+            return Write(call, member->name) ? Variant() : Variant::Failure(DISP_E_MEMBERNOTFOUND);
+        Node* const hiding = Hiding(name);
+        return hiding ? page_.Give(hiding) : member->read(call);
     }
     // The image or control whose name hides a member of the document or a form; null for none.
-    Node* Hiding(const Member& member, DISPID number) const {
-        const bool hides = (kind_ == "document" || kind_ == "FORM") && !HasFixed(member, number);
-        for (Node* node : hides ? page_.With("name", member.name) : Nodes()) {
+    Node* Hiding(const std::string& name) const {
+        if (kind_ != "document" && kind_ != "FORM") return nullptr;
+        for (Node* node : page_.With("name", name)) {
             if (node->Form() == (kind_ == "FORM" ? nodes_.front() : nullptr)) return node;
         }
         return nullptr;
     }
-    EventSource* Source(REFIID id) override {
-        const bool document = kind_ == "document" && id == __uuidof(HTMLDocumentEvents2);
-        const bool form = kind_ == "FORM" && id == __uuidof(HTMLFormElementEvents2);
-        if (!document && !form) return nullptr;
-        auto& source = page_.sources[nodes_.front()];
-        if (!source) source = ComPtr<EventSource>(new EventSource(faults_, id));
-        return source.get();
-    }
+    ObjectDouble* Server() override { return page_.world.browser; }
 
     PageDouble& page_;
     const std::string kind_;
@@ -302,13 +274,6 @@ private:
 
 PageDouble& PageWorld::Open(std::string_view html, int mode, const std::string& url) {
     return *pages.emplace_back(std::make_unique<PageDouble>(*this, html, mode, url));
-}
-
-bool PageWorld::IsReleased() const {
-    const auto silent = [](const auto& page) {
-        return std::ranges::all_of(page->sources, [](const auto& s) { return s.second->empty(); });
-    };
-    return PageObject::alive == 0 && std::ranges::all_of(pages, silent);
 }
 
 PageDouble::PageDouble(PageWorld& its_world, std::string_view html, int its_mode,
@@ -342,7 +307,7 @@ Variant PageDouble::Give(Node* node) {
     if (const auto known = objects.find(node); known != objects.end())
         return Variant(known->second);
     Variant made = Make(node == root.get() ? "document" : node->tag, {node});
-    objects[node] = made.get().pdispVal;
+    objects[node] = static_cast<PageObject*>(made.get().pdispVal);
     return made;
 }
 
@@ -355,9 +320,9 @@ bool PageDouble::Fire(Node* node, const std::string& event, int key) {
         const std::string word = at->Attribute(event);
         if (at->Has(event)) said += (word != "ask" ? word : world.box() ? "yes" : "no") + " ";
     }
-    const auto source = sources.find(event == "onsubmit" ? node : root.get());
+    const auto source = objects.find(event == "onsubmit" ? node : root.get());
     const auto number = kEvents.find(event);
-    if (source == sources.end() || number == kEvents.end()) return true;
+    if (source == objects.end() || number == kEvents.end()) return true;
     const Variant told = Make("event", {}, key);
     return source->second->Fire(number->second, {told.get()});
 }

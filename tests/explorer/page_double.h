@@ -1,10 +1,5 @@
 #pragma once
 
-#include <windows.h>
-
-#include <exdisp.h>
-#include <mshtml.h>
-
 #include <functional>
 #include <map>
 #include <memory>
@@ -12,8 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "explorer/com_double.h"
-#include "platform/explorer/event_sink.h"
+#include "explorer/browser_double.h"
 #include "platform/explorer/variant.h"
 #include "support/html_page.h"
 
@@ -25,14 +19,12 @@ class PageDouble;
 struct PageWorld {
     // Makes a page, a frame's too. `mode` is its document mode: 11 the newest, 5 to 7 old.
     PageDouble& Open(std::string_view html, int mode, const std::string& url = "http://site/");
-    // Whether the program holds no object of a page, and no subscription.
-    bool IsReleased() const;
 
     Faults faults;
     // Shows a dialog box of a page and answers whether it was confirmed.
     std::function<bool()> box;
     // The browser of all pages; null when it cannot be had.
-    IWebBrowser2* browser = nullptr;
+    ObjectDouble* browser = nullptr;
     // Added to the numbers of members; a change makes all objects forget the old ones.
     DISPID first_number = 3000000;
     std::vector<std::unique_ptr<PageDouble>> pages;
@@ -74,9 +66,8 @@ public:
     int screen_dpi = 96;  // 0 for a page without a screen
     std::unique_ptr<Node> root;
     std::map<Node*, PageDouble*> frames;
-    std::map<Node*, IDispatch*> objects;  // of nodes, that somebody holds
-    std::map<Node*, ComPtr<EventSource>> sources;
-    std::string event_type;  // of the event that was created last
+    std::map<Node*, ObjectDouble*> objects;  // of nodes, that somebody holds
+    std::string event_type;                  // of the event that was created last
 };
 
 }  // namespace tamrin::test

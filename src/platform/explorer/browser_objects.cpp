@@ -5,14 +5,15 @@
 #include <servprov.h>
 
 #include <string>
+#include <utility>
 
 #include "platform/explorer/variant.h"
 #include "platform/text.h"
 
 namespace tamrin {
 
-std::vector<ComPtr<IWebBrowser2>> ShellList::Browsers() {
-    std::vector<ComPtr<IWebBrowser2>> browsers;
+std::vector<DispatchObject> ShellList::Browsers() {
+    std::vector<DispatchObject> browsers;
     if (!windows_) {
         const HRESULT made =
             CoCreateInstance(CLSID_ShellWindows, nullptr, CLSCTX_ALL, IID_IShellWindows,
@@ -30,38 +31,39 @@ std::vector<ComPtr<IWebBrowser2>> ShellList::Browsers() {
         const Variant index(static_cast<int>(i));
         // A window that has just been closed leaves an empty place.
         calls_.Note(windows_->Item(index.get(), entry.Out()), "call", "shell", "Item");
-        auto browser = entry.As<IWebBrowser2>();
-        if (browser && IsIeWindow(calls_, *browser.get())) browsers.push_back(std::move(browser));
+        DispatchObject browser(std::move(entry), type_);
+        if (IsIeWindow(browser)) browsers.push_back(std::move(browser));
     }
     return browsers;
 }
 
-bool IsIeWindow(ComCalls& calls, IWebBrowser2& entry) {
-    BSTR text = nullptr;
-    const bool known = calls.Note(entry.get_Name(&text), "get", "entry", "Name");
-    const std::string name = known ? TextOf(text, SysStringLen(text)) : std::string();
-    SysFreeString(text);
+DispatchObject BrowserObject(ComCalls& calls, ComPtr<IDispatch> browser) {
+    return {std::move(browser), std::make_shared<ObjectType>(calls, "browser")};
+}
+
+bool IsIeWindow(const DispatchObject& entry) {
+    const std::string name = entry.Text("Name");
     return EqualsIgnoreCase(name, "Windows Internet Explorer") ||
            EqualsIgnoreCase(name, "Internet Explorer");
 }
 
-HWND FrameOf(ComCalls& calls, IWebBrowser2& browser) {
-    SHANDLE_PTR window = 0;
-    calls.Note(browser.get_HWND(&window), "get", "entry", "HWND");
+HWND FrameOf(const DispatchObject& browser) {
+    const auto number = static_cast<LONG_PTR>(browser.Get("HWND").Number().value_or(0));
     // NOLINTNEXTLINE(performance-no-int-to-ptr): how the browser gives its handle
-    return reinterpret_cast<HWND>(window);
+    return reinterpret_cast<HWND>(number);
 }
 
-ComPtr<IWebBrowser2> BrowserServedBy(ComCalls& calls, IDispatch* window) {
-    ComPtr<IWebBrowser2> browser;
-    if (!window) return browser;
-    const auto provider = ComPtr<IDispatch>(window).As<IServiceProvider>();
+DispatchObject BrowserServedBy(const DispatchObject& window) {
+    if (!window) return {};
+    ComCalls& calls = window.type()->calls();
+    const auto provider = window.object().As<IServiceProvider>();
     if (!calls.Note(provider ? S_OK : E_NOINTERFACE, "ask", "window", "IServiceProvider"))
-        return browser;
+        return {};
+    ComPtr<IDispatch> browser;
     const HRESULT served = provider->QueryService(IID_IWebBrowserApp, IID_IWebBrowser2,
                                                   reinterpret_cast<void**>(browser.Out()));
     calls.Note(served, "call", "window", "QueryService");
-    return browser;
+    return BrowserObject(calls, std::move(browser));
 }
 
 ComPtr<IDispatch> GetDocumentFromWindow(ComCalls& calls, HWND window) {

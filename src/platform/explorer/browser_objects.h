@@ -4,10 +4,10 @@
 
 #include <exdisp.h>
 
+#include <memory>
 #include <vector>
 
-#include "platform/explorer/com_calls.h"
-#include "platform/explorer/com_ptr.h"
+#include "platform/explorer/dispatch_object.h"
 
 namespace tamrin {
 
@@ -15,26 +15,31 @@ namespace tamrin {
 // been restarted.
 class ShellList {
 public:
-    explicit ShellList(ComCalls& calls) : calls_(calls) {}
+    explicit ShellList(ComCalls& calls)
+        : calls_(calls), type_(std::make_shared<ObjectType>(calls, "browser")) {}
 
     // The browsers in the order of the list. The list's folder windows are left out.
-    std::vector<ComPtr<IWebBrowser2>> Browsers();
+    std::vector<DispatchObject> Browsers();
 
 private:
     ComCalls& calls_;
+    const std::shared_ptr<ObjectType> type_;
     ComPtr<IShellWindows> windows_;
 };
 
+// A browser object (IWebBrowser2), whose members are called by name.
+DispatchObject BrowserObject(ComCalls& calls, ComPtr<IDispatch> browser);
+
 // Whether an entry of the list is a browser, judged by its program's name.
-bool IsIeWindow(ComCalls& calls, IWebBrowser2& entry);
+bool IsIeWindow(const DispatchObject& entry);
 
 // The top-level window of a browser; null when the browser does not answer.
-HWND FrameOf(ComCalls& calls, IWebBrowser2& browser);
+HWND FrameOf(const DispatchObject& browser);
 
 // The browser that shows a page, given the page's window object (SID_SWebBrowserApp). The window
 // object gives it to programs even when it denies scripts access to the page. Null when there is
 // none.
-ComPtr<IWebBrowser2> BrowserServedBy(ComCalls& calls, IDispatch* window);
+DispatchObject BrowserServedBy(const DispatchObject& window);
 
 // The document that a content window ("Internet Explorer_Server") shows: its answer to the
 // registered message "WM_HTML_GETOBJECT". Null when it shows none or does not answer within

@@ -41,17 +41,19 @@ bool DispatchObject::Put(std::string_view property, const Variant& value) const 
 Variant DispatchObject::Invoke(std::string_view kind, std::string_view member, WORD flags,
                                Arguments arguments, bool aside) const {
     if (!object_) return Variant::Failure(E_POINTER);
+    const DispatchObject alive = *this;  // an event during the call may release this one
     Variant answer;
     std::string detail;
     HRESULT result = S_OK;
     // Scripts of the page can change its objects, so that an old number is no longer known.
     for (const bool again : {false, true}) {
-        const auto number = type_->MemberOf(*object_.get(), member, result, again);
+        const auto number = alive.type_->MemberOf(*alive.object_.get(), member, result, again);
         if (!number) break;
-        result = InvokeNumber(*number, flags, arguments, aside, answer, detail);
+        result = alive.InvokeNumber(*number, flags, arguments, aside, answer, detail);
         if (result != DISP_E_MEMBERNOTFOUND) break;
     }
-    if (type_->calls().Note(result, kind, type_->name(), member, detail)) return answer;
+    const ObjectType& type = *alive.type_;
+    if (type.calls().Note(result, kind, type.name(), member, detail)) return answer;
     return Variant::Failure(result);
 }
 

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <utility>
 
+#include "platform/explorer/browser_objects.h"
 #include "platform/explorer/explorer_document.h"
 #include "platform/explorer/page_events.h"
 #include "platform/text.h"
@@ -14,11 +15,8 @@ namespace {
 
 // The browser becomes busy a little later than the call that makes it navigate.
 constexpr std::uint64_t kBeginsWithinMs = 2000;
-// How long after that call it may still move into another process.
+// After that call it may move into another process for so long.
 constexpr std::uint64_t kMovesWithinMs = 10000;
-
-// The longest that moving into another process takes.
-constexpr std::uint64_t kMovesForMs = 5000;
 
 using Snapshot = std::pair<std::shared_ptr<ExplorerDocument>, std::shared_ptr<PageSnapshot>>;
 
@@ -38,32 +36,23 @@ void SetSnapshots(const std::vector<Snapshot>& snapshots, bool set) {
         page->SetSnapshot(set ? snapshot.get() : nullptr);
 }
 
-VARIANT_BOOL Truth(bool truth) { return truth ? VARIANT_TRUE : VARIANT_FALSE; }
-
 }  // namespace
 
-ExplorerBrowser::ExplorerBrowser(ComCalls& calls, ComPtr<IWebBrowser2> browser, ContentWindow found)
+ExplorerBrowser::ExplorerBrowser(ComCalls& calls, DispatchObject browser, ContentWindow found)
     : ExplorerWindow(calls), browser_(std::move(browser)), found_(found) {}
 
 ExplorerBrowser::~ExplorerBrowser() { calls_.Leave(window_); }
 
-bool ExplorerBrowser::Did(HRESULT result, const char* kind, const char* member) {
-    const bool done = calls_.Note(result, kind, "browser", member);
-    if (IsDisconnected(result)) Part();
-    return done;
+Variant ExplorerBrowser::Noted(Variant answer) {
+    if (IsDisconnected(answer.error())) Part();
+    return answer;
 }
 
 bool ExplorerBrowser::Navigate(const std::string& address) {
     pages_->fired_click().Settle();
-    if (!browser_) return false;
     Listen();
-    if (!browser_) return false;
-    Variant url{std::string_view(address)};
-    Variant none;
-    VARIANT empty = none.get();
-    VARIANT target = url.get();
-    if (!Did(browser_->Navigate2(&target, &empty, &empty, &empty, &empty), "call", "Navigate2"))
-        return false;
+    const Variant url{std::string_view(address)};
+    if (Noted(browser_.Call("Navigate2", url)).Failed()) return false;
     // A script does not navigate.
     const bool script = StartsWithIgnoreCase(address, "javascript:");
     begins_until_ = script ? 0 : calls_.Now() + kBeginsWithinMs;
@@ -73,7 +62,7 @@ bool ExplorerBrowser::Navigate(const std::string& address) {
 
 void ExplorerBrowser::Quit() {
     may_move_until_ = 0;
-    if (browser_) Did(browser_->Quit(), "call", "Quit");
+    Noted(browser_.Call("Quit"));
 }
 
 bool ExplorerBrowser::Busy() {
@@ -81,19 +70,18 @@ bool ExplorerBrowser::Busy() {
     if (!browser_) return Moving();
     // While a page shows a dialog box, the browser might not answer.
     if (BoxOf(window_)) return true;
-    VARIANT_BOOL busy = VARIANT_FALSE;
-    const HRESULT result = browser_->get_Busy(&busy);
-    const bool known = Did(result, "get", "Busy");
+    const Variant busy = Get("Busy");
     // It rejects calls while it waits for its user.
-    if (result == RPC_E_CALL_REJECTED || result == RPC_E_SERVERCALL_RETRYLATER) return true;
-    if (known && busy != VARIANT_FALSE) begins_until_ = 0;
-    return (known && busy != VARIANT_FALSE) || calls_.Now() < begins_until_;
+    if (busy.error() == RPC_E_CALL_REJECTED || busy.error() == RPC_E_SERVERCALL_RETRYLATER)
+        return true;
+    if (busy.Truth()) begins_until_ = 0;
+    return busy.Truth() || calls_.Now() < begins_until_;
 }
 
 int ExplorerBrowser::ReadyState() {
-    READYSTATE state = READYSTATE_UNINITIALIZED;
-    if (!browser_ || !Did(browser_->get_ReadyState(&state), "get", "ReadyState")) return 0;
-    return calls_.Now() < begins_until_ ? READYSTATE_LOADING : state;
+    const auto state = Get("ReadyState").Number();
+    if (!state) return 0;
+    return calls_.Now() < begins_until_ ? READYSTATE_LOADING : static_cast<int>(*state);
 }
 
 bool ExplorerBrowser::Alive() {
@@ -105,69 +93,45 @@ bool ExplorerBrowser::Alive() {
 }
 
 std::shared_ptr<ExplorerDocument> ExplorerBrowser::Page() {
-    if (!browser_) return nullptr;
     Listen();
-    ComPtr<IDispatch> document;
-    if (!browser_ || !Did(browser_->get_Document(document.Out()), "get", "Document"))
-        return nullptr;
-    return pages_->Page(std::move(document));
+    return pages_->Page(Get("Document").Object());
 }
 
-void ExplorerBrowser::SetVisible(bool visible) {
-    if (browser_) Did(browser_->put_Visible(Truth(visible)), "put", "Visible");
-}
+void ExplorerBrowser::SetVisible(bool visible) { browser_.Put("Visible", Variant(visible)); }
 
 void ExplorerBrowser::SetPlace(const WindowPlace& place) {
-    if (browser_) Did(browser_->put_Left(place.left), "put", "Left");
-    if (browser_) Did(browser_->put_Top(place.top), "put", "Top");
-    if (browser_) Did(browser_->put_Width(place.width), "put", "Width");
-    if (browser_) Did(browser_->put_Height(place.height), "put", "Height");
+    browser_.Put("Left", Variant(place.left));
+    browser_.Put("Top", Variant(place.top));
+    browser_.Put("Width", Variant(place.width));
+    browser_.Put("Height", Variant(place.height));
 }
 
 void ExplorerBrowser::SetBars(const WindowBars& bars) {
-    if (browser_) Did(browser_->put_ToolBar(bars.tool ? 1 : 0), "put", "ToolBar");
-    if (browser_) Did(browser_->put_MenuBar(Truth(bars.menu)), "put", "MenuBar");
-    if (browser_) Did(browser_->put_AddressBar(Truth(bars.address)), "put", "AddressBar");
-    if (browser_) Did(browser_->put_StatusBar(Truth(bars.status)), "put", "StatusBar");
+    browser_.Put("ToolBar", Variant(bars.tool ? 1 : 0));
+    browser_.Put("MenuBar", Variant(bars.menu));
+    browser_.Put("AddressBar", Variant(bars.address));
+    browser_.Put("StatusBar", Variant(bars.status));
 }
 
 WindowState ExplorerBrowser::State() {
-    WindowState state;
-    const auto number = [this](auto get, const char* member) {
-        LONG value = 0;
-        if (browser_) Did((browser_.get()->*get)(&value), "get", member);
-        return static_cast<int>(value);
+    const auto number = [this](const char* property) {
+        return static_cast<int>(Get(property).Number().value_or(0));
     };
-    const auto truth = [this](auto get, const char* member) {
-        VARIANT_BOOL value = VARIANT_FALSE;
-        if (browser_) Did((browser_.get()->*get)(&value), "get", member);
-        return value != VARIANT_FALSE;
-    };
-    state.place = {number(&IWebBrowser2::get_Left, "Left"), number(&IWebBrowser2::get_Top, "Top"),
-                   number(&IWebBrowser2::get_Width, "Width"),
-                   number(&IWebBrowser2::get_Height, "Height")};
-    int tool = 0;
-    if (browser_) Did(browser_->get_ToolBar(&tool), "get", "ToolBar");
-    state.bars = {tool != 0, truth(&IWebBrowser2::get_MenuBar, "MenuBar"),
-                  truth(&IWebBrowser2::get_AddressBar, "AddressBar"),
-                  truth(&IWebBrowser2::get_StatusBar, "StatusBar")};
-    state.full_screen = truth(&IWebBrowser2::get_FullScreen, "FullScreen");
-    return state;
+    const auto truth = [this](const char* property) { return Get(property).Truth(); };
+    return {{number("Left"), number("Top"), number("Width"), number("Height")},
+            {number("ToolBar") != 0, truth("MenuBar"), truth("AddressBar"), truth("StatusBar")},
+            truth("FullScreen")};
 }
 
 HWND ExplorerBrowser::Frame() {
-    SHANDLE_PTR window = 0;
-    if (!browser_ || !Did(browser_->get_HWND(&window), "get", "HWND")) return nullptr;
-    // NOLINTNEXTLINE(performance-no-int-to-ptr): how the browser gives its handle
-    const auto own = reinterpret_cast<HWND>(window);
     // Inside another program's window, its own one is not what the user sees.
-    const HWND now = found_.frame ? found_.frame : own;
-    if (now != window_) {
+    const HWND now = browser_ && found_.frame ? found_.frame : FrameOf(browser_);
+    if (now && now != window_) {
         calls_.Leave(window_);
         calls_.Drive(now);
         window_ = now;
     }
-    return window_;
+    return now;
 }
 
 HWND ExplorerBrowser::Content() {
@@ -186,11 +150,10 @@ std::unique_ptr<Connection> ExplorerBrowser::Connect(BrowserEvents& events) {
 void ExplorerBrowser::Listen() {
     if (events_ || !browser_) return;
     Frame();  // registers the window, so that its dialog boxes are noticed
-    if (!browser_) return;
     const auto to = [this](void (ExplorerBrowser::*note)(const EventArguments&)) {
         return [this, note](const EventArguments& arguments) { (this->*note)(arguments); };
     };
-    events_ = EventConnection::Make(calls_, browser_.get(), DIID_DWebBrowserEvents2,
+    events_ = EventConnection::Make(calls_, browser_.object().get(), DIID_DWebBrowserEvents2,
                                     {{DISPID_BEFORENAVIGATE2, to(&ExplorerBrowser::NoteNavigation)},
                                      {DISPID_NAVIGATECOMPLETE2, to(&ExplorerBrowser::NoteShown)},
                                      {DISPID_DOCUMENTCOMPLETE, to(&ExplorerBrowser::NoteComplete)},
@@ -217,9 +180,7 @@ void ExplorerBrowser::NoteShown(const EventArguments& arguments) {
         pages_->DropLeftFrames();
         return;
     }
-    ComPtr<IDispatch> document;
-    Did(browser_->get_Document(document.Out()), "get", "Document");
-    pages_->KeepOnly(document.As<IUnknown>().get());
+    pages_->KeepOnly(Get("Document").Object().As<IUnknown>().get());
     Notify([](BrowserEvents& events) { events.NavigateComplete2(); });
 }
 
@@ -242,26 +203,28 @@ void ExplorerBrowser::NoteError(const EventArguments& arguments) {
 }
 
 void ExplorerBrowser::Part() {
-    if (!browser_) return;
-    if (find_successor_ && calls_.Now() < may_move_until_)
-        moving_until_ = calls_.Now() + kMovesForMs;
-    Lose();
+    if (!find_successor_ || calls_.Now() >= may_move_until_) may_move_until_ = 0;
+    Release();
 }
 
 void ExplorerBrowser::Lose() {
+    may_move_until_ = 0;
+    Release();
+}
+
+void ExplorerBrowser::Release() {
     if (!browser_) return;
-    browser_ = nullptr;
+    browser_ = {};
     pages_->KeepOnly(nullptr);
-    if (moving_until_ == 0) Notify([](BrowserEvents& events) { events.OnQuit(); });
+    if (may_move_until_ == 0) Notify([](BrowserEvents& events) { events.OnQuit(); });
     // Last, because this can run inside a handler of these events.
     events_ = nullptr;
 }
 
 bool ExplorerBrowser::Moving() {
-    if (moving_until_ == 0) return false;
+    if (may_move_until_ == 0) return false;
     browser_ = find_successor_(window_);
-    if (!browser_ && calls_.Now() < moving_until_) return true;
-    moving_until_ = 0;
+    if (!browser_ && calls_.Now() < may_move_until_) return true;
     may_move_until_ = 0;
     if (browser_) {
         Listen();

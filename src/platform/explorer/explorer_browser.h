@@ -2,13 +2,12 @@
 
 #include <windows.h>
 
-#include <exdisp.h>
-
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
 
+#include "platform/explorer/dispatch_object.h"
 #include "platform/explorer/event_sink.h"
 #include "platform/explorer/explorer_window.h"
 #include "platform/explorer/screen_windows.h"
@@ -20,7 +19,7 @@ namespace tamrin {
 class ExplorerBrowser : public ExplorerWindow {
 public:
     // `found` is the content window by which it was found when the shell does not list it.
-    ExplorerBrowser(ComCalls& calls, ComPtr<IWebBrowser2> browser, ContentWindow found = {});
+    ExplorerBrowser(ComCalls& calls, DispatchObject browser, ContentWindow found = {});
     ~ExplorerBrowser() override;
     ExplorerBrowser(const ExplorerBrowser&) = delete;
     ExplorerBrowser& operator=(const ExplorerBrowser&) = delete;
@@ -40,17 +39,18 @@ public:
     // How to find the browser object that replaces this one, given its window. A browser that is
     // led to a page of another security zone goes on in another process, and the object by which
     // it was made dies.
-    using FindSuccessor = std::function<ComPtr<IWebBrowser2>(HWND frame)>;
+    using FindSuccessor = std::function<DispatchObject(HWND frame)>;
     void SetSuccessor(FindSuccessor find) { find_successor_ = std::move(find); }
 
     bool Is(IUnknown* browser) const override {
-        return browser_ && SameObject(browser_.get(), browser);
+        return browser_ && SameObject(browser_.object().get(), browser);
     }
     HWND found_by() const override { return found_.content; }
 
 private:
-    // Notes the result of a call. One that shows that the browser is gone releases it.
-    bool Did(HRESULT result, const char* kind, const char* member);
+    // The same answer. One that shows that the browser is gone releases it.
+    Variant Noted(Variant answer);
+    Variant Get(const char* property) { return Noted(browser_.Get(property)); }
     // Subscribes to the browser's events. Done at the first use, not for a window that is only
     // listed.
     void Listen();
@@ -58,25 +58,25 @@ private:
     void NoteShown(const EventArguments& arguments);
     void NoteComplete(const EventArguments& arguments);
     void NoteError(const EventArguments& arguments);
-    // Releases everything: the browser is gone.
+    // The browser is gone: releases everything and tells it.
     void Lose();
-    // The same when the browser object answers no more; perhaps a successor is to come.
+    // The same when the browser object answers no more, unless a successor may come.
     void Part();
+    void Release();
     // Whether a successor may still come; takes it over when it has come.
     bool Moving();
     HWND Frame() override;
     HWND Content() override;
     std::shared_ptr<ExplorerDocument> Page() override;
 
-    ComPtr<IWebBrowser2> browser_;
+    DispatchObject browser_;
     const ContentWindow found_;
     std::unique_ptr<EventConnection> events_;
     HWND window_ = nullptr;  // what Frame answered last
     // Until then a navigation counts as begun, although the browser does not say so yet.
     std::uint64_t begins_until_ = 0;
     FindSuccessor find_successor_;
-    std::uint64_t may_move_until_ = 0;
-    std::uint64_t moving_until_ = 0;
+    std::uint64_t may_move_until_ = 0;  // 0 when no successor may come
 };
 
 }  // namespace tamrin

@@ -9,21 +9,12 @@
 namespace tamrin {
 namespace {
 
-// The document of a window, from the browser that shows it, which never denies access.
-ComPtr<IDispatch> DocumentOfBrowser(const DispatchObject& window) {
-    ComCalls& calls = window.type()->calls();
-    ComPtr<IDispatch> document;
-    const auto browser = BrowserServedBy(calls, window.object().get());
-    if (browser) calls.Note(browser->get_Document(document.Out()), "get", "frame", "Document");
-    return document;
-}
-
 // The page of a frame's window. The window itself denies access to a page of another origin.
 std::shared_ptr<ExplorerDocument> PageOf(const DispatchObject& window, ExplorerDocument& outer,
                                          const Element& holder) {
     if (!window) return nullptr;
     auto document = window.Get("document").Object();
-    if (!document) document = DocumentOfBrowser(window);
+    if (!document) document = BrowserServedBy(window).Get("Document").Object();
     auto inside = outer.pool().Page(std::move(document));
     if (inside) inside->SetHolder(holder);
     return inside;

@@ -2,7 +2,6 @@
 
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "platform/browser.h"
 #include "platform/clock.h"
@@ -20,24 +19,18 @@ bool ExplorerAnswers(ComCalls& calls, const ExplorerSources& sources, Clock& clo
 std::shared_ptr<ExplorerBrowser> CreateExplorer(ComCalls& calls, const ExplorerSources& sources,
                                                 std::string& why);
 
-// Opens a window of Internet Explorer for each run.
+// Opens a window of Internet Explorer for each run, one of `windows`, which delivers its events.
 class ExplorerLauncher : public BrowserLauncher {
 public:
     // `input` is the mouse and the keyboard of this machine.
-    ExplorerLauncher(ComCalls& calls, ExplorerSources sources, Input& input)
-        : calls_(calls), sources_(std::move(sources)), input_(input) {}
+    ExplorerLauncher(ExplorerWindows& windows, Input& input) : windows_(windows), input_(input) {}
 
-    std::shared_ptr<Browser> Create(std::string& why) override;
+    std::shared_ptr<Browser> Create(std::string& why) override { return windows_.Create(why); }
     Input& input() override { return input_; }
 
-    // Delivers the events of the windows that somebody holds. To be called by Clock::DoEvents.
-    void DeliverEvents();
-
 private:
-    ComCalls& calls_;
-    ExplorerSources sources_;
+    ExplorerWindows& windows_;
     Input& input_;
-    std::vector<std::weak_ptr<ExplorerBrowser>> created_;
 };
 
 }  // namespace tamrin

@@ -15,11 +15,11 @@ namespace {
 constexpr CLSID kInternetExplorerMedium = {
     0xD5E8041D, 0x920F, 0x45E9, {0xB8, 0xFB, 0xB1, 0xDE, 0xB8, 0x2C, 0x6E, 0x5E}};
 
-ComPtr<IWebBrowser2> Make(const CLSID& kind, HRESULT& failure) {
+ComPtr<IDispatch> Make(const CLSID& kind, HRESULT& failure) {
     ComPtr<IWebBrowser2> browser;
     failure = CoCreateInstance(kind, nullptr, CLSCTX_LOCAL_SERVER, IID_IWebBrowser2,
                                reinterpret_cast<void**>(browser.Out()));
-    return browser;
+    return browser.As<IDispatch>();
 }
 
 }  // namespace
@@ -38,7 +38,7 @@ std::vector<ExplorerWindows::Entry> ExplorerWindows::InOrder() {
     const std::vector<HWND> screen = sources_.z_order();
     std::vector<Entry> entries;
     for (auto& browser : sources_.browsers()) {
-        const HWND frame = FrameOf(calls_, *browser.get());
+        const HWND frame = FrameOf(browser);
         if (std::find(screen.begin(), screen.end(), frame) != screen.end())
             entries.push_back({.frame = frame, .browser = std::move(browser)});
     }
@@ -60,7 +60,9 @@ void ExplorerWindows::AddContents(const std::vector<HWND>& screen, std::vector<E
         const auto same_frame = [&found](const Entry& entry) { return entry.frame == found.frame; };
         if (std::any_of(entries.begin(), entries.end(), same_frame)) continue;
         auto window = OfContent(found);
-        const auto same = [&window](const Entry& entry) { return window->Is(entry.browser.get()); };
+        const auto same = [&window](const Entry& entry) {
+            return window->Is(entry.browser.object().get());
+        };
         const auto end = entries.begin() + static_cast<std::ptrdiff_t>(listed);
         if (!window || std::any_of(entries.begin(), end, same)) continue;
         entries.push_back({.frame = found.frame, .window = std::move(window)});
@@ -77,8 +79,8 @@ std::shared_ptr<ExplorerWindow> ExplorerWindows::OfContent(const ContentWindow& 
     const auto pool = std::make_shared<PagePool>(calls_);
     const auto page = pool->Page(std::move(document));
     if (!page) return nullptr;
-    auto browser = BrowserServedBy(calls_, page->Window().object().get());
-    auto window = browser ? Find(browser.get()) : nullptr;
+    auto browser = BrowserServedBy(page->Window());
+    auto window = browser ? Find(browser.object().get()) : nullptr;
     if (!window && browser)
         window = std::make_shared<ExplorerBrowser>(calls_, std::move(browser), found);
     if (!window) window = std::make_shared<ContentBrowser>(calls_, found);
@@ -102,20 +104,22 @@ std::shared_ptr<Browser> ExplorerWindows::Focused() {
 
 bool ExplorerWindows::HasFocus(const Entry& entry) {
     if (entry.window) return entry.window->document().hasFocus();
-    ComPtr<IDispatch> document;
-    if (!calls_.Note(entry.browser->get_Document(document.Out()), "get", "entry", "Document"))
-        return false;
-    const DispatchObject page(std::move(document),
+    const DispatchObject page(entry.browser.Get("Document").Object(),
                               std::make_shared<ObjectType>(calls_, "document"));
     return page.Call("hasFocus").Truth();
 }
 
-std::shared_ptr<Browser> ExplorerWindows::Open(const std::string& address, std::string& why) {
+std::shared_ptr<ExplorerBrowser> ExplorerWindows::Create(std::string& why) {
     auto browser = CreateExplorer(calls_, sources_, why);
+    if (browser) known_.push_back(browser);
+    return browser;
+}
+
+std::shared_ptr<Browser> ExplorerWindows::Open(const std::string& address, std::string& why) {
+    auto browser = Create(why);
     if (!browser) return nullptr;
     browser->SetVisible(true);
     browser->Navigate(address.empty() ? "about:blank" : address);
-    known_.push_back(browser);
     return browser;
 }
 
@@ -128,8 +132,7 @@ std::shared_ptr<ExplorerWindow> ExplorerWindows::Find(IUnknown* browser) {
 }
 
 std::shared_ptr<Browser> ExplorerWindows::Known(Entry entry) {
-    std::erase_if(known_, [](const auto& window) { return window.expired(); });
-    auto window = entry.window ? std::move(entry.window) : Find(entry.browser.get());
+    auto window = entry.window ? std::move(entry.window) : Find(entry.browser.object().get());
     if (!window) window = std::make_shared<ExplorerBrowser>(calls_, std::move(entry.browser));
     const auto same = [&window](const auto& known) { return known.lock() == window; };
     if (std::none_of(known_.begin(), known_.end(), same)) known_.push_back(window);
@@ -137,6 +140,7 @@ std::shared_ptr<Browser> ExplorerWindows::Known(Entry entry) {
 }
 
 void ExplorerWindows::DeliverEvents() {
+    std::erase_if(known_, [](const auto& window) { return window.expired(); });
     const auto known = known_;
     for (const auto& window : known) {
         if (const auto browser = window.lock()) browser->DeliverEvents();

@@ -16,15 +16,15 @@ namespace tamrin {
 // Where browser windows come from. Tests give their own.
 struct ExplorerSources {
     // The browsers in the order of the shell's list.
-    std::function<std::vector<ComPtr<IWebBrowser2>>()> browsers;
+    std::function<std::vector<DispatchObject>()> browsers;
     // The visible windows, the front one first.
     std::function<std::vector<HWND>()> z_order;
     // Makes a browser. On failure null, and `failure` is the error.
-    std::function<ComPtr<IWebBrowser2>(HRESULT& failure)> create;
+    std::function<ComPtr<IDispatch>(HRESULT& failure)> create;
     // The content windows inside these top-level windows, also those that the shell does not list.
     std::function<std::vector<ContentWindow>(const std::vector<HWND>& screen)> contents = nullptr;
     // Makes one of middle integrity, which does without the browser's protected mode.
-    std::function<ComPtr<IWebBrowser2>(HRESULT& failure)> create_medium = nullptr;
+    std::function<ComPtr<IDispatch>(HRESULT& failure)> create_medium = nullptr;
     // Whether to try `create_medium` first; shared by all copies of these sources.
     std::shared_ptr<bool> medium = std::make_shared<bool>(false);
 };
@@ -44,6 +44,10 @@ public:
     std::shared_ptr<Browser> Focused() override;
     std::shared_ptr<Browser> Open(const std::string& address, std::string& why) override;
 
+    // Makes a window, empty and not visible yet. On failure null, and `why` says in Japanese what
+    // to do.
+    std::shared_ptr<ExplorerBrowser> Create(std::string& why);
+
     // Delivers the events of the windows that somebody holds. To be called by Clock::DoEvents.
     void DeliverEvents();
 
@@ -51,7 +55,7 @@ private:
     // A window as it was found.
     struct Entry {
         HWND frame = nullptr;
-        ComPtr<IWebBrowser2> browser{};
+        DispatchObject browser{};
         std::shared_ptr<ExplorerWindow> window{};  // when there is no browser object
     };
     std::vector<Entry> InOrder();
