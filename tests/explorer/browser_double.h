@@ -8,10 +8,13 @@
 #include <ocidl.h>
 #include <servprov.h>
 
-#include <algorithm>
+#include <atomic>
+#include <iterator>
 #include <map>
+#include <sstream>
 #include <string>
 #include <string_view>
+#include <variant>
 #include <vector>
 
 #include "platform/explorer/com_object.h"
@@ -20,6 +23,11 @@
 #include "platform/explorer/variant.h"
 
 namespace tamrin::test {
+
+inline std::vector<std::string> Words(const std::string& text) {
+    std::istringstream stream(text);
+    return {std::istream_iterator<std::string>(stream), {}};
+}
 
 // Which call of the browser's objects fails, counted over all of them.
 struct Faults {
@@ -39,33 +47,29 @@ class ObjectDouble : public ComObject<IHTMLDocument>,
 public:
     // `events` is the interface of its events; GUID_NULL for an object without.
     ObjectDouble(Faults& faults, const IID& events) : faults_(faults), events_(events) { ++alive; }
-    // One that still has subscribers stays counted.
-    ~ObjectDouble() override { alive -= sinks_.empty() ? 1 : 0; }
-    static inline int alive = 0;
+    // One that still has a subscriber stays counted.
+    ~ObjectDouble() override { alive -= sink_ ? 0 : 1; }
+    static inline std::atomic<int> alive = 0;
 
-    // Fires an event; its arguments are in reverse order. False when a sink vetoed what follows.
+    // Fires an event; its arguments are in reverse order. False when the program vetoed what
+    // follows.
     bool Fire(DISPID event, std::vector<VARIANT> reversed) const {
-        bool goes_on = true;
-        const auto sinks = sinks_;
-        for (const auto& [cookie, sink] : sinks) {
-            DISPPARAMS parameters{reversed.data(), nullptr, static_cast<UINT>(reversed.size()), 0};
-            VARIANT answer{};
-            sink->Invoke(event, IID_NULL, 0, DISPATCH_METHOD, &parameters, &answer, nullptr,
-                         nullptr);
-            goes_on = goes_on && answer.vt == VT_BOOL && answer.boolVal == VARIANT_TRUE;
-        }
-        return goes_on;
+        const auto sink = sink_;
+        if (!sink) return true;
+        DISPPARAMS parameters{reversed.data(), nullptr, static_cast<UINT>(reversed.size()), 0};
+        Variant answer;
+        sink->Invoke(event, IID_NULL, 0, DISPATCH_METHOD, &parameters, answer.Out(), nullptr,
+                     nullptr);
+        return answer.Truth();
     }
 
     STDMETHODIMP QueryInterface(REFIID id, void** object) override {
-        if (id == IID_IConnectionPointContainer) {
-            *object = static_cast<IConnectionPointContainer*>(this);
-        } else if (id == IID_IServiceProvider) {
-            *object = static_cast<IServiceProvider*>(this);
-        } else {
+        if (id != IID_IConnectionPointContainer && id != IID_IServiceProvider)
             return ComObject::QueryInterface(id, object);
-        }
         AddRef();
+        *object = static_cast<IServiceProvider*>(this);
+        if (id == IID_IConnectionPointContainer)
+            *object = static_cast<IConnectionPointContainer*>(this);
         return S_OK;
     }
     STDMETHODIMP_(ULONG) AddRef() override { return ComObject::AddRef(); }
@@ -107,12 +111,13 @@ public:
     STDMETHODIMP EnumConnections(IEnumConnections**) override { return E_NOTIMPL; }
     STDMETHODIMP Advise(IUnknown* sink, DWORD* cookie) override {
         if (const HRESULT fault = faults_.Next(); FAILED(fault)) return fault;
-        *cookie = ++last_;
+        *cookie = 1;
         // The browser asks for the event interface itself, not for IDispatch.
-        return sink->QueryInterface(events_, reinterpret_cast<void**>(sinks_[last_].Out()));
+        return sink->QueryInterface(events_, reinterpret_cast<void**>(sink_.Out()));
     }
-    STDMETHODIMP Unadvise(DWORD cookie) override {
-        return sinks_.erase(cookie) == 1 ? S_OK : E_FAIL;
+    STDMETHODIMP Unadvise(DWORD) override {
+        sink_ = nullptr;
+        return S_OK;
     }
     STDMETHODIMP QueryService(REFGUID, REFIID, void** object) override {
         *object = nullptr;
@@ -133,62 +138,65 @@ protected:
 
 private:
     const IID events_;
-    std::map<DWORD, ComPtr<IDispatch>> sinks_;
-    DWORD last_ = 0;
+    ComPtr<IDispatch> sink_;
 };
 
-// A browser window, or the browser of a frame. The test says what it shows and fires its events.
-class BrowserDouble : public ObjectDouble {
+// An object that keeps what it is given.
+class BagDouble : public ObjectDouble {
 public:
-    explicit BrowserDouble(Faults& faults) : ObjectDouble(faults, DIID_DWebBrowserEvents2) {
-        is["Name"] = Variant(std::string_view("Internet Explorer"));
-        is["ReadyState"] = Variant(4);
+    using Members = std::map<std::string, std::variant<int, bool>>;
+
+    BagDouble(Faults& faults, const Members& members, const IID& events = GUID_NULL)
+        : ObjectDouble(faults, events) {
+        for (const auto& [name, value] : members)
+            is[name] = std::visit([](auto known) { return Variant(known); }, value);
     }
 
-    // Its properties.
+    // Its members, and what they answer. A method that is called keeps its first argument.
     std::map<std::string, Variant> is;
     // What every call answers from now on, unless it is S_OK.
     HRESULT failure = S_OK;
     // The calls that change something: "Navigate2 http://...", "Left 10", "Visible True", "Quit ".
     std::vector<std::string> lines;
 
+protected:
+    DISPID Number(const std::string& member) const override {
+        const auto at = is.find(member);
+        return at == is.end() ? DISPID_UNKNOWN : static_cast<DISPID>(std::distance(is.begin(), at));
+    }
+    Variant Do(DISPID number, WORD flags, const EventArguments& arguments) override {
+        if (FAILED(failure)) return Variant::Failure(failure);
+        auto& [member, value] = *std::next(is.begin(), number);
+        if (flags == DISPATCH_PROPERTYGET) return Variant(value.get());
+        value = arguments.At(0);
+        lines.push_back(member + " " + value.Text().value_or(""));
+        if (member == "Quit") Fire(DISPID_ONQUIT, {});
+        return {};
+    }
+};
+
+// A browser window, or the browser of a frame. The test says what it shows and fires its events.
+class BrowserDouble : public BagDouble {
+public:
+    explicit BrowserDouble(Faults& faults) : BagDouble(faults, {}, DIID_DWebBrowserEvents2) {
+        for (const std::string& name :
+             Words("Navigate2 Quit Document Busy HWND Left Top Width Height ToolBar MenuBar "
+                   "AddressBar StatusBar FullScreen Visible"))
+            is[name] = Variant();
+        is["Name"] = Variant("Internet Explorer");
+        is["ReadyState"] = Variant(4);
+    }
+
     void SetWindow(HWND window) { is["HWND"] = Variant(static_cast<int>(NumberOf(window))); }
     static std::uint64_t NumberOf(HWND window) { return reinterpret_cast<std::uintptr_t>(window); }
 
     // Fires an event of this window, or of the frame whose browser `sender` is.
-    void FireFrom(IDispatch* sender, DISPID event, std::string_view url = {}, int code = 0) {
-        const Variant address(url), status(code), from(sender);
-        VARIANT values[] = {status.get(), {}, address.get(), {}};
-        std::vector<VARIANT> arguments(4);
-        for (std::size_t i = 0; i < 3; ++i) {
-            arguments[i].vt = VT_BYREF | VT_VARIANT;
-            arguments[i].pvarVal = &values[i];
-        }
-        arguments[3] = from.get();
-        ObjectDouble::Fire(event, arguments);
-    }
-    void Fire(DISPID event, std::string_view url = {}, int code = 0) {
-        FireFrom(this, event, url, code);
-    }
-
-private:
-    static constexpr std::string_view kMembers[] = {
-        "Navigate2", "Quit",    "Name",       "HWND",      "Document",  "Busy",
-        "Left",      "Top",     "Width",      "Height",    "ToolBar",   "ReadyState",
-        "Visible",   "MenuBar", "AddressBar", "StatusBar", "FullScreen"};
-
-    DISPID Number(const std::string& member) const override {
-        const auto* const at = std::ranges::find(kMembers, member);
-        return at == std::end(kMembers) ? DISPID_UNKNOWN : static_cast<DISPID>(at - kMembers);
-    }
-    Variant Do(DISPID number, WORD flags, const EventArguments& arguments) override {
-        if (FAILED(failure)) return Variant::Failure(failure);
-        const std::string member(kMembers[number]);
-        if (flags == DISPATCH_PROPERTYGET) return Variant(is[member].get());
-        lines.push_back(member + " " + arguments.At(0).Text().value_or(""));
-        is[member] = arguments.At(0);
-        if (member == "Quit") Fire(DISPID_ONQUIT);
-        return {};
+    void Tell(DISPID event, std::string_view url = {}, int code = 0, IDispatch* sender = nullptr) {
+        const Variant address(url), status(code), from(sender ? sender : this);
+        VARIANT text = address.get(), reference{};
+        reference.vt = VT_BYREF | VT_VARIANT;
+        reference.pvarVal = &text;
+        Fire(event, {status.get(), {}, reference, from.get()});
     }
 };
 

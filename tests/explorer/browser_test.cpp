@@ -38,17 +38,17 @@ TEST_F(BrowserTest, TellsTheWindowFromItsFramesAndBringsThePageThatIsLeftAlong) 
     const Document left = browser->document();
     Log log(*browser, left);
     const ComPtr<BrowserDouble> frame(new BrowserDouble(world.faults));
-    it->Fire(DISPID_BEFORENAVIGATE2, "http://site/next");
+    it->Tell(DISPID_BEFORENAVIGATE2, "http://site/next");
     page->active = &El("a");
-    it->Fire(DISPID_BEFORENAVIGATE2, "javascript:f()");
-    it->FireFrom(frame.get(), DISPID_BEFORENAVIGATE2, "http://site/inner");
-    it->FireFrom(frame.get(), DISPID_NAVIGATECOMPLETE2, "http://site/inner");
+    it->Tell(DISPID_BEFORENAVIGATE2, "javascript:f()");
+    it->Tell(DISPID_BEFORENAVIGATE2, "http://site/inner", 0, frame.get());
+    it->Tell(DISPID_NAVIGATECOMPLETE2, "http://site/inner", 0, frame.get());
     it->is["Document"] = Variant(world.Open("<input id=b>", 11).document().get());
-    it->Fire(DISPID_NAVIGATECOMPLETE2, "http://site/next");
-    it->FireFrom(frame.get(), DISPID_DOCUMENTCOMPLETE, "http://site/inner");
-    it->Fire(DISPID_DOCUMENTCOMPLETE, "http://site/next");
-    it->Fire(DISPID_NAVIGATEERROR, "http://site/missing", 404);
-    it->Fire(DISPID_NAVIGATEERROR, "http://nowhere/", static_cast<int>(0x800C0005));
+    it->Tell(DISPID_NAVIGATECOMPLETE2, "http://site/next");
+    it->Tell(DISPID_DOCUMENTCOMPLETE, "http://site/inner", 0, frame.get());
+    it->Tell(DISPID_DOCUMENTCOMPLETE, "http://site/next");
+    it->Tell(DISPID_NAVIGATEERROR, "http://site/missing", 404);
+    it->Tell(DISPID_NAVIGATEERROR, "http://nowhere/", static_cast<int>(0x800C0005));
     EXPECT_EQ(log.lines, Strings());
     browser->DeliverEvents();
     EXPECT_EQ(log.lines,
@@ -57,7 +57,7 @@ TEST_F(BrowserTest, TellsTheWindowFromItsFramesAndBringsThePageThatIsLeftAlong) 
     EXPECT_EQ(left.url() + browser->document().Named("b").by_id.id(), "b");
     EXPECT_FALSE(left.Connect(log));
     log.connection.reset();
-    it->Fire(DISPID_DOCUMENTCOMPLETE, "http://site/next");
+    it->Tell(DISPID_DOCUMENTCOMPLETE, "http://site/next");
     browser->DeliverEvents();
     EXPECT_EQ(log.lines.size(), 6U);
 }
@@ -78,7 +78,7 @@ TEST_F(BrowserTest, IsBusyFromTheCallOnAndBehindADialogBox) {
     now = 2000;  // by now the browser would have said so itself
     EXPECT_FALSE(browser->Busy());
     EXPECT_TRUE(browser->Navigate("http://site/y"));
-    it->Fire(DISPID_BEFORENAVIGATE2, "http://site/y");
+    it->Tell(DISPID_BEFORENAVIGATE2, "http://site/y");
     EXPECT_FALSE(browser->Busy());
     EXPECT_TRUE(browser->Navigate("JavaScript:f()") && !browser->Busy());
     it->is["Busy"] = Variant(true);
@@ -112,7 +112,7 @@ TEST_F(BrowserTest, GivesEverythingBackWhenTheBrowserIsGone) {
         Log log(*browser);
         EXPECT_EQ(shown.Named("a").by_id.value(), "v");
         it->failure = failure;
-        if (failure == S_OK) it->Fire(DISPID_ONQUIT);
+        if (failure == S_OK) it->Tell(DISPID_ONQUIT);
         EXPECT_FALSE(browser->Busy() || browser->Alive() || browser->document());
         EXPECT_FALSE(browser->Navigate("x"));
         EXPECT_EQ(shown.url() + shown.Named("a").by_id.id(), "");
@@ -158,7 +158,7 @@ TEST_F(BrowserTest, IsListedInTheOrderOfTheScreenAndFoundByItsFocus) {
     page->focused = true;
     EXPECT_EQ(windows.Focused(), visible[0]);
     Log log(*visible[0]);
-    first->Fire(DISPID_DOCUMENTCOMPLETE, "http://site/");
+    first->Tell(DISPID_DOCUMENTCOMPLETE, "http://site/");
     windows.DeliverEvents();
     EXPECT_EQ(log.lines, Strings{"complete"});
     first->failure = RPC_E_DISCONNECTED;
@@ -226,8 +226,8 @@ TEST_F(BrowserTest, IsFollowedIntoAnotherProcess) {
         const auto successor = List(front);
         EXPECT_EQ(made->Alive(), row.moves);
         EXPECT_EQ(made->Handle(), row.moves ? BrowserDouble::NumberOf(front) : 0U);
-        successor->Fire(DISPID_DOCUMENTCOMPLETE);
-        successor->Fire(DISPID_ONQUIT);
+        successor->Tell(DISPID_DOCUMENTCOMPLETE);
+        successor->Tell(DISPID_ONQUIT);
         windows.DeliverEvents();
         EXPECT_EQ(log.lines, row.moves ? (Strings{"complete", "quit"}) : Strings{"quit"});
         EXPECT_FALSE(made->Alive());
@@ -277,7 +277,7 @@ TEST_F(ContentTest, IsItsBrowserWhereThePageGivesOne) {
     const auto found = windows.Focused();
     ASSERT_TRUE(found);
     Log log(*found);
-    it->Fire(DISPID_DOCUMENTCOMPLETE, "http://site/");
+    it->Tell(DISPID_DOCUMENTCOMPLETE, "http://site/");
     windows.DeliverEvents();
     EXPECT_EQ(log.lines, Strings{"complete"});
     EXPECT_EQ(found->Handle(), BrowserDouble::NumberOf(edge.frame));

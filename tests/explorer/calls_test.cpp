@@ -1,6 +1,8 @@
 #include <objidl.h>
 
 #include <atomic>
+#include <chrono>
+#include <future>
 
 #include "explorer/explorer_rig.h"
 #include "platform/explorer/call_filter.h"
@@ -24,6 +26,7 @@ TEST_F(CallsTest, AreTracedWhenTheyFailAndAskAgainForNumbers) {
 
 // Each call of each object of the browser fails once: nothing crashes, and nothing is kept.
 TEST_F(CallsTest, LoseNothingWhenAnyOfThemFails) {
+    // The last one is Null, or no answer.
     constexpr HRESULT kFailures[] = {E_FAIL,
                                      E_ACCESSDENIED,
                                      RPC_E_DISCONNECTED,
@@ -31,7 +34,7 @@ TEST_F(CallsTest, LoseNothingWhenAnyOfThemFails) {
                                      DISP_E_UNKNOWNNAME,
                                      DISP_E_MEMBERNOTFOUND,
                                      DISP_E_EXCEPTION,
-                                     S_FALSE /* Null, or no answer */};
+                                     S_FALSE};
     const auto drive = [this](int mode) {
         const Document shown = Open(
             "<form id=f><input id=a value=v><select id=s><option>x</select><button id=b></button>"
@@ -45,8 +48,8 @@ TEST_F(CallsTest, LoseNothingWhenAnyOfThemFails) {
         };
         page->Focus(El("a"));
         page->Fire(&El("a"), "onkeypress", 13);
-        it->Fire(DISPID_BEFORENAVIGATE2, "http://site/next");
-        it->Fire(DISPID_DOCUMENTCOMPLETE, "http://site/next");
+        it->Tell(DISPID_BEFORENAVIGATE2, "http://site/next");
+        it->Tell(DISPID_DOCUMENTCOMPLETE, "http://site/next");
         browser->DeliverEvents();
         browser->SetPlace({});
         browser->SetBars({});
@@ -59,7 +62,7 @@ TEST_F(CallsTest, LoseNothingWhenAnyOfThemFails) {
         if (mode > 9) select.fireEvent("onchange");  // costs a thread
         browser->Busy();
         browser->Navigate("http://site/");
-        it->Fire(DISPID_NAVIGATECOMPLETE2, "http://site/next");
+        it->Tell(DISPID_NAVIGATECOMPLETE2, "http://site/next");
         browser->Quit();
         browser->DeliverEvents();
     };
@@ -79,145 +82,130 @@ TEST_F(CallsTest, LoseNothingWhenAnyOfThemFails) {
     }
 }
 
-// A browser in a program of its own, whose page asks its user and waits for the answer.
+// A browser in a program of its own, whose page asks its user and waits for the answer. Calls to
+// the page are marshaled, and wait while the program does not handle its messages.
 class OtherBrowserTest : public CallsTest {
 protected:
-    // A page with an element "k"; without a box it hangs while it waits.
+    // Shows a page with an element "k". Without a box the program hangs while the page asks.
     Element Show(const std::string& html, bool with_box, int mode = 11) {
-        const auto shown = program.Give([&] {
+        IStream* packed = nullptr;
+        program = std::async(std::launch::async, [=, this, &packed] {
+            const Apartment its_apartment;
+            const BrowserWindowDouble shown;
+            window = &shown;
             world.box = [this, with_box] {
-                const HWND frame = program.window->frame;
+                const HWND frame = window->frame;
                 const HWND box = with_box ? MakeWindow(L"#32770", frame, WS_POPUP) : nullptr;
-                const DWORD wakes = with_box ? QS_ALLINPUT : 0;
-                while (MsgWaitForMultipleObjects(1, &answered, FALSE, INFINITE, wakes)) {
-                    MSG message;
-                    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
-                        DispatchMessageW(&message);
-                }
+                if (with_box) Pump([this] { return answer != kNone; });
+                while (answer == kNone) Sleep(1);
                 DestroyWindow(box);
-                return answer.load();
+                return answer.exchange(kNone) == kYes;
             };
-            return world.Open(html, mode).document();
+            page = &world.Open(html, mode);
+            CoMarshalInterThreadInterfaceInStream(IID_IDispatch, page->document().get(), &packed);
+            state = kShown;
+            while (!Pump([this] { return state == kEnding; })) continue;
         });
+        Pump([this] { return state == kShown; });
+        ComPtr<IDispatch> document;
+        CoGetInterfaceAndReleaseStream(packed, IID_IDispatch,
+                                       reinterpret_cast<void**>(document.Out()));
         it = ComPtr<BrowserDouble>(new BrowserDouble(world.faults));
-        it->is["Document"] = Variant(shown.get());
-        it->SetWindow(program.window->frame);
+        it->is["Document"] = Variant(document.get());
+        it->SetWindow(window->frame);
         browser = std::make_unique<ExplorerBrowser>(calls, Called(it));
         return browser->document().Named("k").by_id;
     }
-    // Answers the page's question. What the page has said follows.
-    std::string Answer(bool yes) {
-        answer = yes;
-        SetEvent(answered);
-        std::string said;
-        program.window->Do([&] { said = world.pages.back()->said; });
-        return said;
-    }
-    void TearDown() override {
+    // Ends the program. What its page has said follows.
+    std::string End() {
         browser = nullptr;
         it = nullptr;
         // What was left behind comes back.
-        EXPECT_TRUE(Pump([&] {
-            int left = 0;
-            program.window->Do([&] { left = ObjectDouble::alive; });
-            return left == 0;
-        }));
-        CloseHandle(answered);
+        EXPECT_TRUE(Pump([] { return ObjectDouble::alive == 0; }));
+        state = kEnding;
+        Pump([this] { return program.wait_for(std::chrono::seconds(0)) != kRuns; });
+        return page->said;
     }
 
-    HANDLE answered = CreateEventW(nullptr, FALSE, FALSE, nullptr);
-    std::atomic<bool> answer = false;
-    OtherProgram program;
+    static constexpr auto kRuns = std::future_status::timeout;
+    enum { kStarting, kShown, kEnding };
+    std::atomic<int> state = kStarting;
+    enum { kNone, kYes, kNo };
+    std::atomic<int> answer = kNone;
+    const BrowserWindowDouble* window = nullptr;
+    std::future<void> program;
 };
 
 TEST_F(OtherBrowserTest, IsBusyWhileItsPageAsksItsUser) {
     const CallFilter filter(calls, {});
-    const Element button = Show("<input type=button id=k onclick=ask onchange=ask>", true, 9);
-    std::string said;
-    for (const bool yes : {true, false}) {
-        EXPECT_FALSE(browser->Busy());
+    Element button = Show("<input type=button id=k onclick=ask onchange=ask>", true, 9);
+    for (const int reply : {kYes, kNo}) {
+        EXPECT_TRUE(Pump([this] { return !browser->Busy(); }));
         EXPECT_TRUE(button.click());
         EXPECT_TRUE(browser->Busy());
         EXPECT_FALSE(button.click() || button.Put("value", "x"));  // nobody acts behind a box
-        EXPECT_EQ(Answer(yes), said += yes ? "yes " : "no ");
+        answer = reply;
     }
+    EXPECT_TRUE(Pump([this] { return !browser->Busy(); }));
     EXPECT_TRUE(button.Change("value", "山"));
     EXPECT_TRUE(browser->Busy());
-    Answer(true);
+    answer = kYes;
     EXPECT_EQ(button.value(), "山");
+    button = {};
+    EXPECT_EQ(End(), "yes no yes ");
 }
 
 TEST_F(OtherBrowserTest, IsLeftToItselfWhenTheUserStops) {
     int asked = 0;
     const CallFilter filter(calls,
                             {.stop_requested = [&asked] { return ++asked == 3; }, .window_ms = 10});
-    const Element button = Show("<input type=button id=k onclick=ask>", false);
+    Element button = Show("<input type=button id=k onclick=ask>", false);
     EXPECT_TRUE(button.click());
     EXPECT_EQ(asked, 3);
-    EXPECT_FALSE(GetDocumentFromWindow(calls, program.window->content));
-    EXPECT_EQ(Answer(true), "yes ");
+    EXPECT_FALSE(GetDocumentFromWindow(calls, window->content));
+    answer = kYes;
+    button = {};
+    EXPECT_EQ(End(), "yes ");
 }
 
-// What COM asks of a thread whose call waits.
-DWORD Asked(const std::function<DWORD(IMessageFilter&)>& ask) {
-    IMessageFilter* filter = nullptr;
-    CoRegisterMessageFilter(nullptr, &filter);
-    const DWORD answer = ask(*filter);
-    IMessageFilter* none = nullptr;
-    CoRegisterMessageFilter(filter, &none);
-    filter->Release();
-    return answer;
-}
-DWORD Pending(DWORD waited) {
-    return Asked([waited](IMessageFilter& filter) {
-        return filter.MessagePending(nullptr, waited, PENDINGTYPE_TOPLEVEL);
-    });
-}
-DWORD Rejected(DWORD waited) {
-    return Asked([waited](IMessageFilter& filter) {
-        return filter.RetryRejectedCall(nullptr, waited, SERVERCALL_RETRYLATER);
-    });
-}
-
-TEST_F(CallsTest, EndAfterATimeOrWhenStopped) {
+TEST_F(CallsTest, PaintAndEndAfterATimeOrWhenStopped) {
     constexpr auto kGiveUp = static_cast<DWORD>(-1);
     bool stop = false;
-    const CallFilter filter(calls,
-                            {.stop_requested = [&stop] { return stop; }, .longest_ms = 5500});
-    EXPECT_EQ(Pending(5499), PENDINGMSG_WAITDEFPROCESS);
-    EXPECT_EQ(Pending(5500), PENDINGMSG_CANCELCALL);
-    EXPECT_EQ(Rejected(4999), 100U);
-    EXPECT_EQ(Rejected(5000), kGiveUp);
+    const CallFilter filter(calls, {.stop_requested = [&stop] { return stop; },
+                                    .means_stop = [](const MSG& m) { return m.wParam == 27; },
+                                    .longest_ms = 5500});
+    // What COM asks of a thread whose call waits.
+    ComPtr<IMessageFilter> registered, none;
+    CoRegisterMessageFilter(nullptr, registered.Out());
+    CoRegisterMessageFilter(registered.get(), none.Out());
+    const auto pending = [&registered](DWORD waited) {
+        return registered->MessagePending(nullptr, waited, PENDINGTYPE_TOPLEVEL);
+    };
+    const auto rejected = [&registered](DWORD waited) {
+        return registered->RetryRejectedCall(nullptr, waited, SERVERCALL_RETRYLATER);
+    };
+    EXPECT_EQ(pending(5499), PENDINGMSG_WAITDEFPROCESS);
+    EXPECT_EQ(pending(5500), PENDINGMSG_CANCELCALL);
+    EXPECT_EQ(rejected(4999), 100U);
+    EXPECT_EQ(rejected(5000), kGiveUp);
     stop = true;
-    EXPECT_EQ(Pending(499), PENDINGMSG_WAITDEFPROCESS);
-    EXPECT_EQ(Pending(500), PENDINGMSG_CANCELCALL);
-    EXPECT_EQ(Rejected(500), kGiveUp);
-}
+    EXPECT_EQ(pending(499), PENDINGMSG_WAITDEFPROCESS);
+    EXPECT_EQ(pending(500), PENDINGMSG_CANCELCALL);
+    EXPECT_EQ(rejected(500), kGiveUp);
 
-TEST_F(CallsTest, PaintAndLeaveEverythingElseInTheQueue) {
-    const HWND window =
-        MakeWindow(L"TamrinTestWindow", nullptr, WS_OVERLAPPEDWINDOW, {0, 0, 100, 100});
-    const CallFilter filter(calls,
-                            {.means_stop = [](const MSG& m) { return m.wParam == VK_ESCAPE; }});
+    const HWND window = MakeWindow(L"TamrinTestWindow", nullptr, WS_POPUP, {0, 0, 100, 100});
     InvalidateRect(window, nullptr, TRUE);
     PostMessageW(window, WM_APP, 7, 0);
-    EXPECT_EQ(Pending(0), PENDINGMSG_WAITDEFPROCESS);
+    EXPECT_EQ(pending(0), PENDINGMSG_WAITDEFPROCESS);
     EXPECT_FALSE(GetUpdateRect(window, nullptr, FALSE));  // painted
     PostMessageW(window, WM_KEYDOWN, VK_ESCAPE, 0);
-    EXPECT_EQ(Pending(0), PENDINGMSG_CANCELCALL);
+    EXPECT_EQ(pending(0), PENDINGMSG_CANCELCALL);
+    // Everything else is left in the queue.
     MSG message;
     EXPECT_TRUE(PeekMessageW(&message, window, WM_APP, WM_APP, PM_REMOVE));
     EXPECT_TRUE(PeekMessageW(&message, window, WM_KEYDOWN, WM_KEYDOWN, PM_REMOVE));
     DestroyWindow(window);
 }
-
-// The thread of the tests is an apartment, as that of the program is.
-class ApartmentOfTests : public testing::Environment {
-    void SetUp() override { apartment_.emplace(); }
-    void TearDown() override { apartment_.reset(); }
-    std::optional<Apartment> apartment_;
-};
-const auto* const apartment = testing::AddGlobalTestEnvironment(new ApartmentOfTests);
 
 }  // namespace
 }  // namespace tamrin::test

@@ -9,6 +9,7 @@
 #include "explorer/page_double.h"
 #include "explorer/window_double.h"
 #include "platform/explorer/browser_objects.h"
+#include "platform/explorer/call_filter.h"
 #include "platform/explorer/explorer_browser.h"
 
 namespace tamrin::test {
@@ -78,6 +79,7 @@ protected:
     }
     Node& El(std::string_view id) { return page->El(id); }
 
+    const Apartment apartment;
     std::uint64_t now = 0;
     Strings trace;
     ComCalls calls;

@@ -27,6 +27,12 @@ struct PageWorld {
     ObjectDouble* browser = nullptr;
     // Added to the numbers of members; a change makes all objects forget the old ones.
     DISPID first_number = 3000000;
+    // Their names, those first that the program calls by fixed numbers.
+    std::vector<std::string> names = Words(
+        "id name tagName parentElement innerText sourceIndex elements getAttribute "
+        "getAttributeNode getElementsByTagName getBoundingClientRect click fireEvent "
+        "scrollIntoView URL activeElement documentElement elementFromPoint forms "
+        "getElementById getElementsByName hasFocus links location parentWindow readyState");
     std::vector<std::unique_ptr<PageDouble>> pages;
 };
 
@@ -52,8 +58,8 @@ public:
 
     // The object of a node, the same for as long as somebody holds it.
     Variant Give(Node* node);
-    // An object of another kind: "list", "window", "rectangle" ...
-    Variant Make(const std::string& kind, std::vector<Node*> nodes = {}, int number = 0);
+    // An object of another kind: "list", "window", "location".
+    Variant Make(const std::string& kind, std::vector<Node*> nodes = {});
 
     PageWorld& world;
     const std::string url;
