@@ -3,7 +3,6 @@
 #include <signal.h>
 
 #include "chromium/chromium_fixture.h"
-#include "conformance/witness.h"
 #include "support/temporary_folder.h"
 
 namespace tamrin::test {

@@ -31,29 +31,13 @@ std::string Described(const Element& element, const std::string& server) {
     return words;
 }
 
-class Elements : public Suite {
-protected:
-    struct Answer {
-        std::string html;  // the element has the id k
-        std::string described;
-    };
+std::vector<Element> EachK(const Document& page) {
+    auto elements = page.getElementsByTagName("*");
+    std::erase_if(elements, [](const Element& element) { return element.id() != "k"; });
+    return elements;
+}
 
-    void ExpectDescribed(const std::vector<Answer>& rows) {
-        std::string body = "<!doctype html><meta charset=utf-8><base href='" + Url("/base") + "'>";
-        for (const Answer& row : rows) body += row.html + "\n";
-        const auto elements = OpenAndFindEachK(body);
-        ASSERT_EQ(elements.size(), rows.size());
-        for (std::size_t i = 0; i < rows.size(); ++i) {
-            EXPECT_EQ(Described(elements[i], Url("")), rows[i].described) << rows[i].html;
-        }
-    }
-
-    std::vector<Element> OpenAndFindEachK(const std::string& body) {
-        auto elements = Open(body).getElementsByTagName("*");
-        std::erase_if(elements, [](const Element& element) { return element.id() != "k"; });
-        return elements;
-    }
-};
+using Elements = Suite;
 
 TEST_F(Elements, AnswerAsTheAutomationModelDoes) {
     const auto set = [](const std::string& value) {
@@ -61,7 +45,7 @@ TEST_F(Elements, AnswerAsTheAutomationModelDoes) {
                ".value = " +
                value + "</script>";
     };
-    ExpectDescribed({
+    const std::pair<std::string, std::string> rows[] = {
         {"<input id=k name=n value=v>", "INPUT type=text value=v name=n"},
         {"<input id=k type=checkbox>", "INPUT type=checkbox checked=False value=on"},
         {"<input id=k type=radio value=r checked>", "INPUT type=radio checked=True value=r"},
@@ -97,7 +81,14 @@ TEST_F(Elements, AnswerAsTheAutomationModelDoes) {
         {set(R"('\u0001\b\f\t\u007f;,-1')"), "INPUT type=hidden value=\x01\b\f\t\x7f;,-1"},
         {set(R"('\u2028\u00a0\u3000\ufeff％～')"),
          "INPUT type=hidden value=\u2028\u00a0\u3000\ufeff％～"},
-    });
+    };
+    std::string body = "<!doctype html><meta charset=utf-8><base href='" + Url("/base") + "'>";
+    for (const auto& [html, described] : rows) body += html + "\n";
+    const auto elements = EachK(Open(body));
+    ASSERT_EQ(elements.size(), std::size(rows));
+    for (std::size_t i = 0; i < elements.size(); ++i) {
+        EXPECT_EQ(Described(elements[i], Url("")), rows[i].second) << rows[i].first;
+    }
     EXPECT_FALSE(browser().document().getElementsByTagName("html").at(0).parentElement());
     Open("<input id=a type=hidden><script>a.value = 'aaaaaaaaa日\\0'.repeat(1e5)</script>");
     const std::string big = Find("a").value();
@@ -106,9 +97,9 @@ TEST_F(Elements, AnswerAsTheAutomationModelDoes) {
     EXPECT_TRUE(Find("a").value() == big + "!");
 }
 
-using GetElementsByTagName = Suite;
+using Collections = Suite;
 
-TEST_F(GetElementsByTagName, AnswersDocumentOrder) {
+TEST_F(Collections, AnswerDocumentOrder) {
     const Document document = Open(
         "<!doctype html><html id=1><head id=2></head><body id=3><form id=4><p id=5><input id=6></p>"
         "</form><input id=7 form=4><svg id=8><a id=9></a></svg></body></html>");
@@ -116,7 +107,7 @@ TEST_F(GetElementsByTagName, AnswersDocumentOrder) {
     EXPECT_EQ(Ids(document.getElementsByTagName("INPUT")), "6 7");
 }
 
-TEST_F(GetElementsByTagName, BringsKeysWithoutFurtherCalls) {
+TEST_F(Collections, BringKeysWithoutFurtherCalls) {
     std::string body, expected, keys;
     for (int i = 0; i < 500; ++i) {
         const std::string n = std::to_string(i);
@@ -124,35 +115,30 @@ TEST_F(GetElementsByTagName, BringsKeysWithoutFurtherCalls) {
         expected += "i" + n + "nINPUTv" + n + "textf()";
     }
     const Document document = Open(body);
-    const auto before = back_end().RoundTrips();
+    auto before = back_end().RoundTrips();
     for (const Element& e : document.getElementsByTagName("input")) {
         keys += e.id() + e.name() + e.tagName() + e.value() + e.Get("href");
         for (const char* name : {"type", "alt", "onclick"}) keys += *e.getAttribute(name);
     }
     EXPECT_EQ(keys, expected);
     EXPECT_EQ(document.Named("i7").by_id.value(), "v7");
-    ExpectRoundTrips(before, 2);
-}
+    EXPECT_EQ(back_end().RoundTrips() - before, 2U);
 
-using Links = Suite;
-
-TEST_F(Links, BringTheirTextAndWholeAddress) {
-    Open("<a id=a href=/x>  次の<b> 頁</b></a><a id=none>印</a><map><area id=b href=/y></map>");
-    const auto links = browser().document().links();
-    const auto before = back_end().RoundTrips();
+    const std::string page =
+        "<a id=a href=/x>  次の<b> 頁</b></a><a id=none>印</a><map><area id=b href=/y></map>";
+    const auto links = Open(page).links();
+    before = back_end().RoundTrips();
     std::string told;
     for (const Element& e : links) told += e.id() + " " + e.innerText() + " " + e.Get("href");
     EXPECT_EQ(told, "a 次の 頁 " + Url("/x") + "b  " + Url("/y"));
-    ExpectRoundTrips(before, 0);
+    EXPECT_EQ(back_end().RoundTrips(), before);
 }
 
-using Named = Elements;
+using Named = Suite;
 
 TEST_F(Named, AnswersEachOfTheThreeLookups) {
-    const struct {
-        std::string_view name;
-        std::string_view found;  // the ids by name, by id and in forms
-    } rows[] = {
+    // The name, and the ids by name, by id and in forms.
+    const std::pair<std::string_view, std::string_view> rows[] = {
         {"user", "a1 a2 a3|user|a1 a3"},
         {"only-id", "|only-id|only-id"},
         {"郵便番号", "f1||f1"},
@@ -168,11 +154,10 @@ TEST_F(Named, AnswersEachOfTheThreeLookups) {
         "<input name='q&quot;&#39;\\]b[0]' id=g1></form><form><input name=user id=a3>"
         "<input name=elements id=k1></form>"
         "<input id=user><input name=secret id=secret>");
-    for (const auto& row : rows) {
-        const NamedElements named = document.Named(row.name);
-        EXPECT_EQ(Ids(named.by_name) + "|" + named.by_id.id() + "|" + Ids(named.in_forms),
-                  row.found)
-            << row.name;
+    for (const auto& [name, ids] : rows) {
+        const NamedElements named = document.Named(name);
+        EXPECT_EQ(Ids(named.by_name) + "|" + named.by_id.id() + "|" + Ids(named.in_forms), ids)
+            << name;
     }
     // The same element, however it is found.
     const NamedElements named = document.Named("user");
@@ -207,7 +192,7 @@ TEST_F(Named, WorksInPagesThatTakeTheirWorldApart) {
     }
 }
 
-using Put = Elements;
+using Put = Suite;
 
 TEST_F(Put, IsNoticedByThePageAsAUsersInput) {
     const struct {
@@ -244,7 +229,7 @@ TEST_F(Put, IsNoticedByThePageAsAUsersInput) {
         " e => e.target.title += (e.target.title ? ' ' : '') + type, true);</script>";
     for (const auto& row : rows) body += row.html + "\n";
     for (const bool in_one : {false, true}) {
-        const auto elements = OpenAndFindEachK(body);
+        const auto elements = EachK(Open(body));
         ASSERT_EQ(elements.size(), std::size(rows));
         for (std::size_t i = 0; i < elements.size(); ++i) {
             const auto& row = rows[i];

@@ -1,6 +1,6 @@
 // What pages report of their user.
 
-#include "conformance/witness.h"
+#include "conformance/suite.h"
 
 namespace tamrin::conformance {
 namespace {
@@ -28,6 +28,9 @@ TEST_F(DocumentEvent, TellsOfWhatTheUserDoes) {
          "focus a, click a, key49 a, leave a=1, focus i, focus k, click k, key49 k, leave k=1,"
          " focus j, focus n, click n, key50 n, leave n=2, focus i, focus k=1, click k=1",
          fields},
+        // The tab is closed.
+        {"<input id=a value=v><button id=b value=w>x</button>", "@a @b %{F4}", "",
+         "focus a=v, click a=v, leave a=v, focus b=w, click b=w, OnQuit"},
     });
 }
 
@@ -53,16 +56,6 @@ TEST_F(DocumentEvent, BringsTheButtonThatEnterPresses) {
         row("<form id=f><input id=a><input type=checkbox checked></form><button></button>",
             ", focus a=1 in f, submit a=1 in f", "in a changed"),
     });
-}
-
-TEST_F(DocumentEvent, IsNotLostWhereATabIsClosedAfterIt) {
-    Witness witness(browser(), back_end());
-    Open("<input id=a value=v><button id=b value=w>x</button>");
-    Pump();
-    witness.lines.clear();
-    Do("@a @b");
-    browser().Quit();
-    ExpectLines(witness, "focus a=v, click a=v, leave a=v, focus b=w, click b=w, OnQuit");
 }
 
 }  // namespace
