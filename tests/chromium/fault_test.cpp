@@ -60,12 +60,6 @@ TEST(BrowserStart, SaysWhyItFailsAndLeavesNothingBehind) {
 
 struct Faults : ChromiumTest {
     ~Faults() override { rig().on_wait = nullptr; }
-
-    Document Show(std::string_view page) {
-        const Document document = Open(page);
-        Pump();
-        return document;
-    }
 };
 
 constexpr const char* kHangs = "<p id=p>x</p><button id=b onclick='for (;;);'>hang</button>";
@@ -73,7 +67,7 @@ constexpr const char* kHangs = "<p id=p>x</p><button id=b onclick='for (;;);'>ha
 TEST_F(Faults, AKilledBrowserIsGoneAtOnceAndIsStartedAnew) {
     for (const bool in_a_call : {false, true}) {
         SetUp();
-        const Document page = Show(kHangs);
+        const Document page = Open(kHangs);
         const Element button = Find("b");
         conformance::EventLog log(browser());
         const int id = BrowserProcesses(rig().processes.profile).at(0);
@@ -91,7 +85,7 @@ TEST_F(Faults, AKilledBrowserIsGoneAtOnceAndIsStartedAnew) {
 
 TEST_F(Faults, AWindowWhosePageCrashesIsGoneAlone) {
     const auto other = NewWindow();
-    const Document page = Show(kHangs);
+    const Document page = Open(kHangs);
     conformance::EventLog log(browser());
     EXPECT_TRUE(browser().Navigate("chrome://crash"));
     EXPECT_TRUE(Wait([&] { return log.Has("OnQuit"); }));
@@ -105,7 +99,7 @@ TEST_F(Faults, APageThatHangsAnswersEmptyUntilItIsLeftOrRunsOn) {
     const std::pair<std::string, bool> rows[] = {{kHangs, true}, {kHangs, false}, {runs_on, false}};
     for (const auto& [page, stopped] : rows) {
         SCOPED_TRACE(page);
-        const Document document = Show(page);
+        const Document document = Open(page);
         const Element button = Find("b");
         conformance::EventLog log(browser());
         // The user stops the call, or it takes too long.

@@ -75,32 +75,29 @@ TEST_F(OutlineTest, IsSeenForAWhileAndNotByThePage) {
     ExpectSaid("");
 }
 
-using nlohmann::json;
-
-json Agent(const char* agent, int context) {
-    const json frame{{"frameId", "frame"}};
-    return {
-        {"context", {{"id", context}, {"uniqueId", agent}, {"name", "world"}, {"auxData", frame}}}};
-}
-
 // A frame's page moves to a session of its own; what the old session still reports of it
 // comes before or behind what the new one reports.
 TEST(FrameTracker, KeepsTheAgentOfThePageThatMoved) {
-    constexpr const char* kCreated = "Runtime.executionContextCreated";
+    using nlohmann::json;
+    const json frame{{"frameId", "frame"}};
     for (const bool late : {false, true}) {
         FrameTracker frames("top", "old", "world");
         const auto tell = [&](const char* session, const char* event, const json& details) {
             HandleEvent(frames, session, event, details);
         };
+        const auto create = [&](const char* session, const char* agent, int context) {
+            tell(session, "Runtime.executionContextCreated",
+                 {{"context",
+                   {{"id", context}, {"uniqueId", agent}, {"name", "world"}, {"auxData", frame}}}});
+        };
         tell("old", "Page.frameAttached", {{"frameId", "frame"}, {"parentFrameId", "top"}});
-        if (!late) tell("old", kCreated, Agent("left", 7));
-        tell("new", kCreated, Agent("stays", 2));
-        if (late) tell("old", kCreated, Agent("left", 7));
+        if (!late) create("old", "left", 7);
+        create("new", "stays", 2);
+        if (late) create("old", "left", 7);
         tell("old", "Page.frameDetached", {{"frameId", "frame"}, {"reason", "swap"}});
         tell("old", "Runtime.executionContextDestroyed", {{"executionContextId", 7}});
-        const FrameInfo* frame = frames.WithContext("new", 2);
-        ASSERT_TRUE(frame) << late;
-        EXPECT_EQ(frame->agent, "stays") << late;
+        const FrameInfo* kept = frames.WithContext("new", 2);
+        EXPECT_EQ(kept ? kept->agent : "", "stays") << late;
     }
 }
 

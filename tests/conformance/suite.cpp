@@ -110,6 +110,7 @@ std::array<std::string, 2> Suite::Origins(std::string_view page) {
 Document Suite::GoTo(const std::string& address) {
     EXPECT_TRUE(browser().Navigate(address));
     EXPECT_TRUE(WaitComplete()) << address;
+    Pump();
     log_ = Find("log");
     answers_.clear();
     return browser().document();
@@ -236,7 +237,6 @@ void Suite::CheckOne(const Row& row, const std::string& page) {
     SCOPED_TRACE(page + " " + row.acts);
     Witness witness(browser(), back_end());
     Open(page);
-    Pump();
     witness.lines.clear();
     Do(row.acts);
     if (!row.events.empty()) ExpectLines(witness, row.events == "none" ? "" : row.events);

@@ -185,7 +185,7 @@ protected:
     // Serves a page and answers its address as the tests' own origin and as another one.
     static std::array<std::string, 2> Origins(std::string_view page);
 
-    // Navigates and waits until the page is complete.
+    // Navigates and waits until the page is complete and all that it reports is there.
     Document GoTo(const std::string& address);
     Document Open(std::string_view page) { return GoTo(Url(Serve(page))); }
 

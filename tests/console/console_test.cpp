@@ -28,15 +28,14 @@ protected:
         return Program(arguments);
     }
     // Waits for its end, and expects its exit code and all these texts in what it has printed.
-    static void ExpectEnd(Program& program, int code, const Words& said) {
+    static void ExpectEnd(Program&& program, int code, const Words& said) {
         EXPECT_EQ(program.Wait(), code) << program.output();
         for (const std::string& text : said) {
             EXPECT_NE(program.output().find(text), std::string::npos) << text << program.output();
         }
     }
     static void ExpectRun(const Words& arguments, int code, const Words& said) {
-        Program program = Tamrin(arguments);
-        ExpectEnd(program, code, said);
+        ExpectEnd(Tamrin(arguments), code, said);
     }
 
     TemporaryFolder folder;
@@ -73,11 +72,7 @@ TEST_F(Console, TellsByItsExitCodeHowItEnded) {
         "url\t,size_bar=0.0.800.600.1,indt=http://127.0.0.1:1/\r\nwait\t,indt=3000\r\n");
     const std::string scenario =
         Scenario("//\t,indt=memo\r\ninput\t,id=a,type=text,indt=x\r\ninput\t,id=zz,indt=v\r\n");
-    const struct {
-        Words arguments;
-        int code;
-        Words said;
-    } rows[] = {
+    const std::tuple<Words, int, Words> rows[] = {
         {{}, 1, {"使い方"}},
         {{"-stream", "url\t,size_bar=1.2,indt=http://127.0.0.1/"}, 1, {"[フォーマットエラー]"}},
         {{"-a", folder.At("none.csv")}, 2, {"のファイルが存在しません。"}},
@@ -91,7 +86,7 @@ TEST_F(Console, TellsByItsExitCodeHowItEnded) {
         {{"-make_player", TAMRIN_PROGRAM, scenario}, 8, {"は実行中か使用中のため"}},
         {{"-record", p, "/", "-browser", "/no/such/browser"}, 3, {"[ブラウザを起動できません]"}},
     };
-    for (const auto& row : rows) ExpectRun(row.arguments, row.code, row.said);
+    for (const auto& [arguments, code, said] : rows) ExpectRun(arguments, code, said);
     EXPECT_FALSE(std::filesystem::exists(p));
 }
 
@@ -102,16 +97,15 @@ TEST_F(Console, MakesAPlayerThatPlaysWhereverItIs) {
     ExpectRun({"-make_player", folder.At("player"), scenario}, 0,
               {"実行形式で保存しました：" + folder.At("player") + "\n"});
     std::filesystem::copy(folder.At("player"), player);
-    Program played({player}), editor({player, "-no_auto_start"});
-    ExpectEnd(played, 0, {"\n    2  input             完了"});
-    ExpectEnd(editor, 1, {"使い方"});
-    Program second({player, "-no_auto_start", "-make_player", other.At("second"), scenario});
-    ExpectEnd(second, 0, {});
+    ExpectEnd(Program({player}), 0, {"\n    2  input             完了"});
+    ExpectEnd(Program({player, "-no_auto_start"}), 1, {"使い方"});
+    ExpectEnd(Program({player, "-no_auto_start", "-make_player", other.At("second"), scenario}), 0,
+              {});
     EXPECT_EQ(FileBytes(other.At("second")).size(), FileBytes(player).size());
     EXPECT_EQ(other.Names(), (std::set<std::string>{"second", "注文 一件"}));
     const std::string whole = FileBytes(player);
-    Program damaged({other.Write("注文 一件", whole.substr(0, whole.size() - 1))});
-    ExpectEnd(damaged, 2, {"途中で切れている"});
+    ExpectEnd(Program({other.Write("注文 一件", whole.substr(0, whole.size() - 1))}), 2,
+              {"途中で切れている"});
 }
 
 TEST_F(Console, SaysWhenARunIsCutShort) {
@@ -122,7 +116,7 @@ TEST_F(Console, SaysWhenARunIsCutShort) {
         const pid_t browser = program.Child();
         ASSERT_GT(browser, 0);
         signal == SIGINT ? program.Signal(signal) : void(kill(browser, signal));
-        ExpectEnd(program, code, {said});
+        ExpectEnd(std::move(program), code, {said});
         EXPECT_NE(kill(browser, 0), 0) << "the browser has ended with it";
     }
 }

@@ -9,12 +9,7 @@ namespace tamrin {
 namespace {
 
 TEST(EqualsIgnoreCase, FoldsLettersOfBothWidthsAndNothingElse) {
-    const struct {
-        const char* a;
-        const char* b;
-        bool equal;
-    } rows[] = {
-        {"", "", true},
+    const std::tuple<const char*, const char*, bool> rows[] = {
         {"azAZ09", "AZaz09", true},
         {"@[", "`{", false},  // 32 apart as the letters are
         {"ＡＺａｚ", "ａｚＡＺ", true},
@@ -25,46 +20,39 @@ TEST(EqualsIgnoreCase, FoldsLettersOfBothWidthsAndNothingElse) {
         {"\xBC\xA1", "\xBD\x81", false},  // the end of a full-width letter without its beginning
         {"\xEF\xBC", "\xEF\xBD", false},  // and the reverse
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(EqualsIgnoreCase(row.a, row.b), row.equal) << row.a << " / " << row.b;
-        EXPECT_EQ(EqualsIgnoreCase(row.b, row.a), row.equal) << row.b << " / " << row.a;
+    for (const auto& [a, b, equal] : rows) {
+        EXPECT_EQ(EqualsIgnoreCase(a, b), equal) << a << " / " << b;
+        EXPECT_EQ(EqualsIgnoreCase(b, a), equal) << b << " / " << a;
     }
     EXPECT_TRUE(StartsWithIgnoreCase("JavaScript:x", "javascript:"));
     EXPECT_FALSE(StartsWithIgnoreCase("java", "javascript:"));
 }
 
 TEST(GetRecordItem, AnswersTheFirstItemOfThatKey) {
-    const struct {
-        const char* line;
-        const char* key;
-        const char* value;
-    } rows[] = {
+    const std::array<const char*, 3> rows[] = {
         {"click\t,id=btn,type=submit,indt=", "Act", "click"},
         {"click\t,id=btn,type=submit,indt=", "type", "submit"},
-        {"click\t,id=btn,type=submit,indt=", "userwait", ""},
         {"input\t,ID=q,ＩＤ=w", "ｉｄ", "w"},
         {"input\t,id=q,id=w", "ID", "q"},
         {"input\t,id=q,indt=a=b=c", "indt=a", "b=c"},
         {"input\t,id=q,indt=cut,here", "indt", "cut"},
         {"input\t,id=q,indt=cut\there", "indt", "cut"},
-        {"input\t,id2=q", "id", ""},     // a longer key
-        {"input\t,id", "id", ""},        // no "="
+        {"input\t,id2=q,id", "id", ""},  // a longer key, and one without "="
         {"input\t, id=q", "id", ""},     // a blank before the key
         {"id=act\t,id=q", "id", "act"},  // the first column is searched, too
         {"quit", "ACT", "quit"},
         {"act\tbetween,id=q", "", "between"},
-        {"a,b,c", "", "b"},
         {"", "Act", ""},
         {"\t,,,=empty", "id", ""},
         {"x\t,a,b=1", "a,b", ""},  // no key spans a separator
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(GetRecordItem(row.line, row.key), row.value) << row.line << " / " << row.key;
-        const auto item = [&](const char* key) { return GetRecordItem(row.line, key); };
-        EXPECT_EQ(ParseRecord(row.line),
+    for (const auto& [line, key, value] : rows) {
+        EXPECT_EQ(GetRecordItem(line, key), value) << line << " / " << key;
+        const auto item = [text = line](const char* name) { return GetRecordItem(text, name); };
+        EXPECT_EQ(ParseRecord(line),
                   (Record{item("Act"), item("id"), item("type"), item("size_bar"), item("indt"),
                           item("userwait"), item("value"), item("")}))
-            << row.line;
+            << line;
     }
 }
 
