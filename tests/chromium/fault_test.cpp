@@ -26,10 +26,8 @@ namespace {
 TEST(BrowserStart, SaysWhyItFailsAndLeavesNothingBehind) {
     const TemporaryFolder folder;
     const std::string sleeper = folder.Write("sleeper", "#!/bin/sh\nexec sleep 100\n");
-    QuietProcesses processes;
-    PosixFiles files;
-    JumpingClock clock;
-    processes.AllowRunning(sleeper);
+    Rig rig;
+    rig.processes.AllowRunning(sleeper);
     class NoBrowsers : public QuietProcesses {
         std::string FindExecutable(const std::string& /*name*/) const override { return ""; }
     } empty;
@@ -44,7 +42,7 @@ TEST(BrowserStart, SaysWhyItFailsAndLeavesNothingBehind) {
     };
     for (const auto& [executable, says] : rows) {
         auto launcher = std::make_unique<ChromiumLauncher>(
-            executable.empty() ? empty : processes, files, clock,
+            executable.empty() ? empty : rig.processes, rig.files, rig.system_clock,
             ChromiumSettings{.executable = [&] { return executable; },
                              .stop_requested = [&] { return says.ends_with("中止しました。"); },
                              .start_limit_ms = 300});
@@ -53,8 +51,8 @@ TEST(BrowserStart, SaysWhyItFailsAndLeavesNothingBehind) {
         EXPECT_TRUE(why.starts_with(says)) << why;
         launcher.reset();
         EXPECT_TRUE(conformance::WaitUntil(
-            clock, [&] { return BrowserProcesses(processes.profile).empty(); }));
-        EXPECT_FALSE(std::filesystem::exists(processes.profile)) << says;
+            rig.system_clock, [&] { return BrowserProcesses(rig.processes.profile).empty(); }));
+        EXPECT_FALSE(std::filesystem::exists(rig.processes.profile)) << says;
     }
 }
 

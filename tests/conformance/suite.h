@@ -229,7 +229,6 @@ private:
     // Presses and releases the mouse where a player would: inside the element's top left corner.
     // False when it is not shown.
     bool MouseClick(const Element& element, bool in_frame);
-    void CheckOne(const Row& row, const std::string& page);
 
     Element log_;  // of the page that GoTo has opened
     std::string answers_;

@@ -390,25 +390,24 @@ EventTarget.prototype.addEventListener = () => {};
     });
 }
 
-TEST_F(Recording, KeepsEachOfFiveHundredActionsInItsPlace) {
+TEST_F(Recording, KeepsEachOfFiveHundredFieldsInItsPlace) {
     std::string fields, acts = "@e0 ";
     Lines records;
     for (int i = 0; i < 500; ++i) {
         const std::string id = "e" + std::to_string(i);
-        const bool button = i % 50 == 49;
-        fields += "<input size=2 id=" + id + (button ? " type=button onclick=count.value++>" : ">");
-        acts += button ? "{space}{Tab}" : "{x}{Tab}";
-        records.push_back(button ? "click\t,id=" + id + ",type=button,indt="
-                                 : "input\t,id=" + id + ",type=text,indt=x");
+        fields += "<input size=2 id=" + id + ">";
+        acts += "{x}{Tab}";
+        records.push_back("input\t,id=" + id + ",type=text,indt=x");
     }
     records.emplace_back("click\t,id=send,type=submit,indt=ok");
     Check({
-        .pages = {{"/", Page("<form action=/done><input type=hidden name=count id=count value=0>" +
+        .pages = {{"/", Page("<form action=/done onchange=count.value++><input type=hidden"
+                             " name=count id=count value=0>" +
                              fields + "<input type=submit id=send value=ok></form>")},
                   {"/done", Page("")}},
         .acts = acts + "{space} see:/done",
         .records = records,
-        .requests = {"GET /done?count=10"},
+        .requests = {"GET /done?count=500"},
     });
 }
 

@@ -17,9 +17,7 @@ WebReply Visit(SampleSite& site, std::string& cookie, const std::string& path,
 TEST(SampleSite, ShowsEachVisitorWhatHeSent) {
     SampleSite site(TAMRIN_SITE_FOLDER);
     std::string first, second;
-    for (const char* path : {"/", "/order", "/delivery", "/notes", "/done", "/style.css"}) {
-        EXPECT_EQ(Visit(site, first, path).status, 200) << path;
-    }
+    EXPECT_EQ(Visit(site, first, "/style.css").status, 200);
     EXPECT_EQ(Visit(site, first, "/../sample_site.h").status, 404);
     EXPECT_EQ(
         Visit(site, first, "/", "user=%3Cb+c='%22%26%3e%zz&password=%E3%81%82z&=e&&").location,
