@@ -156,8 +156,6 @@ public:
     std::map<std::string, Variant> is;
     // What every call answers from now on, unless it is S_OK.
     HRESULT failure = S_OK;
-    // The calls that change something: "Navigate2 http://...", "Left 10", "Visible True", "Quit ".
-    std::vector<std::string> lines;
 
 protected:
     DISPID Number(const std::string& member) const override {
@@ -169,7 +167,6 @@ protected:
         auto& [member, value] = *std::next(is.begin(), number);
         if (flags == DISPATCH_PROPERTYGET) return Variant(value.get());
         value = arguments.At(0);
-        lines.push_back(member + " " + value.Text().value_or(""));
         if (member == "Quit") Fire(DISPID_ONQUIT, {});
         return {};
     }

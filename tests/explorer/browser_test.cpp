@@ -1,5 +1,4 @@
 #include "explorer/explorer_rig.h"
-#include "platform/explorer/content_browser.h"
 #include "platform/explorer/explorer_launcher.h"
 #include "support/virtual_clock.h"
 
@@ -66,12 +65,11 @@ TEST_F(BrowserTest, IsBusyFromTheCallOnAndBehindADialogBox) {
     auto window = std::make_unique<BrowserWindowDouble>();
     it->SetWindow(window->frame);
     EXPECT_EQ(browser->Handle(), BrowserDouble::NumberOf(window->frame));
-    const Element a = browser->document().Named("a").by_id;
     Log log(*browser);
     EXPECT_FALSE(browser->Busy());
     EXPECT_EQ(browser->ReadyState(), 4);
     EXPECT_TRUE(browser->Navigate("http://site/日本"));
-    EXPECT_EQ(it->lines, Strings{"Navigate2 http://site/日本"});
+    EXPECT_EQ(it->is["Navigate2"].Text(), "http://site/日本");
     now = 1999;
     EXPECT_TRUE(browser->Busy());
     EXPECT_EQ(browser->ReadyState(), 1);
@@ -93,10 +91,8 @@ TEST_F(BrowserTest, IsBusyFromTheCallOnAndBehindADialogBox) {
     it->failure = S_OK;
     const HWND box = MakeWindow(L"#32770", window->content, WS_POPUP);
     EXPECT_TRUE(browser->Busy());
-    EXPECT_FALSE(a.click());
     DestroyWindow(box);
-    EXPECT_FALSE(browser->Busy());
-    EXPECT_TRUE(a.click() && browser->Alive());
+    EXPECT_TRUE(!browser->Busy() && browser->Alive());
     window.reset();
     EXPECT_FALSE(browser->Alive());
     browser->DeliverEvents();
@@ -129,13 +125,13 @@ TEST_F(BrowserTest, GivesEverythingBackWhenTheBrowserIsGone) {
 TEST_F(BrowserTest, StandsAsItIsPut) {
     for (const WindowBars bars :
          {WindowBars{.tool = true, .address = true}, WindowBars{.menu = true, .status = true}}) {
-        const WindowState state{{10, 20, 800, 600}, bars, !bars.tool};
+        const WindowState state{{10, 20, 800, 600}, bars, bars.menu};
         browser->SetPlace(state.place);
-        browser->SetBars(state.bars);
+        browser->SetBars(bars);
         browser->SetVisible(bars.tool);
-        it->is["FullScreen"] = Variant(state.full_screen);
+        it->is["FullScreen"] = Variant(bars.menu);
         EXPECT_EQ(browser->State(), state);
-        EXPECT_EQ(it->lines.back(), bars.tool ? "Visible True" : "Visible False");
+        EXPECT_EQ(it->is["Visible"].Truth(), bars.tool);
     }
     it->failure = E_FAIL;
     EXPECT_EQ(browser->State(), WindowState());
@@ -179,9 +175,9 @@ TEST_F(BrowserTest, IsMadeAsTheKindThatShowsPagesOrSaysWhyNot) {
         SCOPED_TRACE(testing::Message() << row.plain << row.medium);
         std::string made;
         const auto maker = [&](const char* name, Kind kind) {
-            return [this, &made, name, kind](HRESULT& failure) -> ComPtr<IDispatch> {
+            return [this, &made, name, kind](HRESULT& failure) {
                 failure = kind == kMissing ? REGDB_E_CLASSNOTREG : S_OK;
-                if (kind == kMissing) return nullptr;
+                if (kind == kMissing) return ComPtr<IDispatch>();
                 made = name;
                 it = NewBrowser(*page);
                 if (kind == kShowsNothing) it->is["Document"] = Variant();
@@ -197,41 +193,34 @@ TEST_F(BrowserTest, IsMadeAsTheKindThatShowsPagesOrSaysWhyNot) {
         const auto opened = ExplorerWindows(calls, sources).Open("http://x/", why);
         EXPECT_EQ(made, row.made);
         EXPECT_EQ(why.empty(), opened != nullptr);
-        const Strings lines = {"Visible True", "Navigate2 http://x/"};
-        EXPECT_EQ(opened ? it->lines : Strings(), row.made.empty() ? Strings() : lines);
+        if (!opened) continue;
+        EXPECT_EQ(it->is["Navigate2"].Text(), "http://x/");
+        EXPECT_TRUE(it->is["Visible"].Truth());
     }
 }
 
 TEST_F(BrowserTest, IsFollowedIntoAnotherProcess) {
-    const struct {
-        std::uint64_t comes_at;
-        bool quits, moves;
-    } rows[] = {{9999, false, true}, {10000, false, false}, {100, true, false}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.comes_at);
-        listed.clear();
-        List(back);  // was there before
-        it = NewBrowser(*page);
-        now = 0;
-        ExplorerWindows windows(calls, sources);
-        const auto made = windows.Create(why);
-        Log log(*made);
-        EXPECT_TRUE(made->Navigate("http://intranet/"));
-        if (row.quits) made->Quit();
-        it->failure = RPC_E_DISCONNECTED;
-        made->Busy();
-        EXPECT_FALSE(made->document());
-        now = row.comes_at;
-        EXPECT_EQ(made->Busy(), row.moves);
-        const auto successor = List(front);
-        EXPECT_EQ(made->Alive(), row.moves);
-        EXPECT_EQ(made->Handle(), row.moves ? BrowserDouble::NumberOf(front) : 0U);
-        successor->Tell(DISPID_DOCUMENTCOMPLETE);
-        successor->Tell(DISPID_ONQUIT);
-        windows.DeliverEvents();
-        EXPECT_EQ(log.lines, row.moves ? (Strings{"complete", "quit"}) : Strings{"quit"});
-        EXPECT_FALSE(made->Alive());
-    }
+    List(back);  // was there before
+    ExplorerWindows windows(calls, sources);
+    const auto made = windows.Create(why);
+    Log log(*made);
+    EXPECT_TRUE(made->Navigate("http://intranet/"));
+    now = 9999;
+    it->failure = RPC_E_DISCONNECTED;
+    EXPECT_TRUE(!made->document() && made->Busy() && made->Alive());
+    const auto successor = List(front);
+    EXPECT_TRUE(made->Alive() && !made->Busy());
+    EXPECT_EQ(made->Handle(), BrowserDouble::NumberOf(front));
+    successor->Tell(DISPID_DOCUMENTCOMPLETE);
+    // But only for some seconds.
+    EXPECT_TRUE(made->Navigate("http://intranet/"));
+    successor->failure = RPC_E_DISCONNECTED;
+    EXPECT_FALSE(made->document());
+    listed.pop_back();
+    now += 10000;
+    EXPECT_FALSE(made->Alive());
+    windows.DeliverEvents();
+    EXPECT_EQ(log.lines, (Strings{"complete", "quit"}));
 }
 
 // A page that Edge shows: a window of Edge's with a content window that answers for its document.
@@ -251,15 +240,12 @@ protected:
     BrowserWindowDouble edge{L"Chrome_WidgetWin_1"};
 };
 
-TEST_F(ContentTest, IsFoundWhereTheShellDoesNotListIt) {
+TEST_F(ContentTest, IsFoundWhereTheShellDoesNotListItAndTellsOfItsPages) {
     ExplorerWindows windows(calls, sources);
     const auto found = windows.Focused();
     ASSERT_TRUE(found);
     EXPECT_EQ(windows.Visible(), std::vector<std::shared_ptr<Browser>>{found});
     EXPECT_EQ(found->Handle(), BrowserDouble::NumberOf(edge.frame));
-    EXPECT_EQ(found->document().Named("a").by_id.value(), "v");
-    EXPECT_EQ(found->ReadyState(), 4);
-    EXPECT_FALSE(found->Busy());
     EXPECT_EQ(found->State(),
               (WindowState{{100, 50, 600, 500}, {true, false, true, false}, false}));
     found->SetPlace({110, 60, 620, 520});
@@ -267,8 +253,32 @@ TEST_F(ContentTest, IsFoundWhereTheShellDoesNotListIt) {
     const HWND box = MakeWindow(L"#32770", edge.frame, WS_POPUP);
     EXPECT_TRUE(found->Busy());
     DestroyWindow(box);
+    EXPECT_FALSE(found->Busy());
+    windows.DeliverEvents();
+    it = nullptr;
+    EXPECT_EQ(ObjectDouble::alive, 2) << "it keeps no page of which it tells nobody";
+    Show("http://site/");
+    Log log(*found);
+    const Document old = found->document();
+    EXPECT_TRUE(found->Navigate("http://site/b"));
+    EXPECT_EQ(page->went_to + " from " + old.url(), "http://site/b from http://site/");
+    Show("http://site/b");
+    page->ready_state = "loading";
+    EXPECT_TRUE(found->Busy());
+    EXPECT_EQ(found->ReadyState(), 1);
+    EXPECT_EQ(old.url() + found->document().url(), "http://site/b");
+    page->ready_state = "complete";
+    now = 199;  // it does not ask at each turn
+    windows.DeliverEvents();
+    EXPECT_EQ(log.lines, (Strings{"before http://site/b", "shown"}));
+    now = 200;
+    windows.DeliverEvents();
     found->Quit();
     EXPECT_EQ(page->went_to, "closed");
+    DestroyWindow(edge.content);
+    EXPECT_FALSE(found->Alive() || found->document());
+    windows.DeliverEvents();
+    EXPECT_EQ(log.lines, (Strings{"before http://site/b", "shown", "complete", "quit"}));
 }
 
 TEST_F(ContentTest, IsItsBrowserWhereThePageGivesOne) {
@@ -288,54 +298,6 @@ TEST_F(ContentTest, IsItsBrowserWhereThePageGivesOne) {
         it->SetWindow(frame);
         EXPECT_EQ(ExplorerWindows(calls, sources).Visible().size(), 1U);
     }
-}
-
-TEST_F(ContentTest, TellsOfItsPagesAndItsEnd) {
-    ContentBrowser content(calls, {edge.frame, edge.content});
-    EXPECT_TRUE(content.document().hasFocus());
-    content.DeliverEvents();
-    it = nullptr;
-    EXPECT_EQ(ObjectDouble::alive, 2) << "it keeps no page of which it tells nobody";
-    Show("http://site/");
-    Log log(content);
-    const Document old = content.document();
-    EXPECT_TRUE(content.Navigate("http://site/b"));
-    EXPECT_EQ(page->went_to, "http://site/b");
-    EXPECT_EQ(old.url(), "http://site/");
-    Show("http://site/b");
-    page->ready_state = "loading";
-    EXPECT_TRUE(content.Busy());
-    EXPECT_EQ(content.ReadyState(), 1);
-    EXPECT_EQ(old.url(), "");
-    EXPECT_EQ(content.document().url(), "http://site/b");
-    content.DeliverEvents();
-    const Strings shown = {"before http://site/b", "shown"};
-    EXPECT_EQ(log.lines, shown);
-    page->ready_state = "complete";
-    now = 199;  // it does not ask at each turn
-    content.DeliverEvents();
-    EXPECT_EQ(log.lines, shown);
-    now = 200;
-    content.DeliverEvents();
-    DestroyWindow(edge.content);
-    now = 400;
-    EXPECT_FALSE(content.Alive() || content.document());
-    content.DeliverEvents();
-    EXPECT_EQ(log.lines, (Strings{"before http://site/b", "shown", "complete", "quit"}));
-}
-
-TEST(ScreenWindows, AreSearchedForTheLastContentThatHasAHeight) {
-    const HWND frame = MakeWindow(L"STATIC", nullptr, WS_POPUP, {100, 50, 700, 450});
-    HWND last = nullptr;
-    EXPECT_EQ(FindIeServerWindow(frame), nullptr);
-    for (const int height : {0, 300, 10, 0}) {
-        const HWND view = MakeWindow(L"Shell DocObject View", frame, WS_CHILD);
-        const RECT place{0, 0, 500, height};
-        const HWND tab = MakeWindow(L"Internet Explorer_Server", view, WS_CHILD, place);
-        if (height > 0 || !last) last = tab;  // the only one may be without
-        EXPECT_EQ(FindIeServerWindow(frame), last);
-    }
-    DestroyWindow(frame);
 }
 
 }  // namespace

@@ -145,8 +145,7 @@ private:
         }
         const bool denied = page_.url.starts_with("http://other/");
         if (name == "document" && !denied) return page_.Give(page_.root.get());
-        if (name == "screen" && page_.screen_dpi > 0)
-            return Bag({{"deviceXDPI", page_.screen_dpi}, {"logicalXDPI", 96}});
+        if (name == "screen") return Bag({{"deviceXDPI", page_.screen_dpi}, {"logicalXDPI", 96}});
         if (name == "close") return Variant(page_.went_to = "closed");
         return Unknown();
     }

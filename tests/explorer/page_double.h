@@ -69,7 +69,7 @@ public:
     std::string went_to;  // what the program has put into location.href
     Node* active = nullptr;
     bool focused = false;
-    int screen_dpi = 96;  // 0 for a page without a screen
+    int screen_dpi = 96;
     std::unique_ptr<Node> root;
     std::map<Node*, PageDouble*> frames;
     std::map<Node*, ObjectDouble*> objects;  // of nodes, that somebody holds

@@ -184,8 +184,6 @@ TEST_F(PageTest, StandsOnTheScreenWithFramesAndZoom) {
         page->screen_dpi = 144;
         EXPECT_EQ(point(b), std::pair(168L, 335L));
         EXPECT_EQ(under(169, 337), "f b ");
-        page->screen_dpi = 0;
-        EXPECT_EQ(point(b), std::pair(112L, 223L));
         EXPECT_EQ(point(shown.Named("out").by_id), std::pair(-1L, -1L));
         const HWND cover = MakeWindow(L"TamrinTestWindow", window.frame, WS_POPUP, place);
         EXPECT_EQ(under(5, 5), "");
