@@ -10,6 +10,7 @@ protected:
     BrowserTest() { Open("<input id=a value=v>"); }
     void TearDown() override {
         listed.clear();
+        sources = {};
         ExplorerTest::TearDown();
     }
     // A browser that the shell lists.
@@ -165,37 +166,34 @@ TEST_F(BrowserTest, IsMadeAsTheKindThatShowsPagesOrSaysWhyNot) {
     enum Kind { kMissing, kShowsNothing, kShowsPages };
     const struct {
         Kind plain, medium;
-        bool answers;
-        std::string_view made;
-    } rows[] = {
-        {kShowsPages, kShowsPages, true, "plain"},  {kShowsNothing, kShowsPages, true, "medium"},
-        {kMissing, kShowsPages, true, "medium"},    {kShowsNothing, kShowsNothing, false, "plain"},
-        {kMissing, kShowsNothing, false, "medium"}, {kMissing, kMissing, false, ""}};
+        bool answers, opens_plain, opens_medium;
+    } rows[] = {{kShowsPages, kShowsPages, true, true, false},
+                {kShowsNothing, kShowsPages, true, false, true},
+                {kMissing, kShowsPages, true, false, true},
+                {kShowsNothing, kShowsNothing, false, true, false},
+                {kMissing, kShowsNothing, false, false, true},
+                {kMissing, kMissing, false, false, false}};
     for (const auto& row : rows) {
         SCOPED_TRACE(testing::Message() << row.plain << row.medium);
-        std::string made;
-        const auto maker = [&](const char* name, Kind kind) {
-            return [this, &made, name, kind](HRESULT& failure) {
+        const auto plain = NewBrowser(*page), medium = NewBrowser(*page);
+        const auto maker = [](const ComPtr<BrowserDouble>& made, Kind kind) {
+            if (kind != kShowsPages) made->is["Document"] = Variant();
+            return [made, kind](HRESULT& failure) {
                 failure = kind == kMissing ? REGDB_E_CLASSNOTREG : S_OK;
-                if (kind == kMissing) return ComPtr<IDispatch>();
-                made = name;
-                it = NewBrowser(*page);
-                if (kind == kShowsNothing) it->is["Document"] = Variant();
-                return ComPtr<IDispatch>(it.get());
+                return ComPtr<IDispatch>(kind == kMissing ? nullptr : made.get());
             };
         };
-        sources.create = maker("plain", row.plain);
-        sources.create_medium = maker("medium", row.medium);
+        sources.create = maker(plain, row.plain);
+        sources.create_medium = maker(medium, row.medium);
         *sources.medium = false;
         VirtualClock clock;
         EXPECT_EQ(ExplorerAnswers(calls, sources, clock), row.answers);
-        made = why = "";
+        why = "";
         const auto opened = ExplorerWindows(calls, sources).Open("http://x/", why);
-        EXPECT_EQ(made, row.made);
         EXPECT_EQ(why.empty(), opened != nullptr);
-        if (!opened) continue;
-        EXPECT_EQ(it->is["Navigate2"].Text(), "http://x/");
-        EXPECT_TRUE(it->is["Visible"].Truth());
+        EXPECT_EQ(plain->is["Visible"].Truth(), row.opens_plain);
+        EXPECT_EQ(medium->is["Visible"].Truth(), row.opens_medium);
+        EXPECT_EQ(medium->is["Navigate2"].Text() == "http://x/", row.opens_medium);
     }
 }
 
