@@ -10,8 +10,7 @@ TEST_F(MainWindowTest, StartsIdleUnderASplash) {
     EXPECT_TRUE(processes.raised && form().Visible() && form().top_most() && Enabled("cmdRec"));
     EXPECT_EQ(dynamic_cast<HeadlessControl&>(Find("txtUrl")).left_margin(), 8);
     HeadlessForm& splash = *windows.FindForm("frmSplash");
-    EXPECT_EQ(splash.GetPlace().left, 780 + (500 - 280) / 2);
-    EXPECT_EQ(splash.GetPlace().top, 724 + (300 - 104) / 2);
+    EXPECT_TRUE(splash.GetPlace().left == 890 && splash.GetPlace().top == 822);
     Pass(3000);
     EXPECT_TRUE(splash.closed() && web.calls.empty());
 }
@@ -75,17 +74,14 @@ protected:
         EXPECT_FALSE(Enabled("mnuMakeExe"));
         window.Open("C:\\tamrin\\order.csv");
     }
-    void Make(const std::string& path) {
-        dialogs.paths = {path};
-        form().Click("mnuMakeExe");
-    }
+    std::string State() override { return Find("txtStatus").Text() + files.contents["old"]; }
+
     std::string& program = files.contents[processes.own] = SampleProgram(ProgramKind::kWindows64);
     const std::string kPlayer = "D:\\配布\\注文.exe";
 };
 
 TEST_F(PlayerTest, PlaysTheListAtOnceOnDefaultSettingsAndQuits) {
-    Make(kPlayer);
-    EXPECT_EQ(Find("txtStatus").Text(), "実行形式で保存しました：" + kPlayer);
+    Run({{"mnuMakeExe", ">" + kPlayer, "", "実行形式で保存しました：" + kPlayer}});
     EXPECT_EQ(processes.runnable, std::set<std::string>{kPlayer});
     EXPECT_TRUE(ReadPayload(files, kPlayer).scenario.starts_with("CIPHER\r\n"));
     processes.own = kPlayer;
@@ -104,27 +100,24 @@ TEST_F(PlayerTest, PlaysTheListAtOnceOnDefaultSettingsAndQuits) {
 }
 
 TEST_F(PlayerTest, HasTheNameOfTheScenarioAndIsMadeOfAWholeProgram) {
-    for (const char* const file : {"stream", "C:\\a.b\\order", "C:\\a.b\\注文.2.csv"}) {
+    const std::pair<const char*, const char*> names[] = {{"stream", "tamrin\\無題.exe"},
+                                                         {"C:\\a.b\\order", "a.b\\order.exe"},
+                                                         {"C:\\a.b\\注文.2.csv", "注文.2.exe"}};
+    for (const auto& [file, proposed] : names) {
         globals.current_file = file;
-        Make("");
+        Run({{"mnuMakeExe", ">", proposed, ""}});
     }
-    const std::string asks = "実行形式で保存|実行ファイル(*.exe)|C:\\";
-    EXPECT_EQ(dialogs.shown, (Lines{asks + "tamrin\\無題.exe", asks + "a.b\\order.exe",
-                                    asks + "a.b\\注文.2.exe"}));
     const std::string whole = program;
     const std::pair<std::function<void()>, std::string> rows[] = {
-        {[&] { processes.running = {kPlayer}; }, kPlayer + "\r\nは実行中か使用中のため、"},
+        {[&] { processes.running = {"old"}; }, "old\r\nは実行中か使用中のため、"},
         {[&] { program.replace(0, 2, "??"); }, processes.own + "\r\nは壊れているため"},
-        {[&] { files.full_disk = true; }, kPlayer + "\r\nに保存できません。"},
+        {[&] { files.full_disk = true; }, "old\r\nに保存できません。"},
         {[&] { list().SetLines({"click\t,id=ok"}); }, "最初に開くページ（url の行）がないため"},
     };
-    files.contents[kPlayer] = "old";
+    files.contents["old"] = "old";
     for (const auto& [spoil, said] : rows) {
         spoil();
-        dialogs.answers = {kOk};
-        Make(kPlayer);
-        EXPECT_TRUE(dialogs.shown.back().starts_with("保存エラー|" + said)) << said;
-        EXPECT_EQ(files.contents[kPlayer], "old");
+        Run({{"mnuMakeExe", "o>old", "保存エラー|" + said, "old"}});
         program = whole;
         processes.running.clear();
     }

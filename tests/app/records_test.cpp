@@ -290,6 +290,39 @@ TEST_F(RecordTest, WaitsForABrowserAndExplainsOnceHowToOpenOne) {
     Run({{"cmdStop", "", "", ":R*"}});
 }
 
+TEST_F(RecordTest, ShowsTheBrowserThatHasTheFocusWhileNothingRuns) {
+    const auto other = std::make_shared<ScriptedBrowser>(web);
+    other->Show("page");
+    browsers.visible = {browser, other};
+    Control& url = Find("txtUrl");
+    auto& handle = dynamic_cast<HeadlessControl&>(Find("txthWnd"));
+    const auto shown = [&](const std::shared_ptr<Browser>& focused) {
+        browsers.focused = focused;
+        Pass(1100);
+        return url.Text() + " " + handle.Text();
+    };
+    handle.onDblClick();
+    EXPECT_EQ(shown(nullptr) + handle.tip(), " ウィンドウハンドル（16進）");
+    EXPECT_EQ(shown(browser), "shop AF");
+    handle.onDblClick();
+    EXPECT_EQ(shown(browser) + handle.tip(), "shop 175ウィンドウハンドル（十進）");
+    EXPECT_EQ(shown(other), "page 175");
+    EXPECT_EQ(shown(nullptr), "page 175") << "the user has turned to another program";
+    url.onClick();
+    handle.onClick();
+    EXPECT_EQ(other->brought_to_front, 2);
+    globals.activity = "play";
+    EXPECT_EQ(shown(browser), "page 175");
+    globals.activity.clear();
+    other->Show("shop");
+    EXPECT_EQ(shown(other), "shop 175");
+    other->Die();
+    EXPECT_EQ(shown(nullptr), " ");
+    browsers.visible.clear();
+    url.SetText("order.csv");
+    EXPECT_EQ(shown(nullptr), " ");
+}
+
 TEST_F(RecordTest, StopsOrClosesWhenTheEventsThatWaitAreRecorded) {
     for (const bool close : {false, true}) {
         Run({{"open; cmdRec", "", "", "rec:S*"}});

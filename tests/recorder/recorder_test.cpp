@@ -14,10 +14,10 @@ using Texts = std::vector<std::string>;
 class RecorderTest : public testing::Test, protected RecorderHost {
 protected:
     // Begins to record on a page of that HTML.
-    void Start(const std::string& html, RecordKind kind = RecordKind::kNew) {
+    void Start(const std::string& html) {
         web.pages["page"] = html;
         window->Show("page");
-        recorder.Start(window, kind);
+        recorder.Start(window, RecordKind::kNew);
     }
     // What the user does, with "; " between: "type NAME TEXT", "focus NAME", "leave" (the field),
     // "click NAME", "enter", "open ADDRESS", "pass" (0.3 seconds), "set" ("rec change only"),
@@ -62,7 +62,7 @@ protected:
     int RecordCount() override { return static_cast<int>(lines.size()); }
     std::string_view Record(int row) override { return lines.at(static_cast<size_t>(row)); }
     void AppendRecord(const std::string& line) override { lines.push_back(line); }
-    void SelectRecord(int row) override { selected = row; }
+    void SelectRecord(int /*row*/) override {}
     void SetStatus(const std::string& text) override { status = text; }
     void ShowMessage(const std::string& text, const std::string& title) override {
         said.push_back(title + "|" + text);
@@ -79,7 +79,6 @@ protected:
     Recorder recorder{globals, clock, *this};
 
     Texts lines;
-    int selected = -1;
     std::string status;
     Texts said;  // to the user and to the program
 };
@@ -148,23 +147,6 @@ TEST_F(RecorderTest, RecordsWhatTheUserDid) {
     }
     EXPECT_EQ(said, (Texts{"javascript:は、現在未対応", "page shown", "page shown", "page shown"}));
     EXPECT_EQ(web.calls, (Texts{"fire a onchange", "fire a onchange", "fire b onchange"}));
-}
-
-TEST_F(RecorderTest, BeginsANewScenarioWithThePage) {
-    const std::string url = "url\t,id=,size_bar=0.0.1024.768.11110,indt=page";
-    const std::tuple<RecordKind, Texts, Texts> rows[] = {{RecordKind::kNew, {}, {url}},
-                                                         {RecordKind::kNew, {"x"}, {"x"}},
-                                                         {RecordKind::kAppend, {}, {}}};
-    for (auto [kind, before, after] : rows) {
-        lines = before;
-        Start("<input id=a type=submit>", kind);
-        EXPECT_EQ(lines, before) << "until something happens";
-        Do("click a; pass");
-        after.emplace_back("click\t,id=a,type=submit,indt=");
-        EXPECT_EQ(lines, after);
-        EXPECT_EQ(selected, RecordCount() - 1);
-    }
-    EXPECT_TRUE(globals.unsaved);
 }
 
 TEST_F(RecorderTest, ConnectsToTheNextPageOfAFrameOrOfTheWindow) {
