@@ -11,7 +11,7 @@ TEST_F(MainWindowTest, StartsIdleUnderASplash) {
     EXPECT_EQ(dynamic_cast<HeadlessControl&>(Find("txtUrl")).left_margin(), 8);
     HeadlessForm& splash = *windows.FindForm("frmSplash");
     EXPECT_TRUE(splash.GetPlace().left == 890 && splash.GetPlace().top == 822);
-    Pass(3000);
+    clock.Pass(3000);
     EXPECT_TRUE(splash.closed() && web.calls.empty());
 }
 
@@ -137,11 +137,11 @@ TEST_F(MainWindowTest, ShowsItsProgressUntilItIsStopped) {
         web.calls.clear();
         const auto start = clock.Elapsed();
         std::string caption;
-        After(300, [&] {
+        clock.After(300, [&] {
             caption = form().Caption();
             Act("F5");  // it runs already
         });
-        After(3000, [&] {
+        clock.After(3000, [&] {
             Act(stop);
             EXPECT_TRUE(window.Stopping());
         });

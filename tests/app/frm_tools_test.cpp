@@ -23,7 +23,7 @@ protected:
         browsers.visible = {other, shop};
         browsers.focused = shop;
         window.Form_Load("");
-        Pass(1100);
+        clock.Pass(1100);
         form().Click("mnuTools");
     }
 
@@ -32,7 +32,7 @@ protected:
     // Puts the pointer there; what the window then shows: the element's id and the state.
     std::string Point(Lines pointer) {
         shop->pointer = std::move(pointer);
-        Pass(300);
+        clock.Pass(300);
         return Shown(kId) + "|" + tools().Find("lblState").Text();
     }
     const std::string kShown = "ポインターの下の要素を表示しています。";
@@ -57,7 +57,7 @@ TEST_F(ToolsTest, ShowsTheElementUnderThePointer) {
     tools().Click("cmdCopy", kValue);
     EXPECT_EQ(windows.ClipboardText(), Shown(kValue));
     EXPECT_EQ(Point({"q"}), "q|クリップボードにコピーしました。");
-    Pass(2000);
+    clock.Pass(2000);
     EXPECT_EQ(Point({}), "q|ポインターはページの外にあります。最後の要素を表示しています。");
     other->Show("inner");  // in another browser window
     other->pointer = {"long"};

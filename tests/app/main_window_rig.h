@@ -90,16 +90,6 @@ protected:
         return lines;
     }
 
-    void Pass(int milliseconds) {
-        for (int i = 0; i < milliseconds; i += 10) {
-            clock.DoEvents();
-            clock.Sleep(10);
-        }
-    }
-    void After(int milliseconds, std::function<void()> act) {
-        clock.At(clock.Elapsed() + static_cast<std::uint64_t>(milliseconds), std::move(act));
-    }
-
     // What the user does, and what it leads to.
     struct Step {
         std::string acts;   // parted by "; "

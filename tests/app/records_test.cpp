@@ -209,7 +209,7 @@ protected:
         const Lines words = Split(act, " ");
         if (act == "open") {
             browsers.visible = {browsers.focused = browser};
-            Pass(1100);
+            clock.Pass(1100);
         } else if (act == "go") {
             user.Click("go");
         } else if (act == "start") {
@@ -226,7 +226,7 @@ protected:
         } else {
             MainWindowTest::Act(act);
         }
-        Pass(200);
+        clock.Pass(200);
     }
     // The activity; which of Rec, Play and Stop are enabled; the records by action and id; "*" when
     // they are unsaved; "!" when the recovery file keeps them.
@@ -281,11 +281,11 @@ TEST_F(RecordTest, WaitsForABrowserAndExplainsOnceHowToOpenOne) {
     browsers.opens = browser;
     Act("Ctrl+B");
     browsers.visible = {browser};
-    After(300, [&] { browsers.focused = browser; });
+    clock.After(300, [&] { browsers.focused = browser; });
     Run({{"cmdRec", "", "", "rec:S*"}});
     browser->Die();
     browsers.visible.clear();
-    Pass(1100);
+    clock.Pass(1100);
     EXPECT_TRUE(Find("txtStatus").Text().starts_with("ブラウザーが閉じられました。"));
     Run({{"cmdStop", "", "", ":R*"}});
 }
@@ -298,7 +298,7 @@ TEST_F(RecordTest, ShowsTheBrowserThatHasTheFocusWhileNothingRuns) {
     auto& handle = dynamic_cast<HeadlessControl&>(Find("txthWnd"));
     const auto shown = [&](const std::shared_ptr<Browser>& focused) {
         browsers.focused = focused;
-        Pass(1100);
+        clock.Pass(1100);
         return url.Text() + " " + handle.Text();
     };
     handle.onDblClick();
@@ -328,13 +328,13 @@ TEST_F(RecordTest, StopsOrClosesWhenTheEventsThatWaitAreRecorded) {
         Run({{"open; cmdRec", "", "", "rec:S*"}});
         user.Click("go");
         if (close) dialogs.answers = {kNo};
-        After(50, [&] {
+        clock.After(50, [&] {
             user.Type("q", "late");
             user.Focus("");
             close ? void(window.Close()) : form().Click("cmdStop");
             EXPECT_EQ(globals.activity, "rec");
         });
-        Pass(300);
+        clock.Pass(300);
         EXPECT_EQ(State(), close ? ":RP url clickgo inputq" : ":RP url clickgo inputq*!");
         EXPECT_EQ(window.closed(), close);
         if (!close) Run({{"mnuNew", "n", "", ":R"}});
@@ -355,8 +355,8 @@ TEST_F(RecordTest, SavesToAFileWhatIsRecordedUntilTheBrowserIsClosed) {
     dialogs.answers = {kOk};
     EXPECT_EQ(record(true), kNothing);
     EXPECT_EQ(dialogs.shown, Lines{"Tamrin|記録はありません。"});
-    After(500, [&] { Act("type a x"); });
-    After(900, [&] {
+    clock.After(500, [&] { Act("type a x"); });
+    clock.After(900, [&] {
         EXPECT_EQ(files.contents[path + ".recovery"], saved);
         browser->Die();
     });
@@ -368,7 +368,7 @@ TEST_F(RecordTest, SavesToAFileWhatIsRecordedUntilTheBrowserIsClosed) {
 TEST_F(RecordTest, ThePaneListsTheTagsOfThePageAndMakesRecordsOfThem) {
     form().Find("optDisp", 1).SetChecked(true);
     Act("open");
-    Pass(1100);
+    clock.Pass(1100);
     EXPECT_EQ(Joined(LinesOf(tags())),
               "1\tINPUT\ttext\tq\t/2\tINPUT\tpassword\tpw\t/3\tINPUT\tsubmit\tgo\t/4\tA\thref\t\t");
     Run({{"tag 3; tag 0", "", "", ":RP url click inputq*"},
@@ -380,7 +380,7 @@ TEST_F(RecordTest, ThePaneListsTheTagsOfThePageAndMakesRecordsOfThem) {
     const auto outlined = [&](const std::string& act) {
         web.calls.clear();
         Act(act);
-        Pass(400);
+        clock.Pass(400);
         return Joined(web.calls);
     };
     EXPECT_EQ(outlined("line 0"), "");
@@ -391,7 +391,7 @@ TEST_F(RecordTest, ThePaneListsTheTagsOfThePageAndMakesRecordsOfThem) {
     EXPECT_EQ(outlined("line 1"), "") << "a recording hides the pane";
     form().Find("optDisp", 1).SetChecked(true);
     browsers.visible.clear();
-    Pass(1700);
+    clock.Pass(1700);
     EXPECT_EQ(LinesOf(tags()), Lines{});
 }
 

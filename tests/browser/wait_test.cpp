@@ -25,7 +25,7 @@ TEST(Wait, LastsItsPassesOrUntilThePageIsCompleteAndEndsWithTheActivity) {
     waits(14, 10);
     waits(15, 20);
     waits(25, 20);
-    clock.At(end + 300, [&] { globals.activity.clear(); });
+    clock.After(300, [&] { globals.activity.clear(); });
     waits(100000, 300);
 
     std::string why;
@@ -42,9 +42,9 @@ TEST(Wait, LastsItsPassesOrUntilThePageIsCompleteAndEndsWithTheActivity) {
     web.busy = true;
     waits_for_page(200, 10010);
     waits_for_page(20000, 20010);
-    clock.At(end + 500, [&] { globals.activity.clear(); });
+    clock.After(500, [&] { globals.activity.clear(); });
     waits_for_page(0, 500);
-    clock.At(end + 700, [&] { web.browser->Die(); });
+    clock.After(700, [&] { web.browser->Die(); });
     waits_for_page(0, 700);
 }
 

@@ -90,12 +90,12 @@ void Check(const std::vector<Row>& rows) {
     }
 }
 
-// Acts when that call is made, or at that time of the clock.
+// Acts when that call is made, or after that time.
 Prepare On(const std::string& call, const Prepare& act) {
     return [=](PlayerRig& rig) { rig.web.on_call[call] = [&rig, act] { act(rig); }; };
 }
-Prepare At(std::uint64_t milliseconds, const Prepare& act) {
-    return [=](PlayerRig& rig) { rig.clock.At(milliseconds, [&rig, act] { act(rig); }); };
+Prepare After(std::uint64_t milliseconds, const Prepare& act) {
+    return [=](PlayerRig& rig) { rig.clock.After(milliseconds, [&rig, act] { act(rig); }); };
 }
 
 const Prepare kStop = [](PlayerRig& rig) { rig.globals.activity.clear(); };
@@ -169,7 +169,7 @@ TEST(ExecRecord, WaitsForThePageAndSaysWhatCannotBeDone) {
         {"<input id=a type=text>", "input\t,id=a,type=text,indt=x\ninput\t,id=a,indt=y",
          "status " + line + "; not found; put a value=y; fire a onchange",
          [](auto& rig) { rig.web.load_ms = 40000; }},
-        {"<p>", "wait\t,indt=100\nquit\t", "", At(50, [](auto& rig) { rig.lines.resize(2); })},
+        {"<p>", "wait\t,indt=100\nquit\t", "", After(50, [](auto& rig) { rig.lines.resize(2); })},
     });
 }
 
@@ -195,8 +195,8 @@ TEST(ExecRecord, ShowsTheSecondsOfAUserWaitThatCanBeSkippedOrStopped) {
     const std::string story = "status 2; status 1; status 1; status ; ";
     for (const std::string record :
          {"click\t,id=a", "click\t,type=href,indt=x", "click\t,type=href,indt=javascript:"}) {
-        Check({{html, record + ",userwait=1.1", story + "skipped", At(330, kSkip)},
-               {html, record + ",userwait=1.1", story + "stopped", At(330, kStop)}});
+        Check({{html, record + ",userwait=1.1", story + "skipped", After(330, kSkip)},
+               {html, record + ",userwait=1.1", story + "stopped", After(330, kStop)}});
     }
 }
 
@@ -246,8 +246,8 @@ TEST(Play, OpensTheFirstUrlRecordAndSaysHowTheRunEnded) {
         {"input\t,id=a,indt=never\n" + kUrl + "\ninput\t,id=a,indt=x", kCompleted, "", 4,
          shown + change + "; navigate page" + change, twice},
         {kUrl + "\nquit\t\nwait\t,indt=10", kCompleted, "", 2, shown + "; quit", twice},
-        {wait, kStopped, "", 2, shown + "; stopped", At(100, kStop)},
-        {wait, kBrowserDied, "", 2, shown + "; " + kDied, At(100, kDie)},
+        {wait, kStopped, "", 2, shown + "; stopped", After(100, kStop)},
+        {wait, kBrowserDied, "", 2, shown + "; " + kDied, After(100, kDie)},
         {kUrl, kNoBrowser, "", 0, "run began; message ブラウザを起動できません|なし",
          [](auto& rig) { rig.web.refusal = "なし"; }},
         {"url\t,size_bar=1.2.300.400.10110,indt=", kNothingToPlay, "play", 0, "run began; create"},

@@ -33,17 +33,14 @@ protected:
             if (verb == "click") user.Click(name);
             if (verb == "enter") user.Enter();
             if (verb == "open") user.GoTo(name);
-            if (verb == "pass") Pass();
+            if (verb == "pass") clock.Pass(300);
             if (verb == "set") globals.settings.rec_change_only = true;
             if (verb == "stop") globals.activity.clear();
         }
     }
-    void Pass() {
-        for (int i = 0; i < 30; ++i, clock.Sleep(10)) clock.DoEvents();
-    }
     void Tell(const std::function<void(BrowserEvents&)>& event) {
         window->Tell(event);
-        Pass();
+        clock.Pass(300);
     }
     // The records once the recording is over, with "; " between: "EVENT ID TYPE VALUE", with "[,]"
     // and "[n]" for an encoded comma and line end. The record of the page itself is left out.
@@ -173,7 +170,7 @@ TEST_F(RecorderTest, ConnectsToTheNextPageOfAFrameOrOfTheWindow) {
 TEST_F(RecorderTest, PausesBeforeTheFirstOfTheEventsThatWait) {
     Start("<input id=b type=submit><input id=a type=submit>");
     Do("pass; click b");
-    clock.At(clock.Elapsed() + 50, [&] {
+    clock.After(50, [&] {
         EXPECT_TRUE(recorder.Handling());
         user.Click("a");
     });

@@ -95,7 +95,7 @@ TEST(DeleteScenarioFile, TriesAgainForFiveSeconds) {
         test::VirtualClock clock;
         files.contents["a.csv"] = "x";
         if (locked_ms > 0) files.locked = {"a.csv"};
-        clock.At(locked_ms, [&] { files.locked.clear(); });
+        clock.After(locked_ms, [&] { files.locked.clear(); });
         EXPECT_EQ(DeleteScenarioFile(files, clock, "a.csv"), locked_ms < 5000) << locked_ms;
         EXPECT_EQ(files.contents.empty(), locked_ms < 5000) << locked_ms;
         EXPECT_EQ(clock.Elapsed(), took_ms);

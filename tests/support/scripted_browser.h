@@ -106,7 +106,7 @@ public:
     // Shows another page when it is loaded.
     void Load(const std::string& address) {
         ++loading_;
-        web_.clock.At(web_.clock.Elapsed() + web_.load_ms, [self = shared_from_this(), address] {
+        web_.clock.After(web_.load_ms, [self = shared_from_this(), address] {
             --self->loading_;
             self->Show(address);
             self->Tell([=, found = self->page_ != nullptr](BrowserEvents& e) {

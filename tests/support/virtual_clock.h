@@ -31,9 +31,13 @@ public:
         for (std::size_t i = 0; i < sources_.size(); ++i) sources_[i]();
     }
 
-    // Runs `action` in the first DoEvents at or after `milliseconds` from the clock's start.
-    void At(std::uint64_t milliseconds, std::function<void()> action) {
-        actions_.emplace(milliseconds, std::move(action));
+    // Runs `action` in the first DoEvents when so many milliseconds have passed from now.
+    void After(std::uint64_t milliseconds, std::function<void()> action) {
+        actions_.emplace(now_ + milliseconds, std::move(action));
+    }
+    // Handles events every 10 milliseconds for that time.
+    void Pass(std::uint64_t milliseconds) {
+        for (const auto end = now_ + milliseconds; now_ < end; Sleep(10)) DoEvents();
     }
     // Runs `source` in every DoEvents.
     void AddSource(std::function<void()> source) { sources_.push_back(std::move(source)); }
