@@ -169,7 +169,6 @@ TEST_F(RecordListTest, TheDialogShowsAndStoresTheFieldsOfARecord) {
 TEST(RecordFields, AreReadAndWrittenInTheirPlaces) {
     EXPECT_EQ(ReadRecordFields("input\t,id=a,type=text,indt=1\0012\002%%comma%%,userwait=1&#44;5"),
               (Record{"input", "a", "text", "", "1,2\r\n%%comma%%", "1,5"}));
-    EXPECT_EQ(ReadRecordFields("sendkeys\t{ENTER}").indt, "{ENTER}");
     EXPECT_EQ(OfferedTypes(), (Lines{"password", "text", "textarea", "input", "file", "checkbox",
                                      "radio", "select-one", "button", "submit", "image", "href"}));
     // A line, a record with the fields that take the place of its own, and the line then.
@@ -368,7 +367,6 @@ TEST_F(RecordTest, SavesToAFileWhatIsRecordedUntilTheBrowserIsClosed) {
 TEST_F(RecordTest, ThePaneListsTheTagsOfThePageAndMakesRecordsOfThem) {
     form().Find("optDisp", 1).SetChecked(true);
     Act("open");
-    clock.Pass(1100);
     EXPECT_EQ(Joined(LinesOf(tags())),
               "1\tINPUT\ttext\tq\t/2\tINPUT\tpassword\tpw\t/3\tINPUT\tsubmit\tgo\t/4\tA\thref\t\t");
     Run({{"tag 3; tag 0", "", "", ":RP url click inputq*"},
