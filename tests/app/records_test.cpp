@@ -59,7 +59,7 @@ TEST_F(RecordListTest, CommandsEditTheListAndAreUndone) {
         // What is undone up to the saved state is saved, unless other edits have replaced it.
         {"show ab; select 0; Del; Ctrl+S; Ctrl+Z; Ctrl+Y", ">C:\\work\\r.csv", "", "[b]"},
         {"Del; Ctrl+Z", "", "", "[b]"},
-        {"Ctrl+Z; mnuAddUnder; Ctrl+Z", "", "", "a/[b]*"},
+        {"Ctrl+Z; mnuAddUnder; Ctrl+Z; Ctrl+Y", "", "", "a/[]/b*"},
         {"show abc; select 2; mnuEditLine" + text + "c, cmdOk", "", "", "a/b/[c]"},
         {"mnuEditLine" + text + "x\r\ny, cmdOk", "", "", "a/b/[x]/y*"},
         {"Ctrl+Z", "", "", "a/b/[c]"},
@@ -201,16 +201,13 @@ protected:
         browser->Show("shop");
         window.Form_Load("");
     }
-    // "open" is a browser in which the user works; there, "type ID TEXT" fills a field and "go"
-    // clicks the button. "tag N" double-clicks a tag, "line N" clicks a record. "start" is what the
-    // program does first where a record has been left.
+    // "browser" is one in which the user works, "tag N" double-clicks a tag, "line N" clicks a
+    // record. "start" is what the program does first where a record has been left.
     void Act(const std::string& act) override {
         const Lines words = Split(act, " ");
-        if (act == "open") {
+        if (act == "browser") {
             browsers.visible = {browsers.focused = browser};
             clock.Pass(1100);
-        } else if (act == "go") {
-            user.Click("go");
         } else if (act == "start") {
             files.contents[kLeft] = "click\t,id=q\r\n";
             window.OfferRecovery();
@@ -219,10 +216,7 @@ protected:
             tags().onDblClick();
         } else if (words[0] == "line") {
             list().SetListIndex(std::stoi(words[1]));
-        } else if (words[0] == "type") {
-            user.Type(words[1], words[2]);
-            user.Focus("");
-        } else {
+        } else if (!user.Do(act)) {
             MainWindowTest::Act(act);
         }
         clock.Pass(200);
@@ -249,9 +243,9 @@ protected:
 
 TEST_F(RecordTest, RecordsFromTheButtonToTheStop) {
     Run({
-        {"open; cmdRec", "", "", "rec:S*"},
-        {"type q x; go; F5", "", "", "rec:S url inputq clickgo*!"},
-        {"cmdStop; go", "", "", ":RP url inputq clickgo*!"},
+        {"browser; cmdRec", "", "", "rec:S*"},
+        {"type q x; click go; F5", "", "", "rec:S url inputq clickgo*!"},
+        {"cmdStop; click go", "", "", ":RP url inputq clickgo*!"},
     });
     EXPECT_EQ(files.contents[kLeft],
               "url\t,id=,size_bar=0.0.1024.768.11110,indt=shop\r\n"
@@ -260,11 +254,12 @@ TEST_F(RecordTest, RecordsFromTheButtonToTheStop) {
               (std::vector{2, 0, 1}));
     Run({
         {"cmdRec", "c", "既存データあり|現在の記録データは破棄して", ":RP url inputq clickgo*!"},
-        {"cmdRec; type q y; mnuStop", "n", "", ":RP url inputq clickgo inputq*!"},
-        {"mnuRec; go; cmdStop", "y", "「はい」→新規記録", ":RP url clickgo*!"},
+        {"cmdRec; type q y; leave; mnuStop", "n", "", ":RP url inputq clickgo inputq*!"},
+        {"mnuRec; click go; cmdStop", "y", "「はい」→新規記録", ":RP url clickgo*!"},
         {"mnuSave", ">C:\\new.csv", "", ":RP url clickgo"},
-        {"cmdRec; type pw x; cmdStop", "o", "パスワードの記録|", ":RP url clickgo inputpw*!"},
-        {"cmdRec; type pw other; cmdStop", "y", "", ":RP url inputpw*!"},
+        {"cmdRec; type pw x; leave; cmdStop", "o", "パスワードの記録|",
+         ":RP url clickgo inputpw*!"},
+        {"cmdRec; type pw other; leave; cmdStop", "y", "", ":RP url inputpw*!"},
         {"mnuNew", "n", "", ":R"},
         // What a crash has left.
         {"start", "n", "が 1 行残っています。復元しますか？", ":R"},
@@ -324,12 +319,12 @@ TEST_F(RecordTest, ShowsTheBrowserThatHasTheFocusWhileNothingRuns) {
 
 TEST_F(RecordTest, StopsOrClosesWhenTheEventsThatWaitAreRecorded) {
     for (const bool close : {false, true}) {
-        Run({{"open; cmdRec", "", "", "rec:S*"}});
-        user.Click("go");
+        Run({{"browser; cmdRec", "", "", "rec:S*"}});
+        user.Do("click go");
         if (close) dialogs.answers = {kNo};
         clock.After(50, [&] {
-            user.Type("q", "late");
-            user.Focus("");
+            user.Do("type q late");
+            user.Do("leave");
             close ? void(window.Close()) : form().Click("cmdStop");
             EXPECT_EQ(globals.activity, "rec");
         });
@@ -354,7 +349,8 @@ TEST_F(RecordTest, SavesToAFileWhatIsRecordedUntilTheBrowserIsClosed) {
     dialogs.answers = {kOk};
     EXPECT_EQ(record(true), kNothing);
     EXPECT_EQ(dialogs.shown, Lines{"Tamrin|記録はありません。"});
-    clock.After(500, [&] { Act("type a x"); });
+    clock.After(500, [&] { user.Do("type a x"); });
+    clock.After(600, [&] { user.Do("leave"); });
     clock.After(900, [&] {
         EXPECT_EQ(files.contents[path + ".recovery"], saved);
         browser->Die();
@@ -366,7 +362,7 @@ TEST_F(RecordTest, SavesToAFileWhatIsRecordedUntilTheBrowserIsClosed) {
 
 TEST_F(RecordTest, ThePaneListsTheTagsOfThePageAndMakesRecordsOfThem) {
     form().Find("optDisp", 1).SetChecked(true);
-    Act("open");
+    Act("browser");
     EXPECT_EQ(Joined(LinesOf(tags())),
               "1\tINPUT\ttext\tq\t/2\tINPUT\tpassword\tpw\t/3\tINPUT\tsubmit\tgo\t/4\tA\thref\t\t");
     Run({{"tag 3; tag 0", "", "", ":RP url click inputq*"},

@@ -19,23 +19,14 @@ protected:
         window->Show("page");
         recorder.Start(window, RecordKind::kNew);
     }
-    // What the user does, with "; " between: "type NAME TEXT", "focus NAME", "leave" (the field),
-    // "click NAME", "enter", "open ADDRESS", "pass" (0.3 seconds), "set" ("rec change only"),
-    // "stop".
+    // What the user does, with "; " between; also "pass" (0.3 seconds), "set" ("rec change only")
+    // and "stop".
     void Do(const std::string& acts) {
         for (const std::string& act : SplitLines(ReplaceAll(acts, "; ", "\n"))) {
-            const std::string verb = act.substr(0, act.find(' '));
-            const std::string rest = act.substr(std::min(verb.size() + 1, act.size()));
-            const std::string name = rest.substr(0, rest.find(' '));
-            const std::string text = rest.substr(std::min(name.size() + 1, rest.size()));
-            if (verb == "type") user.Type(name, text);
-            if (verb == "focus" || verb == "leave") user.Focus(name);
-            if (verb == "click") user.Click(name);
-            if (verb == "enter") user.Enter();
-            if (verb == "open") user.GoTo(name);
-            if (verb == "pass") clock.Pass(300);
-            if (verb == "set") globals.settings.rec_change_only = true;
-            if (verb == "stop") globals.activity.clear();
+            user.Do(act);
+            if (act == "pass") clock.Pass(300);
+            if (act == "set") globals.settings.rec_change_only = true;
+            if (act == "stop") globals.activity.clear();
         }
     }
     void Tell(const std::function<void(BrowserEvents&)>& event) {
@@ -172,7 +163,7 @@ TEST_F(RecorderTest, PausesBeforeTheFirstOfTheEventsThatWait) {
     Do("pass; click b");
     clock.After(50, [&] {
         EXPECT_TRUE(recorder.Handling());
-        user.Click("a");
+        user.Do("click a");
     });
     const auto before = clock.Elapsed();
     clock.DoEvents();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <stdexcept>
 
 #include "support/scripted_browser.h"
@@ -13,9 +14,37 @@ public:
     ScriptedUser(ScriptedWeb& web, std::shared_ptr<ScriptedBrowser> window)
         : web_(web), window_(std::move(window)) {}
 
+    // "type NAME TEXT", "focus NAME", "leave" (the field), "click NAME", "enter" (the key) or "open
+    // ADDRESS". False when it is no act of a user.
+    bool Do(const std::string& act) {
+        const std::string verb = act.substr(0, act.find(' '));
+        const std::string rest = act.substr(std::min(verb.size() + 1, act.size()));
+        const std::string name = rest.substr(0, rest.find(' '));
+        const std::string text = rest.substr(std::min(name.size() + 1, rest.size()));
+        if (verb == "type") {
+            At(name, [=](Node& node) { node.value = text; });
+        } else if (verb == "focus" || verb == "leave") {
+            At(name, [](Node&) {});
+        } else if (verb == "click") {
+            At(name, [this](Node& node) { Click(node); });
+        } else if (verb == "enter") {
+            web_.events.emplace_back([this] { Enter(); });
+        } else if (verb == "open") {
+            web_.events.emplace_back([=, this] { Leave(name); });
+        } else {
+            return false;
+        }
+        return true;
+    }
+
+private:
+    struct Spot {
+        std::shared_ptr<ScriptedPage> page;
+        Node* node = nullptr;
+    };
     // Brings the focus to an element, or to the one around it that takes it, and does `act` there.
     // "" is beside everything.
-    void Focus(const std::string& name, const std::function<void(Node&)>& act = [](Node&) {}) {
+    void At(const std::string& name, const std::function<void(Node&)>& act) {
         static const std::set<std::string> kFields{"INPUT", "BUTTON", "SELECT", "TEXTAREA"};
         Spot spot = Find(name);
         const auto takes_focus = [&](const Node& node) {
@@ -28,38 +57,20 @@ public:
             act(*spot.node);
         });
     }
-    void Type(const std::string& name, const std::string& text) {
-        Focus(name, [=](Node& node) { node.value = text; });
+    // A link, or a submit button of a form with an action, leads there.
+    void Click(Node& node) {
+        if (node.Attribute("type") == "radio") node.checked = true;
+        Fire(*Active().page, &DocumentEvents::onclick);
+        if (web_.pages.contains(node.Attribute("href"))) Leave(node.Attribute("href"));
+        if (node.IsSubmit()) Submit(node.Form());
     }
-    // Clicks it: a link, or a submit button of a form with an action, leads there.
-    void Click(const std::string& name) {
-        Focus(name, [this](Node& node) {
-            if (node.Attribute("type") == "radio") node.checked = true;
-            Fire(*Active().page, &DocumentEvents::onclick);
-            if (web_.pages.contains(node.Attribute("href"))) Leave(node.Attribute("href"));
-            if (node.IsSubmit()) Submit(node.Form());
-        });
-    }
-    // Presses Enter in the active field of a form.
     void Enter() {
-        web_.events.emplace_back([this] {
-            const Spot field = Active();
-            field.page->subscribers.ForEach([](DocumentEvents& e) { e.onkeypress(13); });
-            // The browser itself clicks the submit button; the focus stays in the field.
-            Fire(*field.page, &DocumentEvents::onclick);
-            Submit(field.node->Form());
-        });
+        const Spot field = Active();
+        field.page->subscribers.ForEach([](DocumentEvents& e) { e.onkeypress(13); });
+        // The browser itself clicks the submit button; the focus stays in the field.
+        Fire(*field.page, &DocumentEvents::onclick);
+        Submit(field.node->Form());
     }
-    // Enters an address.
-    void GoTo(const std::string& address) {
-        web_.events.emplace_back([=, this] { Leave(address); });
-    }
-
-private:
-    struct Spot {
-        std::shared_ptr<ScriptedPage> page;
-        Node* node = nullptr;
-    };
     static void Fire(ScriptedPage& page, void (DocumentEvents::*event)()) {
         page.subscribers.ForEach(std::mem_fn(event));
     }
