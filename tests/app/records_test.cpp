@@ -385,7 +385,7 @@ TEST_F(RecordTest, ThePaneListsTheTagsOfThePageAndMakesRecordsOfThem) {
     EXPECT_EQ(outlined("line 1"), "") << "a recording hides the pane";
     form().Find("optDisp", 1).SetChecked(true);
     browsers.visible.clear();
-    clock.Pass(1700);
+    clock.Pass(500);
     EXPECT_EQ(LinesOf(tags()), Lines{});
 }
 
