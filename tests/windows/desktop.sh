@@ -1,6 +1,6 @@
 # shellcheck shell=bash
 # A desktop for Windows programs: a Wine prefix with fonts, an X display of its own and a window
-# manager. Sourced by the scripts beside it.
+# manager, from where a script sources this until it ends.
 
 wine_cache=${wine_cache:-$PWD/build/wine}
 desktop_pids=()
@@ -10,18 +10,25 @@ export WINEPREFIX=$wine_cache/prefix
 # browser.
 export WINEDEBUG=-all WINEDLLOVERRIDES='mscoree,mshtml='
 
-# Sets the locale, which decides the code page and the language of the system's own dialogs. Its name
-# is all that counts for these; file names need in addition that it exists, with UTF-8.
-set_locale() {
+# Starts the display and its window manager; DISPLAY names it.
+start_desktop() {
+    local number
+    exec {display_number}< <(exec Xvfb -displayfd 1 -screen 0 1280x1000x24 -nolisten tcp 2>/dev/null)
+    desktop_pids+=($!)
+    read -r -t 20 number <&"$display_number"
+    export DISPLAY=:$number
+    openbox >/dev/null 2>&1 &
+    desktop_pids+=($!)
+}
+
+# Makes the prefix unless an earlier run has left a whole one. The locale decides the code page and
+# the language of the system's own dialogs. Its name is all that counts for these; file names need in
+# addition that it exists, with UTF-8.
+prepare_prefix() {
     export LOCPATH=$wine_cache/locale
     mkdir -p "$LOCPATH"
     [ -e "$LOCPATH/ja_JP.UTF-8" ] || cp -r /usr/lib/locale/C.utf8 "$LOCPATH/ja_JP.UTF-8"
     export LC_ALL=ja_JP.UTF-8
-}
-
-# Makes the prefix unless an earlier run has left a whole one.
-prepare_prefix() {
-    set_locale
     if [ -e "$wine_cache/ready" ]; then return; fi
     rm -rf "$WINEPREFIX"
     timeout 180 wineboot -i >/dev/null 2>&1
@@ -31,21 +38,12 @@ prepare_prefix() {
     touch "$wine_cache/ready"
 }
 
-# Starts the display and its window manager; DISPLAY names it.
-start_desktop() {
-    local number
-    mkdir -p "$wine_cache"
-    exec {display_number}< <(exec Xvfb -displayfd 1 -screen 0 1280x1000x24 -nolisten tcp 2>/dev/null)
-    desktop_pids+=($!)
-    read -r -t 20 number <&"$display_number" || return 1
-    export DISPLAY=:$number
-    openbox >/dev/null 2>&1 &
-    desktop_pids+=($!)
-}
-
 # Ends what was started: the prefix's own processes, then the display's by their ids.
 end_desktop() {
     wineserver -k 2>/dev/null || true
-    local pid
-    for pid in "${desktop_pids[@]}"; do kill "$pid" 2>/dev/null || true; done
+    kill "${desktop_pids[@]}" 2>/dev/null || true
 }
+
+trap end_desktop EXIT
+start_desktop
+prepare_prefix

@@ -1,20 +1,15 @@
-// Reads the windows of other programs for the scripts. Each line of the input is a question, its
-// words parted by tabs:
-//   title CLASS          the title of the window of that class
-//   active               the title of the window in front
+// Reads the windows of other programs for the scripts. Its arguments are a question:
+//   window CLASS         the X window of the window of that class, then the X window in front
 //   gone CLASS           nothing, once there is none
-//   close CLASS          nothing; closes it by its close box
-//   text CLASS KIND [N]  the texts of its controls of a kind (Static, Edit), or of number N
+//   text CLASS [KIND]    its title; the texts of its controls of a kind (Static, Edit)
 //   lines CLASS N        the lines of its list box number N
 //   point CLASS CAPTION  the middle of its button with that caption, as X Y
-//   row CLASS N ROW      a point of a row of its list box number N, as X Y
-// An answer ends with the line "." or, when it is not so within a minute, "?".
+//   point CLASS N LINE   the middle of a line of its list box number N
+// It waits for the window for a minute, and fails when there is no such thing.
 
 #include <windows.h>
 
 #include <iostream>
-#include <sstream>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -23,85 +18,64 @@
 namespace tamrin {
 namespace {
 
-constexpr int kTimeoutMs = 60000;
-constexpr DWORD kPauseMs = 10;
-
-using Words = std::vector<std::wstring>;
-
-void Print(std::wstring text) {
-    std::erase(text, L'\r');
+// Of a window, or of a line of a list box.
+void PrintText(HWND window, UINT length_message = WM_GETTEXTLENGTH, UINT text_message = WM_GETTEXT,
+               WPARAM line = 0) {
+    std::wstring text(static_cast<std::size_t>(SendMessageW(window, length_message, line, 0)), 0);
+    SendMessageW(window, text_message, text_message == WM_GETTEXT ? text.size() + 1 : line,
+                 reinterpret_cast<LPARAM>(text.data()));
     std::cout << Utf8(text) << '\n';
 }
 
-std::wstring Text(HWND window, UINT length_message, UINT text_message, WPARAM row) {
-    const auto length = static_cast<std::size_t>(SendMessageW(window, length_message, row, 0));
-    std::wstring text(length + 1, L'\0');
-    SendMessageW(window, text_message, text_message == WM_GETTEXT ? text.size() : row,
-                 reinterpret_cast<LPARAM>(text.data()));
-    text.resize(length);
-    return text;
+// The control of that kind that was made after `number` others; nullptr when there is none.
+HWND Control(HWND window, const std::wstring& kind, int number) {
+    HWND control = nullptr;
+    do control = FindWindowExW(window, control, kind.c_str(), nullptr);
+    while (control && number-- > 0);
+    return control;
 }
 
-std::wstring Text(HWND window) { return Text(window, WM_GETTEXTLENGTH, WM_GETTEXT, 0); }
-
-// The controls of a window that are of one class, in the order in which they were made.
-std::vector<HWND> Controls(HWND window, const std::wstring& control_class) {
-    std::vector<HWND> controls;
-    for (HWND child = nullptr;
-         (child = FindWindowExW(window, child, control_class.c_str(), nullptr));) {
-        controls.push_back(child);
-    }
-    return controls;
-}
-
-bool PrintPoint(HWND window, POINT point) {
-    ClientToScreen(window, &point);
-    std::cout << point.x << ' ' << point.y << '\n';
-    return true;
-}
-
-bool Answer(const Words& words) {
+bool Answer(const std::vector<std::wstring>& words) {
     const std::wstring& what = words.at(0);
-    HWND window = GetForegroundWindow();
+    HWND window = nullptr;
     const auto so = [&] {
-        window = nullptr;
-        do {
-            window = FindWindowExW(nullptr, window, words.at(1).c_str(), nullptr);
-        } while (window && !IsWindowVisible(window));
+        for (int i = 0; (window = Control(nullptr, words.at(1), i)); ++i) {
+            if (IsWindowVisible(window)) break;
+        }
         return (what == L"gone") == !window;
     };
-    for (const ULONGLONG start = GetTickCount64(); what != L"active" && !so(); Sleep(kPauseMs)) {
-        if (GetTickCount64() - start > kTimeoutMs) return false;
+    for (int pauses = 0; !so(); ++pauses) {
+        if (pauses == 6000) return false;
+        Sleep(10);
     }
-    if (what == L"close") return PostMessageW(window, WM_CLOSE, 0, 0) != 0;
-    if (what == L"title" || what == L"active") Print(Text(window));
-    if (what == L"text") {
-        const auto controls = Controls(window, words.at(2));
-        for (std::size_t i = 0; i < controls.size(); ++i) {
-            if (words.size() < 4 || std::stoul(words[3]) == i) Print(Text(controls[i]));
+    const auto list = [&] { return Control(window, L"ListBox", std::stoi(words.at(2))); };
+    if (what == L"window") {
+        for (const HWND shown : {window, GetForegroundWindow()}) {
+            std::cout << reinterpret_cast<std::uintptr_t>(
+                             GetPropW(shown, L"__wine_x11_whole_window"))
+                      << '\n';
         }
+    } else if (what == L"text" && words.size() == 2) {
+        PrintText(window);
+    } else if (what == L"text") {
+        HWND control = nullptr;
+        for (int i = 0; (control = Control(window, words[2], i)); ++i) PrintText(control);
+    } else if (what == L"lines") {
+        const LRESULT count = SendMessageW(list(), LB_GETCOUNT, 0, 0);
+        for (int i = 0; i < count; ++i) PrintText(list(), LB_GETTEXTLEN, LB_GETTEXT, i);
     } else if (what == L"point") {
-        for (const HWND button : Controls(window, L"Button")) {
-            RECT client{};
-            GetClientRect(button, &client);
-            if (Text(button) == words.at(2)) {
-                return PrintPoint(button, {client.right / 2, client.bottom / 2});
-            }
-        }
-        return false;
-    } else if (what == L"lines" || what == L"row") {
-        const HWND list = Controls(window, L"ListBox").at(std::stoul(words.at(2)));
-        const auto ask = [list](UINT message) {
-            return static_cast<int>(SendMessageW(list, message, 0, 0));
-        };
-        if (what == L"row") {
-            const int row = std::stoi(words.at(3)) - ask(LB_GETTOPINDEX);
-            const int height = ask(LB_GETITEMHEIGHT);
-            return PrintPoint(list, {30, height * row + height / 2});
-        }
-        for (int row = 0, count = ask(LB_GETCOUNT); row < count; ++row) {
-            Print(Text(list, LB_GETTEXTLEN, LB_GETTEXT, static_cast<WPARAM>(row)));
-        }
+        const bool is_button = words.size() == 3;
+        const HWND control =
+            is_button ? FindWindowExW(window, nullptr, L"Button", words.at(2).c_str()) : list();
+        if (!control) return false;
+        RECT area{};
+        if (is_button)
+            GetClientRect(control, &area);
+        else
+            SendMessageW(control, LB_GETITEMRECT, std::stoi(words.at(3)),
+                         reinterpret_cast<LPARAM>(&area));
+        MapWindowPoints(control, nullptr, reinterpret_cast<POINT*>(&area), 2);
+        std::cout << (area.left + area.right) / 2 << ' ' << (area.top + area.bottom) / 2 << '\n';
     }
     return true;
 }
@@ -109,16 +83,4 @@ bool Answer(const Words& words) {
 }  // namespace
 }  // namespace tamrin
 
-int main() {
-    for (std::string line; std::getline(std::cin, line);) {
-        tamrin::Words words;
-        std::wistringstream text(tamrin::Wide(line));
-        for (std::wstring word; std::getline(text, word, L'\t');) words.push_back(word);
-        bool found = false;
-        try {
-            found = tamrin::Answer(words);
-        } catch (const std::out_of_range&) {  // the window went, and its controls with it
-        }
-        std::cout << (found ? ".\n" : "?\n") << std::flush;
-    }
-}
+int wmain(int count, wchar_t** words) { return tamrin::Answer({words + 1, words + count}) ? 0 : 1; }
