@@ -36,15 +36,13 @@ TEST(Replace, KeepsPermissionsAndLinks) {
     EXPECT_EQ(folder.Names(), (Names{"a.csv", "c.csv", "dangling", "links", "loop", "new.csv"}));
 }
 
-TEST(Read, TakesAFileWhoseSizeIsNotKnownBeforehand) {
-    EXPECT_NE(PosixFiles().Read("/proc/self/maps").value_or("").size(), 0U);
-}
-
 TEST(Replace, LeavesEverythingAsItWasOnFailure) {
     const TemporaryFolder folder;
     PosixFiles files;
     const std::string path = folder.Write("a.csv", "old");
     EXPECT_FALSE(files.Replace("/dev/null", "new"));
+    // A file whose size is not known beforehand.
+    EXPECT_NE(files.Read("/proc/self/maps").value_or("").size(), 0U);
 
     // A full disk: files may not grow beyond 4096 bytes.
     rlimit before{};
