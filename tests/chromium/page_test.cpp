@@ -31,16 +31,10 @@ TEST_F(Loading, IsKnownWhenTheActThatBeginsItReturns) {
 }
 
 TEST_F(Loading, TellsTheBrowsersWordForWhatFails) {
-    const std::pair<std::string, std::string> rows[] = {
-        {"127.0.0.1:1/none", "http://127.0.0.1:1/none ERR_UNSAFE_PORT"},
-        {"http://[bad/", "http://[bad/ ERR_INVALID_URL"},
-    };
-    for (const auto& [address, told] : rows) {
-        conformance::EventLog errors(browser());
-        EXPECT_TRUE(browser().Navigate(address) && browser().Busy());
-        EXPECT_TRUE(Wait([&] { return errors.Has("NavigateError " + told); })) << told;
-        EXPECT_TRUE(WaitComplete());
-    }
+    Check(
+        {{"", "go:127.0.0.1:1/none done", "",
+          "navigate , NavigateError http://127.0.0.1:1/none ERR_UNSAFE_PORT, DocumentComplete top"},
+         {"", "go:http://[bad/ done", "", "NavigateError http://[bad/ ERR_INVALID_URL"}});
 }
 
 using OutlineTest = ChromiumTest;

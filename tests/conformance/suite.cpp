@@ -116,9 +116,9 @@ Document Suite::GoTo(const std::string& address) {
     return browser().document();
 }
 
-void Suite::Pump() {
+bool Suite::Pump() {
     int quiet = 0;  // passes: a browser is not believed at once
-    Wait([&] { return (quiet = browser().AllDelivered() ? quiet + 1 : 0) > 2; });
+    return Wait([&] { return (quiet = browser().AllDelivered() ? quiet + 1 : 0) > 2; });
 }
 
 Element Suite::Find(std::string_view path) {
@@ -203,7 +203,7 @@ void Suite::Do(const std::string& acts) {
             {"old", [&] { return answer(std::to_string(StillAnswers(element))); }},
             {"frames", [&] { return answer(FramesOf(browser().document())); }},
             {"done", [&] { return WaitComplete(); }},
-            {"box", [&] { return Pump(), Wait([&] { return browser().Busy(); }); }},
+            {"box", [&] { return Wait([&] { return browser().Busy(); }) && Pump(); }},
         };
         const auto act = known.find(verb);
         if (act != known.end()) {

@@ -195,7 +195,7 @@ protected:
         return Wait([&] { return !window.Busy() && window.ReadyState() == 4; });
     }
     // Handles events until the browser has no more of them, for what must not happen.
-    void Pump();
+    bool Pump();
 
     // The element with an id, in a frame when the ids of the frames' elements precede it: "i/k".
     Element Find(std::string_view path);
@@ -223,7 +223,7 @@ protected:
     // Does what each row says and compares all that came of it; where it has frames, once with $1
     // of the tests' own origin and $2 of another one, and once the other way about.
     void Check(const std::vector<Row>& rows);
-    bool Press(std::string name) { return input().SendKeys({{.text = "", .name = name}}); }
+    bool Press(const std::string& name) { return input().SendKeys({{.text = "", .name = name}}); }
 
 private:
     // Presses and releases the mouse where a player would: inside the element's top left corner.
