@@ -13,7 +13,8 @@ std::vector<int> BrowserProcesses(const std::string& profile) {
     std::error_code error;
     for (const auto& entry : std::filesystem::directory_iterator("/proc", error)) {
         std::ifstream file(entry.path() / "cmdline", std::ios::binary);
-        const std::string line{std::istreambuf_iterator<char>(file), {}};
+        std::string line;
+        std::getline(file, line);  // nothing when the process ends meanwhile
         if (profile.empty() || line.find(profile) == std::string::npos) continue;
         const bool is_first = line.find("--type=") == std::string::npos;
         ids.insert(is_first ? ids.begin() : ids.end(), std::stoi(entry.path().filename()));
