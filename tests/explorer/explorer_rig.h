@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "explorer/page_double.h"
+#include "explorer/browser_double.h"
 #include "platform/explorer/browser_objects.h"
 #include "platform/explorer/call_filter.h"
 #include "platform/explorer/explorer_browser.h"

@@ -77,7 +77,7 @@ TEST_F(PageTest, ReachesFramesUntilTheyAreLeft) {
     inner->is["Document"] = Variant(page->frames.at(&El("j"))->document().get());
     world.browser = inner.get();
     EXPECT_EQ(top.frames()[1].document.url(), "http://other/");
-    page->SetFrame(El("i"), "<p id=b>", "http://site/b");
+    page->frames.at(&El("i")) = &world.Open("<p id=b>", 11, "http://site/b");
     it->Tell(DISPID_NAVIGATECOMPLETE2, "http://site/b", 0, inner.get());
     EXPECT_EQ(frames[0].document.url(), "");
     EXPECT_EQ(top.frames()[0].document.url() + top.url(), "http://site/bhttp://site/");
@@ -171,8 +171,8 @@ TEST_F(PageTest, StandsOnTheScreenWithFramesAndZoom) {
             mode);
         const Element b = shown.frames().at(0).document.Named("b").by_id;
         const auto point = [&](const Element& element) {
-            const auto at = ScreenPointOf(element, window.content);
-            return at ? std::pair(at->x - place.left, at->y - place.top) : std::pair(-1L, -1L);
+            const auto at = ScreenPointOf(element, window.content).value_or(ScreenPoint());
+            return std::pair(at.x - place.left, at.y - place.top);
         };
         const auto under = [&](int x, int y) {
             return Ids(ElementsAt({place.left + x, place.top + y}, window.content,
@@ -184,7 +184,7 @@ TEST_F(PageTest, StandsOnTheScreenWithFramesAndZoom) {
         page->screen_dpi = 144;
         EXPECT_EQ(point(b), std::pair(168L, 335L));
         EXPECT_EQ(under(169, 337), "f b ");
-        EXPECT_EQ(point(shown.Named("out").by_id), std::pair(-1L, -1L));
+        EXPECT_FALSE(ScreenPointOf(shown.Named("out").by_id, window.content));
         const HWND cover = MakeWindow(L"TamrinTestWindow", window.frame, WS_POPUP, place);
         EXPECT_EQ(under(5, 5), "");
         DestroyWindow(cover);

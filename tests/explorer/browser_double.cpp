@@ -1,4 +1,4 @@
-#include "explorer/page_double.h"
+#include "explorer/browser_double.h"
 
 #include <algorithm>
 #include <array>
@@ -45,23 +45,18 @@ Nodes Frames(const PageDouble& page) {
     return frames;
 }
 
-const IID& EventsOf(const std::string& kind) {
-    if (kind == "document") return __uuidof(HTMLDocumentEvents2);
-    return kind == "FORM" ? __uuidof(HTMLFormElementEvents2) : GUID_NULL;
-}
-
 // A document, a window, a list of nodes, a location, or an element, whose kind is its tag.
 class PageObject : public ObjectDouble {
 public:
     PageObject(PageDouble& page, std::string kind, Nodes nodes)
-        : ObjectDouble(page.world.faults, EventsOf(kind)),
+        : ObjectDouble(page.world.faults, kind == "document" ? __uuidof(HTMLDocumentEvents2)
+                                                             : __uuidof(HTMLFormElementEvents2)),
           page_(page),
           kind_(std::move(kind)),
           nodes_(std::move(nodes)),
           e_(nodes_.empty() ? *page.root : *nodes_.front()) {}
     ~PageObject() override {
-        const auto known = page_.objects.find(&e_);
-        if (known != page_.objects.end() && known->second == this) page_.objects.erase(known);
+        std::erase_if(page_.objects, [this](const auto& known) { return known.second == this; });
     }
 
 private:
@@ -256,11 +251,7 @@ PageDouble::PageDouble(PageWorld& its_world, std::string_view html, int its_mode
       root(ParseHtml("<html><body>" + std::string(html))) {
     active = root->Below("BODY").at(0);
     for (Node* node : Frames(*this))
-        SetFrame(*node, node->Attribute("srcdoc"), node->Attribute("src"));
-}
-
-void PageDouble::SetFrame(Node& frame, std::string_view html, const std::string& its_url) {
-    frames[&frame] = &world.Open(html, mode, its_url);
+        frames[node] = &world.Open(node->Attribute("srcdoc"), mode, node->Attribute("src"));
 }
 
 Nodes PageDouble::With(const std::string& attribute, std::string_view value) {
