@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <map>
+#include <regex>
 #include <string>
 #include <vector>
 
@@ -84,6 +86,9 @@ TEST(IncludeTable, FindsFaults) {
 TEST(IncludeTable, HoldsForEveryLineOfTheSource) {
     const fs::path src = fs::path(TAMRIN_SOURCE_DIR) / "src";
     int files = 0;
+    // The linker takes one of two types of the same name for both.
+    std::map<std::string, std::string> types;
+    const std::regex type("^(?:class|struct) (\\w+)[^;]*\\{.*");
     for (const auto& entry : fs::recursive_directory_iterator(src)) {
         const std::string path = entry.path().lexically_relative(src).generic_string();
         if (!path.ends_with(".cpp") && !path.ends_with(".h")) continue;
@@ -91,6 +96,9 @@ TEST(IncludeTable, HoldsForEveryLineOfTheSource) {
         std::ifstream stream(entry.path());
         for (std::string line; std::getline(stream, line);) {
             EXPECT_EQ("", Fault(path, line.substr(0, line.find("//")))) << path << ": " << line;
+            std::smatch name;
+            if (!path.ends_with(".h") || !std::regex_match(line, name, type)) continue;
+            EXPECT_EQ(types.try_emplace(name[1], path).first->second, path) << name[1];
         }
     }
     EXPECT_GT(files, 100);

@@ -18,7 +18,7 @@ constexpr std::uint64_t kBeginsWithinMs = 2000;
 // After that call it may move into another process for so long.
 constexpr std::uint64_t kMovesWithinMs = 10000;
 
-using Snapshot = std::pair<std::shared_ptr<ExplorerDocument>, std::shared_ptr<PageSnapshot>>;
+using Snapshot = std::pair<std::shared_ptr<ExplorerDocument>, std::shared_ptr<EventSnapshot>>;
 
 // Snapshots of all pages that have subscribers, before a navigation takes the pages away.
 std::vector<Snapshot> SnapshotsOf(const PagePool& pages) {

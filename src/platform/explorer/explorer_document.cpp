@@ -48,7 +48,7 @@ Element ExplorerDocument::activeElement() {
         pool_->fired_click().Settle();
         return ElementOf(document_.Get("activeElement"));
     }
-    const auto& active = snapshot_->elements[PageSnapshot::kActive];
+    const auto& active = snapshot_->elements[EventSnapshot::kActive];
     return active ? active->element : Element();
 }
 
@@ -106,19 +106,19 @@ std::unique_ptr<Connection> ExplorerDocument::Connect(DocumentEvents& events) {
     return PageConnection::Make(shared_from_this(), events);
 }
 
-std::shared_ptr<PageSnapshot> ExplorerDocument::TakeSnapshot(bool with_default_button) {
-    auto taken = std::make_shared<PageSnapshot>();
+std::shared_ptr<EventSnapshot> ExplorerDocument::TakeSnapshot(bool with_default_button) {
+    auto taken = std::make_shared<EventSnapshot>();
     // Reads the page itself, also while the handler of an earlier event runs.
-    PageSnapshot* const current = std::exchange(snapshot_, nullptr);
+    EventSnapshot* const current = std::exchange(snapshot_, nullptr);
     taken->url = url();
-    const auto add = [&taken](PageSnapshot::Role role, const Element& element) {
+    const auto add = [&taken](EventSnapshot::Role role, const Element& element) {
         if (element) taken->elements[role] = ExplorerElement::Of(element)->TakeSnapshot();
     };
     const Element active = activeElement();
-    add(PageSnapshot::kActive, active);
-    add(PageSnapshot::kParent, active.parentElement());
-    add(PageSnapshot::kForm, active.form());
-    if (with_default_button) add(PageSnapshot::kDefaultButton, active.DefaultButton());
+    add(EventSnapshot::kActive, active);
+    add(EventSnapshot::kParent, active.parentElement());
+    add(EventSnapshot::kForm, active.form());
+    if (with_default_button) add(EventSnapshot::kDefaultButton, active.DefaultButton());
     snapshot_ = current;
     return taken;
 }

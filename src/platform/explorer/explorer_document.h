@@ -14,7 +14,7 @@
 namespace tamrin {
 
 class PageConnection;
-struct PageSnapshot;
+struct EventSnapshot;
 
 // One page of a browser window, or of a frame in it.
 class ExplorerDocument : public DocumentObject,
@@ -66,10 +66,10 @@ public:
     bool IsHtml() { return !document_.Get("documentElement").Failed(); }
 
     // The snapshot of the event whose handler is running; null when none is.
-    PageSnapshot* snapshot() const { return snapshot_; }
-    void SetSnapshot(PageSnapshot* snapshot) { snapshot_ = snapshot; }
+    EventSnapshot* snapshot() const { return snapshot_; }
+    void SetSnapshot(EventSnapshot* snapshot) { snapshot_ = snapshot; }
     // Notes the active element, its parent and form, and on demand the form's default button.
-    std::shared_ptr<PageSnapshot> TakeSnapshot(bool with_default_button);
+    std::shared_ptr<EventSnapshot> TakeSnapshot(bool with_default_button);
 
     std::vector<PageConnection*>& connections() { return connections_; }
 
@@ -84,7 +84,7 @@ private:
     std::optional<int> mode_;
     DispatchObject root_;
     Element holder_;
-    PageSnapshot* snapshot_ = nullptr;
+    EventSnapshot* snapshot_ = nullptr;
     std::vector<PageConnection*> connections_;
 };
 

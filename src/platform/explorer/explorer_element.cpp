@@ -58,7 +58,7 @@ const DispatchObject& ExplorerElement::object() const {
 }
 
 std::string ExplorerElement::Get(std::string_view property) {
-    const PageSnapshot* snapshot = page_->snapshot();
+    const EventSnapshot* snapshot = page_->snapshot();
     if (const ElementSnapshot* then = snapshot ? snapshot->Find(identity()) : nullptr) {
         const auto known = then->properties.find(property);
         if (known != then->properties.end()) return known->second;
@@ -102,7 +102,7 @@ std::string ExplorerElement::TextMember(std::string_view property) {
 }
 
 std::optional<std::string> ExplorerElement::getAttribute(std::string_view name) {
-    const PageSnapshot* snapshot = page_->snapshot();
+    const EventSnapshot* snapshot = page_->snapshot();
     if (const ElementSnapshot* then = snapshot ? snapshot->Find(identity()) : nullptr) {
         const auto known = then->attributes.find(LowerCase(name));
         if (known != then->attributes.end()) return known->second;
@@ -137,25 +137,25 @@ std::optional<std::string> ExplorerElement::Written(std::string_view name) {
     return text ? text : node.Get("nodeValue").Text();
 }
 
-const PageSnapshot* ExplorerElement::SnapshotAsActive() const {
-    const PageSnapshot* snapshot = page_->snapshot();
+const EventSnapshot* ExplorerElement::SnapshotAsActive() const {
+    const EventSnapshot* snapshot = page_->snapshot();
     return snapshot && snapshot->IsActive(identity()) ? snapshot : nullptr;
 }
 
-Element ExplorerElement::InSnapshot(const PageSnapshot& snapshot, PageSnapshot::Role role) {
+Element ExplorerElement::InSnapshot(const EventSnapshot& snapshot, EventSnapshot::Role role) {
     const auto& related = snapshot.elements[role];
     return related ? related->element : Element();
 }
 
 Element ExplorerElement::parentElement() {
     if (const auto* snapshot = SnapshotAsActive())
-        return InSnapshot(*snapshot, PageSnapshot::kParent);
+        return InSnapshot(*snapshot, EventSnapshot::kParent);
     return page_->ElementOf(object().Get("parentElement"));
 }
 
 Element ExplorerElement::form() {
     if (const auto* snapshot = SnapshotAsActive())
-        return InSnapshot(*snapshot, PageSnapshot::kForm);
+        return InSnapshot(*snapshot, EventSnapshot::kForm);
     if (tag_ == "FORM" || !object()) return {};
     const Variant form = object().Get("form");
     if (!form.Failed()) return page_->ElementOf(form);
@@ -167,7 +167,7 @@ Element ExplorerElement::form() {
 
 Element ExplorerElement::DefaultButton() {
     if (const auto* snapshot = SnapshotAsActive()) {
-        if (Element button = InSnapshot(*snapshot, PageSnapshot::kDefaultButton)) return button;
+        if (Element button = InSnapshot(*snapshot, EventSnapshot::kDefaultButton)) return button;
     }
     const Element owner = form();
     if (!owner) return {};
@@ -238,7 +238,7 @@ bool ExplorerElement::CanAct() const {
 bool ExplorerElement::Put(std::string_view property, std::string_view value) {
     page_->pool().fired_click().Settle();
     if (!CanAct()) return false;
-    if (PageSnapshot* snapshot = page_->snapshot()) snapshot->Forget(identity());
+    if (EventSnapshot* snapshot = page_->snapshot()) snapshot->Forget(identity());
     if (property == "checked") return PutChecked(value == "True");
     if (property == "selectedIndex") return PutOption(value);
     if (property != "value") return false;

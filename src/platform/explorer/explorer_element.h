@@ -57,8 +57,8 @@ private:
     // An attribute as written in the page.
     std::optional<std::string> Written(std::string_view name);
     // The snapshot, when a handler is running and this was the active element; otherwise null.
-    const PageSnapshot* SnapshotAsActive() const;
-    static Element InSnapshot(const PageSnapshot& snapshot, PageSnapshot::Role role);
+    const EventSnapshot* SnapshotAsActive() const;
+    static Element InSnapshot(const EventSnapshot& snapshot, EventSnapshot::Role role);
 
     // Whether it is still in its page, as far as known from the last second.
     bool IsThere();

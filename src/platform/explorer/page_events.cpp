@@ -17,19 +17,19 @@ constexpr int kEnter = 13;
 
 }  // namespace
 
-const ElementSnapshot* PageSnapshot::Find(IUnknown* identity) const {
+const ElementSnapshot* EventSnapshot::Find(IUnknown* identity) const {
     for (const auto& element : elements) {
         if (element && element->identity.get() == identity) return &*element;
     }
     return nullptr;
 }
 
-bool PageSnapshot::IsActive(IUnknown* identity) const {
+bool EventSnapshot::IsActive(IUnknown* identity) const {
     const auto& active = elements[kActive];
     return active && active->identity.get() == identity;
 }
 
-void PageSnapshot::Forget(IUnknown* identity) {
+void EventSnapshot::Forget(IUnknown* identity) {
     for (auto& element : elements) {
         if (!element || element->identity.get() != identity) continue;
         element->properties.clear();

@@ -24,7 +24,7 @@ struct ElementSnapshot {
 };
 
 // A page as it was at an event: its address, and the active element with what belongs to it.
-struct PageSnapshot {
+struct EventSnapshot {
     enum Role : std::size_t { kActive, kParent, kForm, kDefaultButton };
 
     std::string url;
