@@ -15,6 +15,7 @@ Switch ReadSwitch(std::string_view piece) {
     if (end != std::string_view::npos) {
         const std::string_view rest = text.substr(end + 1);
         item.second = rest.substr(0, rest.find(' '));
+        item.rest = piece.substr(std::min(piece.find(item.name) + item.name.size(), piece.size()));
     }
     return item;
 }

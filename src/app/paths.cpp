@@ -23,11 +23,18 @@ bool IsAbsolute(std::string_view path, const Files& files) {
     return path.size() > 1 && path[1] == ':';
 }
 
-// The parts of a path with "." and ".." carried out; what precedes the first separator (a drive, or
-// nothing) is never left.
+// Bytes of a path's root without the separator behind it: a drive, nothing, or "\\\\server\\share".
+std::size_t RootLength(std::string_view path) {
+    if (!path.starts_with("\\\\")) return std::min(path.find_first_of("\\/"), path.size());
+    const auto share = std::min(path.find_first_of("\\/", 2), path.size());
+    return std::min(path.find_first_of("\\/", share + 1), path.size());
+}
+
+// The parts of a path with "." and ".." carried out; the first one, its root, is never left.
 std::vector<std::string_view> PartsOf(std::string_view path, char separator) {
-    std::vector<std::string_view> parts;
-    for (std::size_t at = 0; at <= path.size();) {
+    const std::size_t root = RootLength(path);
+    std::vector<std::string_view> parts = {path.substr(0, root)};
+    for (std::size_t at = root + 1; at <= path.size();) {
         std::size_t end = at;
         while (end < path.size() && !(path[end] == separator || path[end] == '/')) ++end;
         const std::string_view part = path.substr(at, end - at);
@@ -101,7 +108,7 @@ std::string ResolvePath(std::string_view path, std::string_view base, const File
         }
     }
     if (separator == '\\' && IsSeparator(relative.front())) {
-        return Normalized(folder.substr(0, 2) + relative, separator);  // the root of the same drive
+        return Normalized(folder.substr(0, RootLength(folder)) + relative, separator);
     }
     return Normalized(folder + separator + relative, separator);
 }
@@ -136,10 +143,13 @@ std::string FolderOf(std::string_view path, const Files& files) {
     return std::string(path.substr(0, is_root ? last + 1 : last));
 }
 
-bool IsExistingFile(std::string_view text, const Files& files) {
-    if (text.empty()) return false;
-    const std::string path = StripQuotes(text);
-    return !path.empty() && files.IsFile(ResolvePath(path, files.ProgramFolder(), files));
+std::string ExistingFile(std::string_view text, const Files& files) {
+    const std::string name = StripQuotes(text);
+    for (const std::string& folder : {files.CurrentFolder(), files.ProgramFolder()}) {
+        const std::string path = ResolvePath(name, folder, files);
+        if (!name.empty() && files.IsFile(path)) return path;
+    }
+    return "";
 }
 
 std::string_view FileNameOf(std::string_view path) {

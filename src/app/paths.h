@@ -32,9 +32,9 @@ std::string RelativePath(std::string_view path, std::string_view base, const Fil
 // The folder of a path, without a final separator unless it is a root; "" when there is none.
 std::string FolderOf(std::string_view path, const Files& files);
 
-// Whether a text names an existing file, relative to the program's folder; quotes around it do not
-// matter. An empty text names none.
-bool IsExistingFile(std::string_view text, const Files& files);
+// The absolute path of the existing file that a text names, in double quotes or not: from the
+// current folder or, where that has no such file, from the program's. "" when there is none.
+std::string ExistingFile(std::string_view text, const Files& files);
 
 // What follows the last backslash; the whole text when there is none.
 std::string_view FileNameOf(std::string_view path);

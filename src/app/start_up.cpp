@@ -47,10 +47,9 @@ StartUp StartScenario::LoadCarried() {
 
 StartUp StartScenario::ReadCommandLine(std::string command_line) {
     if (globals_.is_player) command_line = kPlayerSwitches;
-    if (IsExistingFile(StripQuotes(command_line), platform_.files)) {
-        globals_.current_file = command_line;
-        command_line = "-a " + command_line;
-    }
+    // As when a file is dropped on the program.
+    const std::string path = ExistingFile(command_line, platform_.files);
+    if (!path.empty()) return Load(path);
     for (const Switch& item : SplitSwitches(command_line)) {
         if (item.name == "auto" || item.name == "a") {
             const StartUp result = LoadFromSwitch(item);
@@ -73,12 +72,17 @@ StartUp StartScenario::LoadFromSwitch(const Switch& item) {
         ShowMessage(item.name + "の第二パラメータ（ファイル名）がありません！", "パラメータエラー");
         return StartUp::kParameterError;
     }
+    // A file name may hold what the switch's value loses.
+    const std::string literal = ExistingFile(item.rest, platform_.files);
+    if (!literal.empty()) return Load(literal);
     const std::string value = StripQuotes(SwitchValue(item));
-    const std::string path = ResolvePath(value, "", platform_.files);
-    if (!IsExistingFile(path, platform_.files)) {
-        ShowMessage(item.name + "\r\n" + value + "\r\nのファイルが存在しません。", "Tamrin");
-        return StartUp::kNoScenario;
-    }
+    const std::string path = ExistingFile(value, platform_.files);
+    if (!path.empty()) return Load(path);
+    ShowMessage(item.name + "\r\n" + value + "\r\nのファイルが存在しません。", "Tamrin");
+    return StartUp::kNoScenario;
+}
+
+StartUp StartScenario::Load(const std::string& path) {
     if (!scenario_.LoadScenario(path)) return StartUp::kNoScenario;
     globals_.auto_play = true;
     return StartUp::kDone;

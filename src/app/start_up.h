@@ -36,6 +36,8 @@ public:
 
 private:
     StartUp LoadFromSwitch(const Switch& item);
+    // Loads the scenario that is to be played at once.
+    StartUp Load(const std::string& path);
     void StreamFromSwitch(const Switch& item);
     void BrowserFromSwitch(const Switch& item);
     void ShowMessage(const std::string& text, const std::string& title);
