@@ -147,7 +147,10 @@ std::string ActionItem(std::string_view act) {
 
 std::string ActionOfItem(std::string_view item) {
     item = Trim(item);
-    return std::string(item.substr(0, item.find_first_of(" ,\t")));
+    const std::string_view keyword = item.substr(0, item.find_first_of(" ,\t"));
+    // Another action keeps its blanks: a comment may stand behind its "//".
+    const bool described = Trim(item.substr(keyword.size())).starts_with('\'');
+    return std::string(described ? keyword : item.substr(0, item.find_first_of(",\t")));
 }
 
 std::vector<std::string> OfferedTypes() {

@@ -32,7 +32,8 @@ std::span<const ActionName> Actions();
 // description. Any other action is offered as it is.
 std::string ActionItem(std::string_view act);
 
-// The action that such an item, or a typed text, stands for: what precedes its first blank.
+// The action that such an item, or a typed text, stands for: what precedes the description, or the
+// first comma or tab, which no action can hold.
 std::string ActionOfItem(std::string_view item);
 
 // The element types in the order in which they are offered.
