@@ -8,8 +8,10 @@ namespace {
 constexpr int kTwipsPerPixel = 15;  // of a 96 dpi screen, in which controls are placed
 constexpr int kMinPane = 30;        // pixels, of either pane
 
+// Turns a menu entry over, and its setting with it. A switch of the command line may have set the
+// entry alone.
 void Turn(Control& menu, bool& setting) {
-    setting = !setting;
+    setting = !menu.Checked();
     menu.SetChecked(setting);
 }
 

@@ -124,7 +124,8 @@ void ReadConf(Settings& settings, std::string_view text) {
         if (value.find('=') != std::string_view::npos) return;
         value.remove_prefix(std::min(value.find_first_not_of(' '), value.size()));
         for (const Entry& entry : kEntries) {
-            if (key == entry.read_key) std::visit(Reader{settings, value}, entry.member);
+            if (!key.empty() && key == entry.read_key)
+                std::visit(Reader{settings, value}, entry.member);
         }
     });
 }
