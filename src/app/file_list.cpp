@@ -2,6 +2,7 @@
 
 #include "app/paths.h"
 #include "app/settings_file.h"
+#include "recorder/recovery_file.h"
 #include "scenario/scenario_file.h"
 
 namespace tamrin {
@@ -51,7 +52,12 @@ void FileList::SelectOpenFile() {
 }
 
 void FileList::RefreshFileList() {
-    list_.SetLines(ListScenarioFiles(platform_.files, scenario_.SaveFolder()));
+    const Files& files = platform_.files;
+    std::vector<std::string> names = ListScenarioFiles(files, scenario_.SaveFolder());
+    std::erase_if(names, [&](const std::string& name) {
+        return RecoveryFile::IsOne(scenario_.SaveFolder() + files.Separator() + name, files);
+    });
+    list_.SetLines(std::move(names));
     SelectOpenFile();
 }
 

@@ -265,7 +265,8 @@ void frmIeAuto::cmdStop_Click() {
 }
 
 void frmIeAuto::Timer1_Timer() {
-    if (globals_.ActivityContains("play") && globals_.auto_play &&
+    // Once: where the user cancels the close, the run goes on.
+    if (globals_.ActivityContains("play") && globals_.auto_play && !timed_out_ &&
         platform_.clock.TickCount() - globals_.last_activity_tick > kWatchdogMs) {
         timed_out_ = true;
         const std::string name =
@@ -383,11 +384,11 @@ void frmIeAuto::RunEnded(RunEnd end) {
     if (globals_.close_after_play || globals_.settings.quit_after_play) {
         if (target_ie_) target_ie_->SetForeground();
         platform_.clock.DoEvents();
-        form_->Close();
-    } else {
-        LeaveTray();
-        SetMode("play", false);
+        if (form_->Close()) return;
+        globals_.activity.clear();  // the user has cancelled
     }
+    LeaveTray();
+    SetMode("play", false);
 }
 
 void frmIeAuto::DocumentComplete(bool /*top*/) {

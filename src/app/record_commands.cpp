@@ -70,7 +70,7 @@ void RecordCommands::Begin() {
     if (discard) records_.Replace(0, RecordCount(), {});
     controls_.optDispNothing.SetChecked(true);
     controls_.lstCsv.SetListIndex(-1);
-    Start(attachment_.browser(), kind, recovery_.DefaultPath());
+    Start(attachment_.browser(), kind, RecoveryFile::DefaultPath(platform_.files));
 }
 
 std::shared_ptr<Browser> RecordCommands::Page() const {

@@ -150,10 +150,12 @@ bool ScenarioFiles::PromptSaveChanges(Before before) {
         return true;
     }
     if (answer != Answer::kYes) return false;
-    const std::string path =
-        HasFile() ? globals_.current_file : platform_.windows.dialogs().SaveFile(kSavePrompt);
+    if (HasFile()) return WriteScenarioFile(globals_.current_file);
+    const std::string path = platform_.windows.dialogs().SaveFile(kSavePrompt);
     if (path.empty()) return before == Before::kClosing;
-    return WriteScenarioFile(path);
+    if (!WriteScenarioFile(path)) return false;
+    if (onSavedAs) onSavedAs();
+    return true;
 }
 
 void ScenarioFiles::mnuSave_Click() {

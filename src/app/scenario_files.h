@@ -22,7 +22,8 @@ public:
 
     // Called when another scenario is open, or the open one has another name.
     std::function<void()> onOpened;
-    // Called after onOpened when the user has saved the scenario under a name.
+    // Called when the user has saved the scenario under another name, after onOpened where it goes
+    // on under that name.
     std::function<void()> onSavedAs;
 
     void mnuNew_Click();

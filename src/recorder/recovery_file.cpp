@@ -17,8 +17,14 @@ std::string Numbered(const std::string& path, int number) {
 
 }  // namespace
 
-std::string RecoveryFile::DefaultPath() const {
-    return files_.ProgramFolder() + files_.Separator() + "Recovery.csv";
+std::string RecoveryFile::DefaultPath(const Files& files) {
+    return files.ProgramFolder() + files.Separator() + "Recovery.csv";
+}
+
+bool RecoveryFile::IsOne(const std::string& path, const Files& files) {
+    bool is_one = false;
+    for (int i = 1; i <= kFileLimit; ++i) is_one |= path == Numbered(DefaultPath(files), i);
+    return is_one;
 }
 
 bool RecoveryFile::Own(const std::string& path) {
@@ -78,11 +84,11 @@ void RecoveryFile::Remove() {
 std::optional<std::vector<std::string>> RecoveryFile::TakeOver() {
     LetGo();
     for (int i = 1; i <= kFileLimit; ++i) {
-        const std::string path = Numbered(DefaultPath(), i);
+        const std::string path = Numbered(DefaultPath(files_), i);
         if (!files_.IsFile(path) || !Own(path)) continue;
         auto lines = ReadScenarioFile(files_, codec_, path);
         if (!lines) continue;
-        wanted_ = DefaultPath();
+        wanted_ = DefaultPath(files_);
         // Lines that were enciphered one by one leave an empty one between them.
         std::erase(*lines, "");
         if (!lines->empty()) return lines;

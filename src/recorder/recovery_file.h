@@ -20,7 +20,10 @@ public:
     RecoveryFile(Files& files, const TextCodec& codec) : files_(files), codec_(codec) {}
 
     // "Recovery.csv" in the program's folder.
-    std::string DefaultPath() const;
+    static std::string DefaultPath(const Files& files);
+
+    // Whether a path is that one, or one of the same name with a number.
+    static bool IsOne(const std::string& path, const Files& files);
 
     // Begins the file anew with the lines that the list holds. It gets another number where a
     // running program has the file at `path`, or where its lines still wait to be offered to their

@@ -72,7 +72,7 @@ TEST_F(FilesTest, AsksBeforeUnsavedRecordsAreReplaced) {
         {"file 0", "y>C:\\tamrin\\s\\x.csv", asks, "b.csv b1/b2 0"},
         {"type y; mnuNew", "c", asks, "b.csv* y 0"},
         {"mnuNew", "y", asks, "  -1"},
-        {"drop b.csv; mnuAddUnder; drop c.tamrin", "n", asks, "c.tamrin c 3"},
+        {"drop b.csv; mnuAddUnder; drop c.tamrin", "n", asks, "c.tamrin c 4"},
     });
     EXPECT_EQ(files.contents["C:\\tamrin\\s\\b.csv"], "y\r\n");
     EXPECT_EQ(files.contents["C:\\tamrin\\s\\x.csv"], "x\r\n");

@@ -28,7 +28,7 @@ TEST_F(RecoveryFileTest, GivesBackTheLinesOfACrash) {
         for (Lines lines : {Lines{}, Lines{"url\t,indt=page", "// 前"}}) {
             auto file = NewFile();
             EXPECT_TRUE(file->Append("nothing is kept yet"));
-            file->Begin(file->DefaultPath(), lines, cipher);
+            file->Begin(RecoveryFile::DefaultPath(files), lines, cipher);
             EXPECT_EQ(files.contents.size(), lines.empty() ? 0U : 1U);
             for (const char* line : {"input\t,id=a,indt=髙\x01😀", "click\t,id=b"}) {
                 EXPECT_TRUE(file->Append(line));
