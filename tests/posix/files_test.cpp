@@ -40,7 +40,8 @@ TEST(Replace, LeavesEverythingAsItWasOnFailure) {
     const TemporaryFolder folder;
     PosixFiles files;
     const std::string path = folder.Write("a.csv", "old");
-    EXPECT_FALSE(files.Replace("/dev/null", "new"));
+    mkfifo(folder.At("pipe").c_str(), 0600);
+    EXPECT_FALSE(files.Replace(folder.At("pipe"), "new"));
     // A file whose size is not known beforehand.
     EXPECT_NE(files.Read("/proc/self/maps").value_or("").size(), 0U);
 
@@ -54,7 +55,7 @@ TEST(Replace, LeavesEverythingAsItWasOnFailure) {
     setrlimit(RLIMIT_FSIZE, &before);
     signal(SIGXFSZ, handler);
     EXPECT_EQ(FileBytes(path), "old");
-    EXPECT_EQ(folder.Names(), Names{"a.csv"});
+    EXPECT_EQ(folder.Names(), (Names{"a.csv", "pipe"}));
 }
 
 TEST(Lock, EndsWithItsProgramHoweverThatComes) {
