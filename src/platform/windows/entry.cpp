@@ -4,9 +4,11 @@
 
 #include <exception>
 
+#include "platform/windows/crash_dump.h"
 #include "platform/windows/wide.h"
 
 int WINAPI wWinMain(HINSTANCE /*program*/, HINSTANCE /*none*/, PWSTR command_line, int /*show*/) {
+    tamrin::DumpCrashes();
     try {
         return tamrin::Main(tamrin::Utf8(command_line));
     } catch (const std::exception& fault) {
