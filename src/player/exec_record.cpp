@@ -131,18 +131,17 @@ StepResult RecordExecutor::ActOn(const Element& element, const Act& act) {
         case ElementKind::kSelect:
             return SetSelected(element, act);
         case ElementKind::kButton:
-            if (act.clicks && element.getAttribute("onclick")) element.fireEvent("onclick");
-            return Click(element, act);
+            return Click(element, act, act.clicks && element.getAttribute("onclick"));
         case ElementKind::kImage:
-            return act.clicks ? Click(element, act) : StepResult();
+            return act.clicks ? Click(element, act, false) : StepResult();
         case ElementKind::kSubmit:
-            if (element.getAttribute("onclick")) element.fireEvent("onclick");
-            return Click(element, act);
+            return Click(element, act, element.getAttribute("onclick").has_value());
         case ElementKind::kLink:
         case ElementKind::kUntyped:
         case ElementKind::kOther:
+            if (act.clicks) return Click(element, act, true);
             element.fireEvent("onclick");
-            return act.clicks ? Click(element, act) : StepResult();
+            return {};
     }
     return {};
 }
@@ -181,8 +180,9 @@ StepResult RecordExecutor::SetSelected(const Element& element, const Act& act) {
     return element.Change("selectedIndex", index) ? StepResult() : Invalid(element, act);
 }
 
-StepResult RecordExecutor::Click(const Element& element, const Act& act) {
+StepResult RecordExecutor::Click(const Element& element, const Act& act, bool fires) {
     const bool clicked = clicker_.ClickElement(*browser_, element, act.real_click, act.wait_ms);
+    if (!clicked && fires) element.fireEvent("onclick");
     return {NextStep::kGoOn, clicked ? RecordOutcome::kDone : RecordOutcome::kSkipped};
 }
 

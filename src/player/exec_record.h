@@ -61,7 +61,9 @@ private:
     StepResult SetValue(const Element& element, const Act& act);
     StepResult SetChecked(const Element& element, const Act& act);
     StepResult SetSelected(const Element& element, const Act& act);
-    StepResult Click(const Element& element, const Act& act);
+    // A record that `fires` runs the page's click handlers even when the user skips its click. The
+    // click runs them by itself, so they run once, as for a person's click.
+    StepResult Click(const Element& element, const Act& act, bool fires);
     StepResult NotFound(const Act& act, int row);
     StepResult Invalid(const Element& element, const Act& act);
 

@@ -42,36 +42,6 @@ TEST_F(Click, DoesWhatThePersonsClickDoes) {
     });
 }
 
-// One record fires the event and then clicks; the page must see what one person's click shows it.
-TEST_F(Click, IsOneTogetherWithTheFiredEvent) {
-    const std::string form = "<form onsubmit=\"say('sent'); return false\"><button id=k onclick=";
-    const std::pair<std::string, std::string> rows[] = {
-        {"<div id=box><input type=button id=k onclick=say('inline')></div><script>"
-         "for (const [name, node] of Object.entries({window, document, box, k}))"
-         " node.addEventListener('click', () => say(name));"
-         "addEventListener('click', () => say('capture'), true)</script>",
-         "capture inline k box document window"},
-        {"<a id=k href=\"javascript:say('went')\" onclick=say('run')>次の頁</a>", "run went"},
-        {form + "\"say('run'); event.preventDefault()\">送信する", "run"},
-        {form + "\"say('run'); event.stopImmediatePropagation(); return false\">送信する", "run"},
-        {form + "\"say('run'); throw 1\">送信する", "run sent"},
-    };
-    for (const auto& [page, said] : rows) {
-        Check({{page, "fire:k:onclick click:k", said},
-               {page, "fire:k:onclick click:k find:k fire:k:onclick @k", said + " " + said}});
-    }
-    const std::string page =
-        "<input type=button id=a onclick=say('a')><input type=button id=b onclick=say('b')>";
-    const std::string asks =
-        "<a id=k href=/echo?went onclick=\"say('run'); return confirm('？')\">次の頁</a>";
-    Check({{page, "find:b fire:a:onclick click:b find:a click:a", "a b a"},
-           // A lookup between the two makes them two clicks.
-           {page, "fire:b:onclick find:b click:b click:b", "b b b"},
-           // The user's answer to the event is that to the click.
-           {asks, "fire:k:onclick box {ESC} click:k", "run", "none"},
-           {asks, "fire:k:onclick box {ENTER} click:k", "GET went"}});
-}
-
 using SendKeys = Suite;
 
 TEST_F(SendKeys, ReachesThePageAndElseTheBrowser) {

@@ -61,22 +61,18 @@ std::vector<Element> ChromiumDocument::Collection(std::string expression, Elemen
 
 Element ChromiumDocument::activeElement() {
     if (Snapshot()) return InSnapshot(0);
-    tab_->BeginLookup(agent_);
     return One("tamrin.active()");
 }
 
 std::vector<Element> ChromiumDocument::getElementsByTagName(std::string_view tag) {
-    tab_->BeginLookup(agent_);
     return Collection(CallOf("all", tag), ElementList::Kind::kPlain);
 }
 
 std::vector<Element> ChromiumDocument::links() {
-    tab_->BeginLookup(agent_);
     return Collection("tamrin.links()", ElementList::Kind::kLinks);
 }
 
 NamedElements ChromiumDocument::Named(std::string_view name) {
-    tab_->BeginLookup(agent_);
     FieldBlock fields = Run(CallOf("named", name)).fields;
     const auto names = static_cast<std::size_t>(fields.Int(field::kByName));
     const auto ids = static_cast<std::size_t>(fields.Int(field::kById));
@@ -91,7 +87,6 @@ NamedElements ChromiumDocument::Named(std::string_view name) {
 }
 
 std::vector<Frame> ChromiumDocument::frames() {
-    tab_->BeginLookup(agent_);
     const FrameInfo* own = tab_->frames().WithAgent(agent_);
     if (!own) return {};
     // The page lists its frames; each page that may be in one of them answers its position.

@@ -287,7 +287,6 @@ bool ChromiumElement::FireInHandler(std::string_view type) const {
 bool ChromiumElement::fireEvent(std::string_view event) {
     const std::string type = EventType(event);
     if (FireInHandler(type)) return true;
-    if (type == "click") document().tab().MarkFired(document().agent());
     return !Act("fire", {type}).empty();
 }
 

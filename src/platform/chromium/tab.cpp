@@ -180,11 +180,6 @@ void Tab::DropOutline() {
     outline_session_.clear();
 }
 
-void Tab::BeginLookup(const std::string& agent) {
-    if (!fired_in_.empty() && fired_in_ != agent) agents_.RunLater(fired_in_, "tamrin.forget()");
-    fired_in_.clear();
-}
-
 bool Tab::Reads(std::string_view method) {
     return FrameTracker::Handlers().contains(method) || LoadTracker::Handlers().contains(method) ||
            DialogTracker::Handlers().contains(method) || UserWatcher::Handlers().contains(method);

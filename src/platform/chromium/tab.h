@@ -96,11 +96,6 @@ public:
     const Viewport& viewport() const { return viewport_; }
     void SetViewport(const Viewport& viewport) { viewport_ = viewport; }
 
-    // The page in which onclick was fired last: the next lookup in another page drops the marks
-    // that its agent keeps for the click to follow.
-    void MarkFired(const std::string& agent) { fired_in_ = agent; }
-    void BeginLookup(const std::string& agent);
-
     // Events, from the owner of the connection. Only those that a tracker reads are needed.
     static bool Reads(std::string_view method);
     void OnEvent(const std::string& session, std::string_view method, const nlohmann::json& params);
@@ -126,7 +121,6 @@ private:
     Viewport viewport_;
     int window_ = 0;
     std::uint64_t moment_ = 0;
-    std::string fired_in_;
     std::string outlined_in_;  // the agent; "" while nothing is highlighted
     std::string outline_session_;
     std::uint32_t outlined_at_ = 0;

@@ -58,7 +58,6 @@ int ContentBrowser::PageState() {
 }
 
 bool ContentBrowser::Navigate(const std::string& address) {
-    pages_->fired_click().Settle();
     Look();
     if (!page_) return false;
     const auto location = page_->ObjectOf(page_->object().Get("location"), "location");
@@ -72,7 +71,6 @@ void ContentBrowser::Quit() {
 }
 
 bool ContentBrowser::Busy() {
-    pages_->fired_click().Settle();
     if (BoxOf(window_.frame)) return true;
     Look();
     return page_ && PageState() != kComplete;

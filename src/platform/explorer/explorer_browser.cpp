@@ -49,7 +49,6 @@ Variant ExplorerBrowser::Noted(Variant answer) {
 }
 
 bool ExplorerBrowser::Navigate(const std::string& address) {
-    pages_->fired_click().Settle();
     Listen();
     const Variant url{std::string_view(address)};
     if (Noted(browser_.Call("Navigate2", url)).Failed()) return false;
@@ -66,7 +65,6 @@ void ExplorerBrowser::Quit() {
 }
 
 bool ExplorerBrowser::Busy() {
-    pages_->fired_click().Settle();
     if (!browser_) return Moving();
     // While a page shows a dialog box, the browser might not answer.
     if (BoxOf(window_)) return true;
@@ -85,7 +83,6 @@ int ExplorerBrowser::ReadyState() {
 }
 
 bool ExplorerBrowser::Alive() {
-    pages_->fired_click().Settle();
     // A killed browser fires no event, but its window is gone. A tab can also have been dragged
     // into another window.
     if (browser_ && window_ && !IsWindow(window_) && !IsWindow(Frame())) Lose();

@@ -45,7 +45,6 @@ bool ExplorerDocument::hasFocus() { return snapshot_ || document_.Call("hasFocus
 
 Element ExplorerDocument::activeElement() {
     if (!snapshot_) {
-        pool_->fired_click().Settle();
         return ElementOf(document_.Get("activeElement"));
     }
     const auto& active = snapshot_->elements[EventSnapshot::kActive];
@@ -53,13 +52,11 @@ Element ExplorerDocument::activeElement() {
 }
 
 std::vector<Element> ExplorerDocument::getElementsByTagName(std::string_view tag) {
-    pool_->fired_click().Settle();
     return Elements(document_.Call("getElementsByTagName", Variant(tag)));
 }
 
 NamedElements ExplorerDocument::Named(std::string_view name) {
     NamedElements named;
-    pool_->fired_click().Settle();
     if (name.empty()) return named;  // some documents answer the elements without a name
     const Variant key(name);
     named.by_name = Elements(document_.Call("getElementsByName", key));
@@ -76,13 +73,9 @@ Element ExplorerDocument::InForm(const Element& form, const Variant& name) {
     return ElementOf(elements.Call("item", name));
 }
 
-std::vector<Element> ExplorerDocument::links() {
-    pool_->fired_click().Settle();
-    return Elements(document_.Get("links"));
-}
+std::vector<Element> ExplorerDocument::links() { return Elements(document_.Get("links")); }
 
 std::vector<Frame> ExplorerDocument::frames() {
-    pool_->fired_click().Settle();
     std::vector<Frame> frames;
     const DispatchObject window = Window();
     const double length = window ? window.Get("length").Number().value_or(0) : 0;

@@ -63,7 +63,6 @@ std::string ExplorerElement::Get(std::string_view property) {
         const auto known = then->properties.find(property);
         if (known != then->properties.end()) return known->second;
     }
-    page_->pool().fired_click().SettleBefore(identity());
     return Live(property);
 }
 
@@ -236,7 +235,6 @@ bool ExplorerElement::CanAct() const {
 }
 
 bool ExplorerElement::Put(std::string_view property, std::string_view value) {
-    page_->pool().fired_click().Settle();
     if (!CanAct()) return false;
     if (EventSnapshot* snapshot = page_->snapshot()) snapshot->Forget(identity());
     if (property == "checked") return PutChecked(value == "True");
@@ -304,22 +302,17 @@ bool ExplorerElement::fireEvent(std::string_view event) {
         PageConnection::FireFocus(*page_);
         return true;
     }
-    FiredClick& fired = page_->pool().fired_click();
-    fired.Settle();
     if (!event.starts_with("on") || !CanAct()) return false;
-    if (event != "onclick") return Fire(event.substr(2));
-    fired.Set(identity_, [element = *this]() mutable { element.FireClick(); });
-    return true;
+    return event == "onclick" ? FireClick() : Fire(event.substr(2));
 }
 
-void ExplorerElement::FireClick() {
+bool ExplorerElement::FireClick() {
     // fireEvent runs only the page's handlers; the newest documents lack it. dispatchEvent also
     // does the browser's own action for a click, if there is one.
     if (page_->IsStandard() && object().Get("fireEvent").Failed()) {
-        if (!HasOwnAction()) Dispatch("click");
-        return;
+        return HasOwnAction() || Dispatch("click");
     }
-    object().Act("fireEvent", Variant(std::string_view("onclick")));
+    return object().Act("fireEvent", Variant(std::string_view("onclick")));
 }
 
 bool ExplorerElement::HasOwnAction() {
@@ -343,10 +336,7 @@ bool ExplorerElement::Dispatch(std::string_view type) {
     return object().Act("dispatchEvent", Variant(event.object().get()));
 }
 
-bool ExplorerElement::click() {
-    page_->pool().fired_click().ReplaceBy(identity());
-    return CanAct() && object().Act("click");
-}
+bool ExplorerElement::click() { return CanAct() && object().Act("click"); }
 
 void ExplorerElement::scrollIntoView() { object().Call("scrollIntoView"); }
 

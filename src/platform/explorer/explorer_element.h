@@ -71,7 +71,7 @@ private:
     bool Fire(std::string_view type);
     bool Dispatch(std::string_view type);
     // Runs the page's click handlers without a click.
-    void FireClick();
+    bool FireClick();
     // Whether the browser has an action of its own for a click on it or on an element around it.
     bool HasOwnAction();
 

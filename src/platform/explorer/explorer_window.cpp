@@ -21,8 +21,6 @@ Document ExplorerWindow::document() {
 void ExplorerWindow::SetForeground() { BringToForeground(Frame()); }
 
 std::optional<ScreenPoint> ExplorerWindow::ElementScreenPoint(const Element& element) {
-    // The caller is about to click it with the mouse.
-    if (element) pages_->fired_click().ReplaceBy(ExplorerElement::Of(element)->identity());
     const HWND content = Content();
     return content ? ScreenPointOf(element, content) : std::nullopt;
 }

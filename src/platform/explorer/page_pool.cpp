@@ -17,7 +17,6 @@ std::shared_ptr<ExplorerDocument> PagePool::Page(ComPtr<IDispatch> document) {
 }
 
 void PagePool::KeepOnly(IUnknown* document) {
-    fired_click_.Drop();
     for (const auto& [identity, known] : pages_) {
         const auto page = known.lock();
         if (page && identity != document) page->SetGone();

@@ -50,46 +50,6 @@ private:
     bool running_ = false;
 };
 
-// An "onclick" that the program has fired and the page has not seen yet. A record fires the event
-// and then clicks, and the page's handlers must run once, as for a user's click. So the event waits
-// for the program's next action: a click of the same element replaces it, and any other action runs
-// it first.
-class FiredClick {
-public:
-    void Set(ComPtr<IUnknown> element, std::function<void()> fire) {
-        element_ = std::move(element);
-        fire_ = std::move(fire);
-    }
-
-    // To be called before a click of this element.
-    void ReplaceBy(IUnknown* element) {
-        if (element_.get() == element) Drop();
-        Settle();
-    }
-
-    // To be called before any other action.
-    void Settle() {
-        if (!element_) return;
-        element_ = nullptr;
-        const auto fire = std::exchange(fire_, nullptr);
-        fire();
-    }
-    // The same, unless it is this element that waits.
-    void SettleBefore(IUnknown* element) {
-        if (element_.get() != element) Settle();
-    }
-
-    // Forgets it, because its page is gone.
-    void Drop() {
-        element_ = nullptr;
-        fire_ = nullptr;
-    }
-
-private:
-    ComPtr<IUnknown> element_;
-    std::function<void()> fire_;
-};
-
 // The pages of one browser window, and what they share. A page is represented by the same object
 // for as long as somebody holds it, so that every handle sees the snapshot of an event.
 class PagePool : public std::enable_shared_from_this<PagePool> {
@@ -98,7 +58,6 @@ public:
 
     ComCalls& calls() const { return calls_; }
     EventQueue& events() { return events_; }
-    FiredClick& fired_click() { return fired_click_; }
 
     // The page of a document object; null for null and for what is not an HTML document.
     std::shared_ptr<ExplorerDocument> Page(ComPtr<IDispatch> document);
@@ -115,7 +74,6 @@ public:
 private:
     ComCalls& calls_;
     EventQueue events_;
-    FiredClick fired_click_;
     std::map<IUnknown*, std::weak_ptr<ExplorerDocument>> pages_;
 };
 

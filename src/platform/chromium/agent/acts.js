@@ -1,48 +1,21 @@
 // Clicks, other events, and values that are set as if the user had entered them.
 
-// Two marks that hold during one record; a record begins with a lookup, which drops them.
-// The element whose onclick was fired, and whether its handlers prevented the browser's own action.
-let fired = null;
-// The element whose change event the browser itself has already sent.
+// The element whose change event the browser itself has already sent since the last write.
 let told = null;
-
-const forget = () => {
-    fired = null;
-    told = null;
-};
-
-// A user's click runs the page's handlers once. The program fires onclick and then clicks, so the
-// handlers are skipped in that second click and only the browser's own action is left.
-const mute = (event) => {
-    if (!fired || !event.composedPath().includes(fired.element)) return;
-    const {vetoed} = fired;
-    fired = null;
-    event.stopImmediatePropagation();
-    if (vetoed) event.preventDefault();
-};
-listen(window, 'click', mute, true);
 
 const newClick = () => new MouseEvent('click', {
     bubbles: true, cancelable: true, composed: true, view: window, detail: 1,
 });
 
-// Runs the page's click handlers without the browser's own action, and remembers whether they
-// prevented it. preventDefault must come after the last handler: at the window, or where a handler
-// calls stopPropagation. After stopImmediatePropagation no listener of ours runs; then the browser
-// has acted already, and the click that follows must not act again.
+// Runs the page's click handlers without the browser's own action. preventDefault must come after the
+// last handler: at the window, or where a handler calls stopPropagation. After
+// stopImmediatePropagation no listener of ours runs, and the browser acts all the same.
 const fireClick = (e) => {
-    fired = null;
-    listen(window, 'click', mute, true);  // document.open() may have removed it
     const event = newClick();
-    let ended = false, vetoed = true;
     const end = (seen) => {
-        if (seen !== event || ended) return;
         const at_window =
             seen.currentTarget === window && seen.eventPhase === Event.BUBBLING_PHASE;
-        if (!at_window && !seen.cancelBubble) return;
-        ended = true;
-        vetoed = seen.defaultPrevented;
-        seen.preventDefault();
+        if (seen === event && (at_window || seen.cancelBubble)) seen.preventDefault();
     };
     const way = [window];
     for (let node = e; node; node = parentNode(node) ?? node.host) way.push(node);
@@ -53,7 +26,6 @@ const fireClick = (e) => {
     for (const node of way) {
         for (const capture of [true, false]) unlisten(node, 'click', end, capture);
     }
-    fired = {element: e, vetoed};
 };
 
 const kQuiet = new Set(['focus', 'blur', 'load', 'unload', 'mouseenter', 'mouseleave']);
@@ -126,7 +98,6 @@ const putValue = (e, value) => {
 
 const putChecked = (e, want) => {
     if (capitalTag(e) !== 'INPUT' || (e.type !== 'checkbox' && e.type !== 'radio')) return false;
-    told = null;
     if (e.checked === want) return true;
     if (!e.disabled && (want || e.type === 'checkbox')) {
         nativeClick(e);
@@ -139,6 +110,7 @@ const putChecked = (e, want) => {
 };
 
 const put = (e, name, value) => {
+    told = null;
     switch (name) {
         case 'value':
             return putValue(e, value);

@@ -1,12 +1,8 @@
 // The functions that the program calls. Each returns a packed list of fields.
 const tamrin = {
-    all: (tag) => {
-        forget();
-        return packElements(byTag(document, tag));
-    },
+    all: (tag) => packElements(byTag(document, tag)),
 
     named: (name) => {
-        forget();
         const groups = [byName(document, name), byId(document, name), []];
         groups[1] = groups[1] ? [groups[1]] : [];
         for (const form of forms(document)) {
@@ -28,20 +24,13 @@ const tamrin = {
         return packed(fields);
     },
 
-    links: () => {
-        forget();
-        return packElements(links(document), (fields, row, e) => {
-            fields[row + kInnerText] = innerTextOf(e);
-        });
-    },
+    links: () => packElements(links(document), (fields, row, e) => {
+        fields[row + kInnerText] = innerTextOf(e);
+    }),
 
-    active: () => {
-        forget();
-        return packElement(active(document));
-    },
+    active: () => packElement(active(document)),
 
     frames: () => {
-        forget();
         const holders = new Map();
         for (const e of select(document, 'iframe, frame, object, embed')) {
             if (e.contentWindow) holders.set(e.contentWindow, e);
@@ -75,10 +64,6 @@ const tamrin = {
 
     hasFocus: () => truth(focused(document)),
     url: () => pack(document.URL),
-    forget: () => {
-        forget();
-        return truth(true);
-    },
 
     watch: () => {
         watch();
