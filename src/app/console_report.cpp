@@ -15,6 +15,8 @@ const char* Word(RecordOutcome outcome) {
             return "ビジーでない";
         case RecordOutcome::kSkipped:
             return "スキップ";
+        case RecordOutcome::kPageFailed:
+            return "ページを開けない";
         case RecordOutcome::kNotFound:
             return "該当フィールド無し";
         case RecordOutcome::kInvalid:

@@ -48,14 +48,18 @@ void DisplayOptions::Apply() {
     for (ListBox* list : {&controls_.lstDetail, &controls_.lstCsv, &controls_.lstDtList}) {
         list->SetHorizontalScroll(settings.scroll_bar);
     }
-    controls_.mnuRepeat.SetText("再生回数変更：現在値 " + std::to_string(settings.play_count) +
-                                " 回");
+    ShowPlayCount();
     // A damaged file may name a pane that does not exist.
     if (settings.disp < 0 || settings.disp > 2) settings.disp = Settings().disp;
     Control* const options[] = {&controls_.optDispNothing, &controls_.optDispTags,
                                 &controls_.optDispFiles};
     options[settings.disp]->SetChecked(true);
     Layout();
+}
+
+void DisplayOptions::ShowPlayCount() {
+    controls_.mnuRepeat.SetText("再生回数変更：現在値 " +
+                                std::to_string(globals_.settings.play_count) + " 回");
 }
 
 void DisplayOptions::Layout() {

@@ -13,6 +13,8 @@ public:
 
     // Shows all settings in menus and controls (ApplyConf).
     void Apply();
+    // Shows the play count in its menu entry, as Apply does among the others.
+    void ShowPlayCount();
 
     // Gives the window and its panes their place in the settings, and writes the settings of their
     // present place. A pane that is not shown keeps its height.

@@ -155,6 +155,7 @@ StartUp frmIeAuto::Form_Load(const std::string& command_line) {
     if (!globals_.is_player) LoadSettings();
     ShowWindow();
     const StartUp result = start_.ReadCommandLine(command_line);
+    display_.ShowPlayCount();
     if (result == StartUp::kParameterError) return result;
     if (globals_.is_player) EnterTray();
     SetMode("play check", true);
@@ -245,6 +246,7 @@ void frmIeAuto::cmdPlay_Click() {
     if (playing_ || globals_.ActivityContains("rec")) return;
     playing_ = true;
     page_failed_ = false;
+    address_failed_ = false;
     timed_out_ = false;
     const RunEnd end = player_.Play();
     last_run_ = timed_out_ ? RunEnd::kTimedOut : end;
@@ -271,9 +273,11 @@ void frmIeAuto::Timer1_Timer() {
         timed_out_ = true;
         const std::string name =
             globals_.is_player ? platform_.processes.OwnExecutable() : globals_.current_file;
-        Log(platform_,
-            name + "：" + std::to_string(controls_.lstDtList.ListIndex() + 1) +
-                " 行目の再生中、30 秒のあいだページの読み込みが完了しなかったため、終了しました。");
+        const std::string why =
+            std::to_string(controls_.lstDtList.ListIndex() + 1) +
+            " 行目の再生中、30 秒のあいだページの読み込みが完了しなかったため、終了しました。";
+        SetStatus(why);
+        Log(platform_, name + "：" + why);
         form_->Close();
         return;
     }
@@ -284,7 +288,7 @@ void frmIeAuto::mnuRepeat_Click() {
     const auto count = AskPlayCount(platform_.windows, globals_.settings.play_count, *form_);
     if (!count) return;
     globals_.settings.play_count = *count;
-    display_.Apply();
+    display_.ShowPlayCount();
 }
 
 void frmIeAuto::mnuTools_Click() {
@@ -364,7 +368,12 @@ void frmIeAuto::RecordBegan(int row) {
 }
 
 void frmIeAuto::RecordDone(const RecordReport& report) {
-    if (onRecordDone) onRecordDone(report);
+    RecordReport told = report;
+    const bool failed = std::exchange(address_failed_, false);
+    if (failed && (report.act == "url" || report.act == "navigate")) {
+        told.outcome = RecordOutcome::kPageFailed;
+    }
+    if (onRecordDone) onRecordDone(told);
 }
 
 void frmIeAuto::RunEnded(RunEnd end) {
@@ -401,6 +410,7 @@ void frmIeAuto::BeforeNavigate2(const std::string& /*url*/) {
 
 void frmIeAuto::NavigateError(const std::string& url, const std::string& reason) {
     page_failed_ = true;
+    address_failed_ = true;
     SetStatus("ページを開けません：" + url + " （" + reason + "）");
 }
 

@@ -140,6 +140,7 @@ private:
     bool timed_out_ = false;  // by the watchdog
     RunEnd last_run_ = RunEnd::kNothingToPlay;
     bool page_failed_ = false;
+    bool address_failed_ = false;  // since the last record that was done
 
     std::shared_ptr<Browser> target_ie_;
     std::unique_ptr<Connection> event_ie_;

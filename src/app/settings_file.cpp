@@ -14,6 +14,8 @@
 namespace tamrin {
 namespace {
 
+constexpr int kMaxPlayCount = 99999;
+
 using TakeSetting = std::function<void(const std::string& key, std::string_view value)>;
 
 // Calls `take` with each line that has a "=": the key in lower case without the blanks around it,
@@ -110,6 +112,12 @@ bool WriteText(const char* name, const std::string& text, Files& files, const Te
 }
 
 }  // namespace
+
+std::optional<int> PlayCountOf(std::string_view text) {
+    const double number = WholeNumber(text).value_or(0);
+    if (number < 1 || number > kMaxPlayCount) return std::nullopt;
+    return static_cast<int>(number);
+}
 
 void SetDefaultConf(Settings& settings, const Place& screen) {
     settings = Settings();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -44,6 +45,11 @@ std::string WriteOptions(const Options& options);
 
 void LoadOptions(Options& options, const Files& files, const TextCodec& codec);
 bool SaveOptions(const Options& options, Files& files, const TextCodec& codec);
+
+// The play count that a text means, 1 to 99999; nothing for any other text. kPlayCountFault is what
+// the user is told then.
+std::optional<int> PlayCountOf(std::string_view text);
+inline constexpr const char* kPlayCountFault = "1 から 99999 までの数を入力して下さい。";
 
 // How many recently opened files are remembered.
 inline constexpr std::size_t kMaxRecentFiles = 5;

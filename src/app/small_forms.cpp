@@ -2,8 +2,8 @@
 
 #include <array>
 
+#include "app/settings_file.h"
 #include "platform/text.h"
-#include "player/input_data.h"
 
 namespace tamrin {
 namespace {
@@ -60,7 +60,6 @@ constexpr auto kAboutControls = std::to_array<ControlSpec>({
 });
 const FormSpec kAbout{"frmAbout", "バージョン情報", 540, 416, kAboutControls};
 
-constexpr int kMaxPlayCount = 99999;
 constexpr auto kInputControls = std::to_array<ControlSpec>({
     {ControlKind::kLabel, "lblInput", -1, "シナリオを再生する回数(&N)", "", {12, 15, 190, 20}},
     {ControlKind::kTextBox,
@@ -122,14 +121,13 @@ std::optional<int> AskPlayCount(WindowSystem& windows, int count, Form& owner) {
     Control& input = form->Find("txtInput");
     std::optional<int> result;
     form->Find("cmdOk").onClick = [&] {
-        const double number = WholeNumber(input.Text()).value_or(0);
-        if (number < 1 || number > kMaxPlayCount) {
-            windows.dialogs().MsgBox("1 から 99999 までの数を入力して下さい。", "再生回数");
+        result = PlayCountOf(input.Text());
+        if (result) {
+            form->Close();
+        } else {
+            windows.dialogs().MsgBox(kPlayCountFault, "再生回数");
             input.SetFocus();
-            return;
         }
-        result = static_cast<int>(number);
-        form->Close();
     };
     form->Find("cmdCancel").onClick = [&] { form->Close(); };
     input.SetText(std::to_string(count));

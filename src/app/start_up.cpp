@@ -1,6 +1,7 @@
 #include "app/start_up.h"
 
 #include "app/paths.h"
+#include "app/settings_file.h"
 #include "scenario/player_payload.h"
 #include "scenario/scenario_text.h"
 
@@ -56,6 +57,9 @@ StartUp StartScenario::ReadCommandLine(std::string command_line) {
             if (result != StartUp::kDone) return result;
         } else if (item.name == "stream") {
             StreamFromSwitch(item);
+        } else if (item.name == "count") {
+            const StartUp result = CountFromSwitch(item);
+            if (result != StartUp::kDone) return result;
         } else if (item.name == "tasktray") {
             controls_.mnuTaskTray.SetChecked(true);
         } else if (item.name == "close" || item.name == "c") {
@@ -95,6 +99,16 @@ void StartScenario::StreamFromSwitch(const Switch& item) {
     globals_.auto_play = true;
     globals_.close_after_play = true;
     controls_.mnuTaskTray.SetChecked(true);
+}
+
+StartUp StartScenario::CountFromSwitch(const Switch& item) {
+    const auto count = PlayCountOf(item.second);
+    if (!count) {
+        ShowMessage(item.name + "\r\n" + kPlayCountFault, "パラメータエラー");
+        return StartUp::kParameterError;
+    }
+    globals_.settings.play_count = *count;
+    return StartUp::kDone;
 }
 
 // A name without a folder stays as it is: the launcher looks for it where the system keeps

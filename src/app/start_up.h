@@ -39,6 +39,7 @@ private:
     // Loads the scenario that is to be played at once.
     StartUp Load(const std::string& path);
     void StreamFromSwitch(const Switch& item);
+    StartUp CountFromSwitch(const Switch& item);
     void BrowserFromSwitch(const Switch& item);
     void ShowMessage(const std::string& text, const std::string& title);
 

@@ -15,9 +15,10 @@ enum class RecordOutcome {
     kNotBusy,  // keys for a busy browser, which was not busy
     kSkipped,  // the user skipped its wait, and with it the action
     kNotFound,
-    kInvalid,  // its input data cannot be applied to the element
-    kNotSent,  // its keys, or not all of them: the window in front does not take them
-    kStopped,  // the run was stopped, or lost its browser, before it was done
+    kInvalid,     // its input data cannot be applied to the element
+    kNotSent,     // its keys, or not all of them: the window in front does not take them
+    kStopped,     // the run was stopped, or lost its browser, before it was done
+    kPageFailed,  // the page that it opens could not be opened
 };
 
 // One record that the run has left behind.

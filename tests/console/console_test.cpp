@@ -4,6 +4,7 @@
 #include <signal.h>
 
 #include <mutex>
+#include <regex>
 #include <string>
 
 #include "samples/sample_site.h"
@@ -72,16 +73,28 @@ TEST_F(Console, TellsByItsExitCodeHowItEnded) {
         "url\t,size_bar=0.0.800.600.1,indt=http://127.0.0.1:1/\r\nwait\t,indt=3000\r\n");
     const std::string scenario =
         Scenario("//\t,indt=memo\r\ninput\t,id=a,type=text,indt=x\r\ninput\t,id=zz,indt=v\r\n");
+    const std::string readme = FileBytes(TAMRIN_SOURCE_DIR "/README.md");
+    const std::regex named("`--?[a-z_]+");
+    Words switches;
+    for (std::sregex_iterator at(readme.begin(), readme.end(), named), end; at != end; ++at) {
+        switches.push_back(at->str().replace(0, 1, "  ") + " ");
+    }
     const std::tuple<Words, int, Words> rows[] = {
         {{}, 1, {"使い方"}},
+        {{"--help"}, 0, switches},
+        {{"--version"}, 0, {"Tamrin 0."}},
+        {{"-foo"}, 1, {"-foo という指定は使えません。", "使い方"}},
+        {{"-stream", "//"}, 1, {"最初に開くページ（url の行）がない"}},
         {{"-stream", "url\t,size_bar=1.2,indt=http://127.0.0.1/"}, 1, {"[フォーマットエラー]"}},
-        {{"-a", folder.At("none.csv")}, 2, {"のファイルが存在しません。"}},
+        {{folder.At("none.csv"), "-close"}, 2, {"none.csv\nのファイルが存在しません。"}},
         {{"-a", scenario, "-browser", "/no/such/browser"}, 3, {"[ブラウザを起動できません]"}},
         {{scenario},
          5,
          {"ミリ秒\n    1  url               完了", "\n    3  input             完了",
           "該当フィールド無し"}},
-        {{"-a", dead}, 6, {}},
+        {{"-a", dead},
+         6,
+         {"ページを開けません：http://127.0.0.1:1/ ", "url               ページを"}},
         {{"-make_player", folder.At("none/p"), scenario}, 8, {"のフォルダがありません。"}},
         {{"-make_player", TAMRIN_PROGRAM, scenario}, 8, {"は実行中か使用中のため"}},
         {{"-record", p, "/", "-browser", "/no/such/browser"}, 3, {"[ブラウザを起動できません]"}},
