@@ -186,8 +186,8 @@ std::string RecordWithoutPassword(const Element& element) {
 Found FindByRecord(const Document& document, std::string_view line) {
     const Record record = ParseRecord(line);
     const std::string indt = DecodeItemValue(record.indt);
-    Found found = FindElement(document, {record.id, record.type, indt}, Count::kAll);
     const std::string item = DecodeItemValue(record.value);
+    Found found = FindElement(document, {record.id, record.type, indt, item}, Count::kAll);
     const std::string_view radio = RadioValue(indt, item);
     if (radio.empty() || !EqualsIgnoreCase(GetElementType(found.element), "radio")) return found;
     return FindRadio(document, found.element.name(), radio);

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "browser/element_keys.h"
+#include "browser/element_types.h"
 #include "platform/text.h"
 
 namespace tamrin {
@@ -32,10 +33,31 @@ private:
 
 bool IsHidden(const std::string& type) { return EqualsIgnoreCase(type, "hidden"); }
 
+// A text on one line, with one blank for each run of white space and none around it: a record
+// writes its line ends and tabs otherwise than the page.
+std::string Folded(std::string_view text) {
+    std::string folded;
+    folded.reserve(text.size());
+    bool white = false;
+    for (const char c : text) {
+        const bool was_white = std::exchange(white, kWhiteSpace.find(c) != std::string_view::npos);
+        if (white) continue;
+        if (was_white && !folded.empty()) folded += ' ';
+        folded += c;
+    }
+    return folded;
+}
+
+bool Shows(const Element& element, std::string_view text) {
+    return EqualsIgnoreCase(Folded(element.innerText()), Folded(text));
+}
+
 void FindByType(const Document& page, const ElementKeys& keys, Matches& matches) {
+    const bool by_text = !keys.value.empty() && IsButton(KindOf(keys.type));
     for (const Element& element : page.getElementsByTagName("*")) {
         const bool wanted = EqualsIgnoreCase(GetElementType(element), keys.type) &&
-                            (keys.indt.empty() || EqualsIgnoreCase(GetValue(element), keys.indt));
+                            (keys.indt.empty() || EqualsIgnoreCase(GetValue(element), keys.indt)) &&
+                            (!by_text || Shows(element, keys.value));
         if (wanted && matches.Take(FoundBy::kTypeAndValue, element)) return;
     }
 }
@@ -110,26 +132,9 @@ void FindLinksByAddress(const Document& page, std::string_view address, Matches&
     }
 }
 
-// A link's text on one line, with one blank for each run of white space and none around it: a
-// record writes its line ends and tabs otherwise than the page.
-std::string Folded(std::string_view text) {
-    std::string folded;
-    folded.reserve(text.size());
-    bool white = false;
-    for (const char c : text) {
-        const bool was_white = std::exchange(white, kWhiteSpace.find(c) != std::string_view::npos);
-        if (white) continue;
-        if (was_white && !folded.empty()) folded += ' ';
-        folded += c;
-    }
-    return folded;
-}
-
 void FindLinksByText(const Document& page, std::string_view text, Matches& matches) {
-    const std::string folded = Folded(text);
     for (const Element& link : page.links()) {
-        const bool wanted = EqualsIgnoreCase(Folded(link.innerText()), folded);
-        if (wanted && matches.Take(FoundBy::kLinkText, link)) return;
+        if (Shows(link, text) && matches.Take(FoundBy::kLinkText, link)) return;
     }
 }
 

@@ -12,6 +12,8 @@ struct ElementKeys {
     std::string id;    // its id or its name
     std::string type;  // its type
     std::string indt;  // the record's input data: a value, or the text or the address of a link
+    // The record's item "value": of a button without an id, the text that it shows. "" for any.
+    std::string value = {};
 };
 
 // The search that found an element. Each is tried in the page and then in its frames, one level

@@ -89,7 +89,8 @@ StepResult RecordExecutor::ExecOnElement(const Record& record, int row) {
         if (const auto result = WaitBeforeLink(act)) return *result;
         act.wait_ms = 0;
     }
-    const Found found = FindElement(browser_->document(), {record.id, record.type, act.indt});
+    const Found found = FindElement(
+        browser_->document(), {record.id, record.type, act.indt, DecodeItemValue(record.value)});
     if (!found.element) return NotFound(act, row);
     if (found.by == FoundBy::kLinkText || found.by == FoundBy::kLinkAddress) {
         return FollowLink(found.element, act);

@@ -20,11 +20,15 @@ std::string WithLineEnds(std::string_view text) {
     return result;
 }
 
+std::string VisibleText(const Element& element) {
+    return CleanValue(Trim(element.innerText(), kWhiteSpace));
+}
+
 std::optional<EventValue> ReadLinkClick(const Element& active) {
     std::string href = GetHref(active);
     if (href.empty()) href = GetHref(active.parentElement());
     if (href.empty()) return std::nullopt;
-    std::string text = CleanValue(Trim(active.innerText(), kWhiteSpace));
+    std::string text = VisibleText(active);
     return EventValue{"href", text.empty() ? std::move(href) : std::move(text)};
 }
 
@@ -36,7 +40,9 @@ std::optional<EventValue> ReadClick(const Element& watched, std::string_view typ
         case ElementKind::kSubmit: {
             std::string value = CleanValue(GetValue(watched));
             if (value.empty()) value = GetAttr(watched, "src");
-            return EventValue{std::string(type), std::move(value)};
+            const bool keyless = value.empty() && GetElementId(watched).empty();
+            return EventValue{std::string(type), std::move(value),
+                              keyless ? VisibleText(watched) : std::string()};
         }
         case ElementKind::kLink:
         case ElementKind::kUntyped:
@@ -83,7 +89,7 @@ std::string CleanValue(std::string_view text) {
 
 std::string BuildEventRecord(std::string_view id, const EventValue& read, std::string_view event) {
     std::string line = BuildElementRecord(event, id, read.type, read.value);
-    if (!read.radio_value.empty()) line.append(",value=").append(read.radio_value);
+    if (!read.mark.empty()) line.append(",value=").append(read.mark);
     return line;
 }
 

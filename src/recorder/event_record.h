@@ -14,9 +14,9 @@ struct WindowState;
 struct EventValue {
     std::string type;
     std::string value;  // cleaned
-    // The value of a radio button without an id of its own, which its name alone does not tell from
-    // the others of its group.
-    std::string radio_value = {};
+    // What tells it from others of the same keys, cleaned: the value of a radio button without an
+    // id, the text of a button without id, name and value.
+    std::string mark = {};
 
     bool operator==(const EventValue&) const = default;
 };
@@ -32,8 +32,8 @@ std::optional<EventValue> ReadEvent(std::string_view event, const Element& watch
 // and with a blank for each tab, which no record can hold.
 std::string CleanValue(std::string_view text);
 
-// The record of an element's event, and of the page with which a recording begins. A radio_value is
-// an item "value" behind the others.
+// The record of an element's event, and of the page with which a recording begins. A mark is an
+// item "value" behind the others.
 std::string BuildEventRecord(std::string_view id, const EventValue& read, std::string_view event);
 std::string BuildUrlRecord(const WindowState& window, std::string_view address);
 

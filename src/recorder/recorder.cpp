@@ -20,6 +20,8 @@ constexpr int kQuietStepMs = 20;
 constexpr std::uint32_t kFlushLimitMs = 3000;
 // An event that is handled so soon after another one was waiting in the queue.
 constexpr std::uint32_t kBehindMs = 10;
+// How soon the second click of a double click follows at most.
+constexpr std::uint32_t kDoubleClickMs = 500;
 // How long the page gets to handle an event itself.
 constexpr int kPauseMs = 100;
 
@@ -63,6 +65,7 @@ void Recorder::Start(std::shared_ptr<Browser> browser, RecordKind kind) {
     has_password_ = false;
     watch_value_ = kNoData;
     paused_ = false;
+    left_at_.reset();
     browser_ = std::move(browser);
     window_ = browser_->State();
     event_ie_ = browser_->Connect(*this);
@@ -143,7 +146,7 @@ void Recorder::DocumentComplete(bool top) {
 
 void Recorder::BeforeNavigate2(const std::string& /*url*/) {
     const Handler handler(*this);
-    globals_.last_activity_tick = clock_.TickCount();
+    left_at_ = globals_.last_activity_tick = clock_.TickCount();
     RecordEvent("input", nullptr);
 }
 
@@ -235,9 +238,17 @@ void Recorder::Append(const std::string& id, const EventValue& read, std::string
     }
     const std::string line = BuildEventRecord(id, read, event);
     const int count = host_.RecordCount();
-    if (count == 0 || host_.Record(count - 1) != line) host_.AppendRecord(line);
+    const bool repeats = count > 0 && host_.Record(count - 1) == line;
+    if (!repeats || !IsEcho(event)) host_.AppendRecord(line);
     host_.SelectRecord(host_.RecordCount() - 1);
     has_password_ |= EqualsIgnoreCase(read.type, "password");
+}
+
+// A field that is left again without a change tells nothing new. A button is pressed as often as
+// the user presses it, but the second click of a double click on what leaves the page does nothing.
+bool Recorder::IsEcho(std::string_view event) const {
+    if (event != "click") return true;
+    return left_at_ && clock_.TickCount() - *left_at_ < kDoubleClickMs;
 }
 
 void Recorder::RecordUrl() {

@@ -108,6 +108,8 @@ private:
 
     void RecordEvent(std::string_view event, const PageLink* page);
     void Append(const std::string& id, const EventValue& read, std::string_view event);
+    // Whether an event that gives the same line as the one before is only that one's echo.
+    bool IsEcho(std::string_view event) const;
     void RecordUrl();
     void Pause();
     bool Recording() const { return globals_.ActivityContains("rec"); }
@@ -135,6 +137,8 @@ private:
     // What was recorded of the watched element when Enter submitted its form.
     std::optional<std::string> sent_text_;
     std::optional<DefaultButton> default_button_;  // just pressed by Enter
+
+    std::optional<std::uint32_t> left_at_;  // when the page was last about to go
 
     int handling_ = 0;
     std::uint32_t handled_at_ = 0;  // when the last handler ended

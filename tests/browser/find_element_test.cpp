@@ -35,6 +35,7 @@ TEST_F(FindElementTest, TriesItsSearchesInOrder) {
     } rows[] = {
         {"<p type=t value=a></p><p type=t value=B k=2></p>", {"", "T", "b"}, "type 2 1 1"},
         {"<p></p><p type=t k=2></p><p type=t></p>", {"", "t", ""}, "type 2 2 1"},
+        {"<p type=submit>a</p><p type=submit k=2> b\n</p>", {"", "submit", "", "B"}, "type 2 1 1"},
         {"<a>x</a><a href=u alt=go k=2>y</a>", {"", "href", "GO"}, "type 2 1 2"},
         {hidden + "<p name=n type=t k=2></p><p name=n type=t>", {"n", "T", ""}, "name+type 2 2 1"},
         {"<p name=n></p><input name=n k=2>", {"n", "", ""}, "name+type 2 1 1"},

@@ -20,11 +20,12 @@ protected:
         recorder.Start(window, RecordKind::kNew);
     }
     // What the user does, with "; " between; also "pass" (0.3 seconds), "set" ("rec change only")
-    // and "stop".
+    // "leaves" (the page is about to go) and "stop".
     void Do(const std::string& acts) {
         for (const std::string& act : SplitLines(ReplaceAll(acts, "; ", "\n"))) {
             user.Do(act);
             if (act == "pass") clock.Pass(300);
+            if (act == "leaves") window->Tell([](BrowserEvents& e) { e.BeforeNavigate2(""); });
             if (act == "set") globals.settings.rec_change_only = true;
             if (act == "stop") globals.activity.clear();
         }
@@ -98,8 +99,12 @@ TEST_F(RecorderTest, RecordsWhatTheUserDid) {
         {"<select id=a><option>x</select>", "focus a; leave", "input a select-one 0"},
         {"<input id=a type=submit><input id=b type=image><a id=c href=#>x</a>",
          "focus a; focus b; focus c; leave", ""},
-        // A record that repeats the one before is dropped.
+        {"<button type=submit><b id=a> 保存</b></button>", "click a; click a",
+         "click  submit ,value=保存; click  submit ,value=保存"},
+        // A record that repeats the one before is dropped, unless it is another press.
         {"<input id=a type=text>", "type a x; leave; focus a; leave", "input a text x"},
+        {"<input id=a type=button>", "leaves; click a; click a; pass; pass; click a",
+         "click a button ; click a button "},
         // The page goes away at once.
         {"<form action=next><input id=a type=text><input id=go type=submit></form>",
          "type a x; click go; pass; type b y; click l",

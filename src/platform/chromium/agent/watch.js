@@ -102,16 +102,20 @@ const windowFocus = (event) => {
     }
 };
 
-// Enter in a field makes the browser click the form's button. What the user did is press the key.
-const isEnter = (event) => event.detail === 0 && event.target !== active(document) &&
-    kSubmitting.has(event.target.type);
+// A click belongs to the active element when it goes there. Enter in a field makes the browser click
+// the form's button while the field stays active: what the user did is press the key. A page can also
+// keep the focus where it was when another element is clicked.
+const isOfActive = (event) => {
+    const e = active(document);
+    return e === null || event.composedPath().includes(e);
+};
 
 const kWatched = {
     focusin: tellFocus,
     focusout: leaveTo,
     blur: (event) => event.target === window && tellFrameFocus(),
     focus: windowFocus,
-    click: (event) => isEnter(event) || tell('click'),
+    click: (event) => isOfActive(event) && tell('click'),
     keypress: (event) => tell('key', active(document), event.keyCode),
     submit: () => tell('submit'),
     beforeunload: () => tell('leaving'),
