@@ -34,6 +34,8 @@ TEST_F(Loading, TellsTheBrowsersWordForWhatFails) {
     Check(
         {{"", "go:127.0.0.1:1/none done", "",
           "navigate , NavigateError http://127.0.0.1:1/none ERR_UNSAFE_PORT, DocumentComplete top"},
+         {"", "go:C:/none done", "",
+          "navigate , NavigateError file:///C:/none ERR_FILE_NOT_FOUND, DocumentComplete top"},
          {"", "go:http://[bad/ done", "", "NavigateError http://[bad/ ERR_INVALID_URL"}});
 }
 
