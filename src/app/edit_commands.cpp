@@ -67,7 +67,7 @@ constexpr auto kTextControls = std::to_array<ControlSpec>({
      "",
      {8, 8, 504, 256},
      kStretchRight | kStretchBottom,
-     kMultiLine},
+     kMultiLine | kTakesTab},
     {ControlKind::kButton, "cmdOk", -1, "Ok", "", {320, 274, 92, 26}, kCorner},
     {ControlKind::kButton, "cmdCancel", -1, "Cancel", "", {420, 274, 92, 26}, kCorner, kCancel},
 });

@@ -36,11 +36,12 @@ enum ControlFlags : unsigned {
     kDisabled = 2,
     kReadOnly = 4,
     kMultiSelect = 8,   // a list box that lets several lines be selected
-    kMultiLine = 16,    // a text box of several lines; Enter begins a new one
+    kMultiLine = 16,    // a text box of several lines; Enter begins a new one, Tab leaves it
     kDefault = 32,      // the button that Enter presses where no control needs Enter itself
     kCancel = 64,       // the button that Esc presses, and the form's close box
     kDigitsOnly = 128,  // a text box that takes digits only
     kCentered = 256,    // a label whose text stands in its middle
+    kTakesTab = 512,    // a text box of several lines that Tab writes into; Ctrl+Tab leaves it
 };
 
 // A place in pixels of a 96 dpi screen, relative to the form's client area.

@@ -30,6 +30,7 @@ TEST_F(WindowFormTest, SendsEachKeyToItsButtonTextOrMenu) {
         {"txtName", VK_DELETE, "txtName="},   {"lstLines", 'C', "mnuCopy", VK_CONTROL},
         {"lstLines", VK_DELETE, "mnuDelete"}, {"lstLines", VK_F5, "mnuStop", VK_SHIFT},
         {"cmbTime", VK_DOWN, "cmbTime=3"},    {"cmbTime", VK_DOWN, "cmbTime=5"},
+        {"txtTab", VK_TAB, "txtTab=\t"},      {"txtAll", VK_TAB, ""},
     };
     for (const auto& row : rows) {
         events.assign(1, "");
@@ -37,6 +38,9 @@ TEST_F(WindowFormTest, SendsEachKeyToItsButtonTextOrMenu) {
         desk.Strike(row.key, row.held);
         EXPECT_EQ(events.back(), row.event) << row.focus << ' ' << row.key;
     }
+    EXPECT_TRUE(Find("txtTab").Focused());
+    desk.Strike(VK_TAB, VK_CONTROL);
+    EXPECT_TRUE(Find("cmbTime").Focused());
     EXPECT_EQ(desk.windows.ClipboardText(), "最初");
     SendMessageW(window, WM_CLOSE, 0, 0);
     EXPECT_EQ(events.back(), "cmdCancel");

@@ -15,17 +15,29 @@
 namespace tamrin {
 namespace {
 
-// A text box with events for the mouse, which Windows' own does not notify.
+// A text box with events for the mouse, which Windows' own does not notify. One of several lines
+// keeps Tab for itself and does nothing with it, because its form is no dialog of Windows.
 class WindowTextBox : public HookedControl {
 public:
     using HookedControl::HookedControl;
 
 private:
     LRESULT Handle(UINT message, WPARAM wparam, LPARAM lparam) override {
+        const bool tab = wparam == VK_TAB && (spec().flags & kMultiLine) != 0;
+        if (tab && message == WM_GETDLGCODE && !WritesTab()) return DLGC_WANTCHARS | DLGC_HASSETSEL;
+        if (tab && message == WM_KEYDOWN) return 0;
+        if (tab && message == WM_CHAR) {
+            Send(EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(L"\t"));
+            return 0;
+        }
         const LRESULT result = Default(message, wparam, lparam);
         if (message == WM_LBUTTONUP) Raise(onClick);
         if (message == WM_LBUTTONDBLCLK) Raise(onDblClick);
         return result;
+    }
+
+    bool WritesTab() const {
+        return (spec().flags & kTakesTab) != 0 && GetKeyState(VK_CONTROL) >= 0;
     }
 };
 
