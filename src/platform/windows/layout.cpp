@@ -5,17 +5,20 @@
 namespace tamrin {
 namespace {
 
-// Moves a span into the range; one that is too long starts where the range does.
-int MovedInto(int start, int length, LONG range_start, LONG range_end) {
-    return std::max(static_cast<int>(range_start),
-                    std::min(start, static_cast<int>(range_end) - length));
+// Moves a span into the range, and shortens one that is longer.
+void FitSpan(int& start, int& length, LONG range_start, LONG range_end) {
+    length = std::min(length, static_cast<int>(range_end - range_start));
+    start = std::clamp(start, static_cast<int>(range_start), static_cast<int>(range_end) - length);
 }
 
 }  // namespace
 
 Place Rescaled(const Place& place, int from, int to) {
-    return {MulDiv(place.left, to, from), MulDiv(place.top, to, from),
-            MulDiv(place.width, to, from), MulDiv(place.height, to, from)};
+    // By their edges: places that touch go on touching.
+    const int left = MulDiv(place.left, to, from);
+    const int top = MulDiv(place.top, to, from);
+    return {left, top, MulDiv(place.left + place.width, to, from) - left,
+            MulDiv(place.top + place.height, to, from) - top};
 }
 
 Place Stretched(const Anchor& anchor, unsigned stretch, SIZE client) {
@@ -29,19 +32,29 @@ Place Stretched(const Anchor& anchor, unsigned stretch, SIZE client) {
     return place;
 }
 
-Place Centered(const Place& window, const Place& around) {
-    Place place = window;
-    place.left = around.left + (around.width - window.width) / 2;
-    place.top = around.top + (around.height - window.height) / 2;
-    const RECT rectangle{around.left, around.top, around.left + around.width,
-                         around.top + around.height};
+RECT WorkArea(const Place& near_to) {
+    const RECT rectangle{near_to.left, near_to.top, near_to.left + near_to.width,
+                         near_to.top + near_to.height};
     MONITORINFO monitor{};
     monitor.cbSize = sizeof monitor;
     GetMonitorInfoW(MonitorFromRect(&rectangle, MONITOR_DEFAULTTONEAREST), &monitor);
-    const RECT& work = monitor.rcWork;
-    place.left = MovedInto(place.left, place.width, work.left, work.right);
-    place.top = MovedInto(place.top, place.height, work.top, work.bottom);
+    RECT area = monitor.rcWork;
+    OffsetRect(&area, monitor.rcMonitor.left - area.left, monitor.rcMonitor.top - area.top);
+    return area;
+}
+
+Place Fitted(const Place& window, SIZE minimum, const RECT& area) {
+    Place place = window;
+    place.width = std::max(place.width, static_cast<int>(minimum.cx));
+    place.height = std::max(place.height, static_cast<int>(minimum.cy));
+    FitSpan(place.left, place.width, area.left, area.right);
+    FitSpan(place.top, place.height, area.top, area.bottom);
     return place;
+}
+
+Place Centered(const Place& window, const Place& around) {
+    return {around.left + (around.width - window.width) / 2,
+            around.top + (around.height - window.height) / 2, window.width, window.height};
 }
 
 }  // namespace tamrin

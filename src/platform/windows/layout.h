@@ -25,8 +25,15 @@ struct Anchor {
 // The place of a control at the size `client` of its form.
 Place Stretched(const Anchor& anchor, unsigned stretch, SIZE client);
 
-// The place of a window of that size in the middle of `around`, moved so that it fits on the
-// monitor.
+// The part of the nearest monitor that the task bar leaves to windows, in the coordinates of
+// WINDOWPLACEMENT: these begin at the corner of that part.
+RECT WorkArea(const Place& near_to);
+
+// The place, at least `minimum` wide and high, moved and where it must be shrunk to lie wholly in
+// the area.
+Place Fitted(const Place& window, SIZE minimum, const RECT& area);
+
+// The place of a window of that size in the middle of `around`.
 Place Centered(const Place& window, const Place& around);
 
 }  // namespace tamrin

@@ -131,6 +131,11 @@ SIZE WindowForm::OuterSize(int width, int height) const {
     return {rectangle.right - rectangle.left, rectangle.bottom - rectangle.top};
 }
 
+SIZE WindowForm::MinimumSize() const {
+    if ((flags_ & kResizable) == 0) return {};
+    return OuterSize(Scaled(width_, dpi_), Scaled(height_, dpi_));
+}
+
 void WindowForm::SetFonts() {
     OwnedFont font(MakeFont(dpi_));
     for (const auto& control : controls_) {
@@ -222,10 +227,15 @@ void WindowForm::SetPlace(const Place& place) {
     WINDOWPLACEMENT placement{};
     placement.length = sizeof placement;
     GetWindowPlacement(window_, &placement);
-    placement.rcNormalPosition = {place.left, place.top, place.left + place.width,
-                                  place.top + place.height};
     if (!Visible()) placement.showCmd = SW_HIDE;
-    SetWindowPlacement(window_, &placement);
+    // A monitor with another scale changes the size of a window that comes to it: then once more.
+    for (int dpi = 0, pass = 0; dpi != dpi_ && pass < 2; ++pass) {
+        dpi = dpi_;
+        const Place fitted = Fitted(place, MinimumSize(), WorkArea(place));
+        placement.rcNormalPosition = {fitted.left, fitted.top, fitted.left + fitted.width,
+                                      fitted.top + fitted.height};
+        SetWindowPlacement(window_, &placement);
+    }
 }
 
 void WindowForm::SetTopMost(bool on) {

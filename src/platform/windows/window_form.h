@@ -86,7 +86,6 @@ private:
     LRESULT Command(WPARAM wparam, LPARAM lparam);
     void ContextMenu(HWND window, LPARAM point);
     HBRUSH TextColors(HDC context, HWND window) const;
-    void LimitSize(MINMAXINFO& limits) const;
     void DropFiles(WPARAM drop) const;
     void DpiChanged(int dpi, const RECT& proposed);
     void TakeFocus() const;
@@ -95,6 +94,8 @@ private:
     void MakeWindow(const FormSpec& spec);
     void MakeControls(const FormSpec& spec);
     SIZE OuterSize(int width, int height) const;
+    // What the user can shrink the form to.
+    SIZE MinimumSize() const;
     void SetFonts();
     void Arrange();
     WindowControl* ControlOf(HWND window) const;

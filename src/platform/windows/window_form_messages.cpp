@@ -73,7 +73,9 @@ LRESULT WindowForm::Handle(UINT message, WPARAM wparam, LPARAM lparam) {
             if (wparam != SIZE_MINIMIZED) Arrange();
             return 0;
         case WM_GETMINMAXINFO:
-            LimitSize(*As<MINMAXINFO*>(lparam));
+            if (const SIZE least = MinimumSize(); least.cx > 0) {
+                As<MINMAXINFO*>(lparam)->ptMinTrackSize = {least.cx, least.cy};
+            }
             return 0;
         case WM_CLOSE:
             Dismiss();
@@ -98,6 +100,9 @@ LRESULT WindowForm::Handle(UINT message, WPARAM wparam, LPARAM lparam) {
             break;
         case WM_DROPFILES:
             DropFiles(wparam);
+            return 0;
+        case WM_DISPLAYCHANGE:
+            SetPlace(GetPlace());  // its monitor may be gone
             return 0;
         case WM_DPICHANGED:
             DpiChanged(LOWORD(wparam), *As<const RECT*>(lparam));
@@ -182,12 +187,6 @@ void WindowForm::Dismiss() {
     } else {
         Close();
     }
-}
-
-void WindowForm::LimitSize(MINMAXINFO& limits) const {
-    if ((flags_ & kResizable) == 0) return;
-    const SIZE minimum = OuterSize(Scaled(width_, dpi_), Scaled(height_, dpi_));
-    limits.ptMinTrackSize = {minimum.cx, minimum.cy};
 }
 
 // Gives the focus back to the control that had it; at first to the first one that can have it.
