@@ -29,11 +29,10 @@ prepare_prefix() {
     mkdir -p "$LOCPATH"
     [ -e "$LOCPATH/ja_JP.UTF-8" ] || cp -r /usr/lib/locale/C.utf8 "$LOCPATH/ja_JP.UTF-8"
     export LC_ALL=ja_JP.UTF-8
-    if [ -e "$wine_cache/ready" ]; then return; fi
+    if [ "$wine_cache/ready" -nt tests/windows/prefix.reg ]; then return; fi
     rm -rf "$WINEPREFIX"
     timeout 180 wineboot -i >/dev/null 2>&1
-    # Fonts that stand in for Windows' own, smoothed.
-    timeout 60 wine regedit /S tests/windows/fonts.reg >/dev/null 2>&1
+    timeout 60 wine regedit /S tests/windows/prefix.reg >/dev/null 2>&1
     wineserver -k || true
     touch "$wine_cache/ready"
 }

@@ -83,20 +83,5 @@ start() {
     soon see gone frmSplash
 }
 
-# browse ADDRESS TITLE: opens the recording's browser and leads it to a page. The program follows the
-# page while the browser is in front.
-browse() {
-    press ctrl+b
-    front about:blank
-    # A window that has just come may lose keys.
-    for _ in {1..9}; do
-        key ctrl+l
-        type "$1"
-        key Return
-        if patience=10 soon matches "*$2*" xdotool getactivewindow getwindowname; then break; fi
-    done
-    soon matches "$1"$'\n*' see text frmIeAuto Edit
-}
-
 # Ends the browser of a run, which Wine cannot.
 end_browser() { kill "$(cat "$BROWSER_PID_FILE")"; }
