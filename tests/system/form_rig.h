@@ -52,6 +52,13 @@ public:
         for (const MenuSpec& spec : kMenus) Watch(spec.name, -1);
     }
 
+    // Lets time pass and handles events.
+    void Pass(std::uint32_t milliseconds) {
+        const std::uint32_t start = desk.clock.TickCount();
+        for (; desk.clock.TickCount() - start < milliseconds; desk.clock.Sleep(1))
+            desk.clock.DoEvents();
+    }
+
     Control& Find(std::string_view name, int index = -1) { return form->Find(name, index); }
 
     Desk desk;

@@ -30,14 +30,12 @@ public:
         Until([&form] { return GetForegroundWindow() == WindowOf(form); });
     }
 
-    void Pass(int milliseconds) {
-        const ULONGLONG end = GetTickCount64() + static_cast<ULONGLONG>(milliseconds);
-        for (clock.DoEvents(); GetTickCount64() < end; clock.DoEvents()) clock.Sleep(1);
-    }
-
     // Handles events until the state is reached, for at most five seconds.
     void Until(const std::function<bool()>& state) {
-        for (int i = 0; i < 5000 && !state(); ++i) Pass(1);
+        for (int i = 0; i < 5000 && !state(); ++i) {
+            clock.Sleep(1);
+            clock.DoEvents();
+        }
     }
 
     void Click(Form& form, std::string_view name, int index = -1) {

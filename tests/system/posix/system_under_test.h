@@ -20,19 +20,11 @@ using SystemTextCodec = PosixTextCodec;
 class Desk {
 public:
     Desk() {
-        clock_.AddSource([this] { windows.RunTimers(clock_.TickCount()); });
+        clock.AddSource([this] { windows.RunTimers(clock.TickCount()); });
     }
 
     // Shows a form and brings it to the front.
     void Show(Form& form) { form.SetVisible(true); }
-
-    // Lets time pass and handles events.
-    void Pass(int milliseconds) {
-        for (int passed = 0; passed < milliseconds; passed += 10) {
-            clock_.Sleep(10);
-            clock_.DoEvents();
-        }
-    }
 
     // Clicks a control or chooses a menu entry.
     void Click(Form& form, std::string_view name, int index = -1) {
@@ -42,12 +34,9 @@ public:
     // Presses a shortcut key: "F5", "Ctrl+S".
     void Press(Form& form, std::string_view key) { static_cast<HeadlessForm&>(form).Press(key); }
 
-private:
-    ConsoleDialogs dialogs_{std::cerr};
-    VirtualClock clock_;
-
-public:
-    HeadlessWindowSystem windows{dialogs_};
+    VirtualClock clock;
+    ConsoleDialogs dialogs{std::cerr};
+    HeadlessWindowSystem windows{dialogs};
 };
 
 }  // namespace tamrin::test
