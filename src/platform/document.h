@@ -28,7 +28,8 @@ public:
     // A property of the automation model as text: "id", "name", "tagName" (capitals), "value",
     // "checked" ("True" or "False"), "selectedIndex" (decimal), "innerText", "outerHTML", "href",
     // "src".
-    // The lines of a textarea's value are separated by CR LF. Unknown: "".
+    // The lines of a textarea's value are separated by CR LF. The value of a file field is the path
+    // of its one file where the browser tells it, else "C:\fakepath\" and the name. Unknown: "".
     virtual std::string Get(std::string_view property) = 0;
 
     // Sets "value", "checked" ("True" or "False") or "selectedIndex" so that the page notices it as

@@ -61,12 +61,19 @@ std::optional<EventValue> ReadInput(const Element& watched, std::string_view typ
     switch (KindOf(type)) {
         case ElementKind::kCheck:
             return EventValue{std::string(type), watched.checked(), RadioValue(watched, type)};
-        case ElementKind::kSelect:
-            return EventValue{std::string(type), watched.selectedIndex()};
+        case ElementKind::kSelect: {
+            std::string index = watched.selectedIndex();
+            if (index == "-1")
+                return std::nullopt;  // nothing is chosen, and nobody can choose that
+            return EventValue{std::string(type), std::move(index)};
+        }
         case ElementKind::kText:
         case ElementKind::kEmail:
-        case ElementKind::kUntyped:
-            return EventValue{std::string(type), CleanValue(GetValue(watched))};
+        case ElementKind::kUntyped: {
+            std::string value = CleanValue(GetValue(watched));
+            if (value.empty() && EqualsIgnoreCase(type, "file")) return std::nullopt;
+            return EventValue{std::string(type), std::move(value)};
+        }
         default:
             return std::nullopt;
     }
@@ -77,6 +84,11 @@ std::optional<EventValue> ReadInput(const Element& watched, std::string_view typ
 std::optional<EventValue> ReadEvent(std::string_view event, const Element& watched,
                                     std::string_view type, const Element& active) {
     return event == "click" ? ReadClick(watched, type, active) : ReadInput(watched, type);
+}
+
+bool HidesPath(const EventValue& read) {
+    return EqualsIgnoreCase(read.type, "file") &&
+           StartsWithIgnoreCase(read.value, "C:\\fakepath\\");
 }
 
 std::string CleanValue(std::string_view text) {

@@ -24,9 +24,12 @@ struct EventValue {
 // What is recorded of an event ("click" or "input") on the watched element; nothing when the event
 // is not recorded. "click" is recorded of a submit, button or image input, and of a link: `active`
 // is an element without a type, and it or its parent has an href. "input" is the leaving of a
-// field.
+// field; not of a file field or a select in which nothing is chosen, which cannot be played.
 std::optional<EventValue> ReadEvent(std::string_view event, const Element& watched,
                                     std::string_view type, const Element& active);
+
+// Whether it is a chosen file whose place the browser keeps to itself.
+bool HidesPath(const EventValue& read);
 
 // The form in which a record holds a text: encoded (EncodeItemValue), without blanks at the ends,
 // and with a blank for each tab, which no record can hold.

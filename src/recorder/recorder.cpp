@@ -228,6 +228,10 @@ void Recorder::RecordEvent(std::string_view event, const PageLink* page) {
     }
     const bool unchanged = !watch_value_.empty() && CleanValue(watch_value_) == read->value;
     if (globals_.settings.rec_change_only && unchanged) return;
+    if (HidesPath(*read)) {
+        host_.SetStatus("ファイルの場所が分からないため、メモの行として記録しました。");
+        event = "//";
+    }
     Append(id, *read, event);
 }
 

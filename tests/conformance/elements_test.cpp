@@ -245,6 +245,7 @@ TEST_F(Put, IsNoticedByThePageAsAUsersInput) {
 
 TEST_F(Put, ReachesFieldsWhoseFrameworkTracksThemAndFilesAndHandlesFoundBefore) {
     const TemporaryFolder folder;
+    const std::string file = folder.Write("一行.txt", "一行");
     Check({
         // As the frameworks do: the field's own accessor notes what scripts set, and an input event
         // that brings nothing new is not a user's.
@@ -262,7 +263,7 @@ TEST_F(Put, ReachesFieldsWhoseFrameworkTracksThemAndFilesAndHandlesFoundBefore) 
          "find:a put:b:checked=True put:c:value=2 is:a:checked is:b:checked is:c:value",
          "|False|True|2"},
         {"<input type=file id=f onchange='say(files[0].name + files[0].size)'>",
-         "put:f:value=" + folder.Write("一行.txt", "一行"), "一行.txt6"},
+         "put:f:value=" + file + " is:f:value", "一行.txt6|" + file},
     });
 }
 

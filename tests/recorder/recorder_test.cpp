@@ -96,7 +96,10 @@ TEST_F(RecorderTest, RecordsWhatTheUserDid) {
         {"<p id=a tabindex=0></p>", "focus a; leave", "input a  "},
         {"<input id=a type=radio value=3><input name=b type=radio value=\"1,2\">",
          "click a; click b; leave", "input a radio True; input b radio True,value=1[,]2"},
-        {"<select id=a><option>x</select>", "focus a; leave", "input a select-one 0"},
+        {"<select id=a><option>x</select><input id=f type=file value=C:\\fakepath\\f>"
+         "<input id=g type=file><input id=h type=file value=/h>",
+         "focus a; focus f; focus g; focus h; leave",
+         "input a select-one 0; // f file C:\\fakepath\\f; input h file /h"},
         {"<input id=a type=submit><input id=b type=image><a id=c href=#>x</a>",
          "focus a; focus b; focus c; leave", ""},
         {"<button type=submit><b id=a> 保存</b></button>", "click a; click a",

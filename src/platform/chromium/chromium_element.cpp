@@ -65,6 +65,9 @@ std::string Quoted(std::string_view text) {
 // The page agent's answer to a write to a file input.
 constexpr std::string_view kIsFile = "file";
 
+// What a page sees of a chosen file, instead of the folder.
+constexpr std::string_view kHiddenPath = "C:\\fakepath\\";
+
 // The browser takes full paths only.
 std::string FullPath(std::string_view path, const Files& files) {
     const bool is_full =
@@ -144,6 +147,13 @@ std::optional<std::size_t> ChromiumElement::KnownField(std::string_view property
 }
 
 std::string ChromiumElement::Get(std::string_view property) {
+    std::string text = Read(property);
+    if (property != "value" || !text.starts_with(kHiddenPath)) return text;
+    std::string path = ChosenFile();
+    return path.empty() ? text : path;
+}
+
+std::string ChromiumElement::Read(std::string_view property) {
     if (const auto element = document().SnapshotElement(number())) {
         const FieldBlock& fields = document().Snapshot()->fields;
         const auto field = FieldIn(*element, {kProperties, kEventProperties}, property);
@@ -252,6 +262,16 @@ std::string ChromiumElement::ObjectId(std::string_view function) const {
         .agents()
         .Call("Runtime.evaluate", {{"expression", expression}, {"uniqueContextId", agent}}, agent)
         .Text("/result/objectId");
+}
+
+std::string ChromiumElement::ChosenFile() const {
+    const std::string id = ObjectId("chosenFile");
+    if (id.empty()) return "";
+    PageAgents& agents = document().tab().agents();
+    const std::string& agent = document().agent();
+    const auto info = agents.Call("DOM.getFileInfo", {{"objectId", id}}, agent);
+    agents.Post("Runtime.releaseObject", {{"objectId", id}}, agent);
+    return info.Text("/path");
 }
 
 bool ChromiumElement::PutFile(std::string_view property, std::string_view path) {

@@ -59,6 +59,10 @@ private:
     // The protocol's object id of what a function of the page agent answers for this element; the
     // caller releases it. "" when the element is gone.
     std::string ObjectId(std::string_view function) const;
+    // What Get answers, before the place of a chosen file is looked up.
+    std::string Read(std::string_view property);
+    // The path of the file that is chosen in this field; "" when the browser does not tell it.
+    std::string ChosenFile() const;
     bool PutFile(std::string_view property, std::string_view path);
 
     // Fires an event inside a handler without the page, where the subscribers alone are to know it

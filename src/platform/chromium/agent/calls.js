@@ -143,6 +143,12 @@ tamrin.of = (number, name, ...args) => {
 // The element itself, for the program to set a file; the browser sends the change event.
 tamrin.fileInput = (number) => (told = elementOf(number));
 
+// The one file that the user has chosen in a file field, whose place only the program learns.
+tamrin.chosenFile = (number) => {
+    const files = elementOf(number)?.files;
+    return files?.length === 1 ? files[0] : null;
+};
+
 // The element itself, scrolled into view, for the browser to highlight.
 tamrin.outlined = (number) => {
     const e = elementOf(number);
