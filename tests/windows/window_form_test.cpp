@@ -136,12 +136,11 @@ TEST_F(WindowFormTest, IsDisabledBehindAModalFormAndClosesItFirst) {
     };
     dialog->onUnload = [&] { events.emplace_back("dialog"); };
     form->onUnload = [&] { events.emplace_back("form"); };
-    desk.clock.AddSource([&, done = false]() mutable {
-        if (std::exchange(done, done || dialog->Visible()) || !dialog->Visible()) return;
-        EXPECT_FALSE(IsWindowEnabled(window));
-        EXPECT_FALSE(form->Close());
+    Find("Timer1").onTimer = [&] {
+        EXPECT_FALSE(IsWindowEnabled(window) || form->Close());
         EXPECT_TRUE(form->Close());
-    });
+    };
+    Find("Timer1").SetEnabled(true);
     dialog->ShowModal(*form);
     EXPECT_EQ(events, (Lines{"query", "query", "dialog", "form"}));
     EXPECT_TRUE(IsWindowEnabled(window));
