@@ -8,14 +8,9 @@ namespace {
 class BrowserTest : public ExplorerTest {
 protected:
     BrowserTest() { Open("<input id=a value=v>"); }
-    void TearDown() override {
-        listed.clear();
-        sources = {};
-        ExplorerTest::TearDown();
-    }
     // A browser that the shell lists.
     ComPtr<BrowserDouble> List(HWND window, std::string_view name = "Internet Explorer") {
-        listed.push_back(NewBrowser(world.Open("<p>", 11)));
+        listed.push_back(NewBrowser(world.Open("<p>").document()));
         listed.back()->SetWindow(window);
         listed.back()->is["Name"] = Variant(name);
         return listed.back();
@@ -37,13 +32,13 @@ protected:
 TEST_F(BrowserTest, TellsTheWindowFromItsFramesAndBringsThePageThatIsLeftAlong) {
     const Document left = browser->document();
     Log log(*browser, left);
-    const ComPtr<BrowserDouble> frame(new BrowserDouble(world.faults));
+    const auto frame = NewBrowser(nullptr);
     it->Tell(DISPID_BEFORENAVIGATE2, "http://site/next");
     page->active = &El("a");
     it->Tell(DISPID_BEFORENAVIGATE2, "javascript:f()");
     it->Tell(DISPID_BEFORENAVIGATE2, "http://site/inner", 0, frame.get());
     it->Tell(DISPID_NAVIGATECOMPLETE2, "http://site/inner", 0, frame.get());
-    it->is["Document"] = Variant(world.Open("<input id=b>", 11).document().get());
+    it->is["Document"] = Variant(world.Open("<input id=b>").document().get());
     it->Tell(DISPID_NAVIGATECOMPLETE2, "http://site/next");
     it->Tell(DISPID_DOCUMENTCOMPLETE, "http://site/inner", 0, frame.get());
     it->Tell(DISPID_DOCUMENTCOMPLETE, "http://site/next");
@@ -56,10 +51,6 @@ TEST_F(BrowserTest, TellsTheWindowFromItsFramesAndBringsThePageThatIsLeftAlong) 
                        "frame complete", "complete", "error http://nowhere/ 0x800C0005"}));
     EXPECT_EQ(left.url() + browser->document().Named("b").by_id.id(), "b");
     EXPECT_FALSE(left.Connect(log));
-    log.connection.reset();
-    it->Tell(DISPID_DOCUMENTCOMPLETE, "http://site/next");
-    browser->DeliverEvents();
-    EXPECT_EQ(log.lines.size(), 6U);
 }
 
 TEST_F(BrowserTest, IsBusyFromTheCallOnAndBehindADialogBox) {
@@ -67,13 +58,11 @@ TEST_F(BrowserTest, IsBusyFromTheCallOnAndBehindADialogBox) {
     it->SetWindow(window->frame);
     EXPECT_EQ(browser->Handle(), BrowserDouble::NumberOf(window->frame));
     Log log(*browser);
-    EXPECT_FALSE(browser->Busy());
-    EXPECT_EQ(browser->ReadyState(), 4);
+    EXPECT_TRUE(!browser->Busy() && browser->ReadyState() == 4);
     EXPECT_TRUE(browser->Navigate("http://site/日本"));
     EXPECT_EQ(it->is["Navigate2"].Text(), "http://site/日本");
     now = 1999;
-    EXPECT_TRUE(browser->Busy());
-    EXPECT_EQ(browser->ReadyState(), 1);
+    EXPECT_TRUE(browser->Busy() && browser->ReadyState() == 1);
     now = 2000;  // by now the browser would have said so itself
     EXPECT_FALSE(browser->Busy());
     EXPECT_TRUE(browser->Navigate("http://site/y"));
@@ -83,17 +72,10 @@ TEST_F(BrowserTest, IsBusyFromTheCallOnAndBehindADialogBox) {
     it->is["Busy"] = Variant(true);
     EXPECT_TRUE(browser->Busy());
     it->is["Busy"] = Variant(false);
-    for (const HRESULT waits_for_its_user : {RPC_E_CALL_REJECTED, RPC_E_SERVERCALL_RETRYLATER}) {
-        it->failure = waits_for_its_user;
-        EXPECT_TRUE(browser->Busy() && browser->Alive());
-    }
-    it->failure = E_FAIL;
-    EXPECT_FALSE(browser->Busy());
+    it->failure = RPC_E_SERVERCALL_RETRYLATER;  // waits for its user
+    EXPECT_TRUE(browser->Busy() && browser->Alive());
     it->failure = S_OK;
-    const HWND box = MakeWindow(L"#32770", window->content, WS_POPUP);
-    EXPECT_TRUE(browser->Busy());
-    DestroyWindow(box);
-    EXPECT_TRUE(!browser->Busy() && browser->Alive());
+    EXPECT_TRUE(browser->Alive());
     window.reset();
     EXPECT_FALSE(browser->Alive());
     browser->DeliverEvents();
@@ -112,36 +94,26 @@ TEST_F(BrowserTest, GivesEverythingBackWhenTheBrowserIsGone) {
         if (failure == S_OK) it->Tell(DISPID_ONQUIT);
         EXPECT_FALSE(browser->Busy() || browser->Alive() || browser->document());
         EXPECT_FALSE(browser->Navigate("x"));
-        EXPECT_EQ(shown.url() + shown.Named("a").by_id.id(), "");
-        EXPECT_EQ(browser->State(), WindowState());
+        EXPECT_EQ(shown.url(), "");
         it = nullptr;
         EXPECT_EQ(ObjectDouble::alive, 0);
         browser->Quit();
-        browser->SetForeground();
         browser->DeliverEvents();
         EXPECT_EQ(log.lines, Strings{"quit"});
     }
 }
 
 TEST_F(BrowserTest, StandsAsItIsPut) {
-    for (const WindowBars bars :
-         {WindowBars{.tool = true, .address = true}, WindowBars{.menu = true, .status = true}}) {
-        const WindowState state{{10, 20, 800, 600}, bars, bars.menu};
-        browser->SetPlace(state.place);
-        browser->SetBars(bars);
-        browser->SetVisible(bars.tool);
-        it->is["FullScreen"] = Variant(bars.menu);
-        EXPECT_EQ(browser->State(), state);
-        EXPECT_EQ(it->is["Visible"].Truth(), bars.tool);
-    }
-    it->failure = E_FAIL;
-    EXPECT_EQ(browser->State(), WindowState());
-    EXPECT_EQ(browser->Handle(), 0U);
+    const WindowState state{{10, 20, 800, 600}, {true, false, true, false}, true};
+    browser->SetPlace(state.place);
+    browser->SetBars(state.bars);
+    it->is["FullScreen"] = Variant(true);
+    EXPECT_EQ(browser->State(), state);
 }
 
 TEST_F(BrowserTest, IsListedInTheOrderOfTheScreenAndFoundByItsFocus) {
     List(back);
-    const auto first = List(front, "WINDOWS Internet Explorer");
+    List(front, "WINDOWS Internet Explorer");
     page = world.pages.back().get();
     List(front, "エクスプローラー");
     List(reinterpret_cast<HWND>(30));  // minimised
@@ -154,148 +126,77 @@ TEST_F(BrowserTest, IsListedInTheOrderOfTheScreenAndFoundByItsFocus) {
     EXPECT_FALSE(windows.Focused());
     page->focused = true;
     EXPECT_EQ(windows.Focused(), visible[0]);
-    Log log(*visible[0]);
-    first->Tell(DISPID_DOCUMENTCOMPLETE, "http://site/");
-    windows.DeliverEvents();
-    EXPECT_EQ(log.lines, Strings{"complete"});
-    first->failure = RPC_E_DISCONNECTED;
-    EXPECT_EQ(windows.Visible().size(), 1U);
 }
 
 TEST_F(BrowserTest, IsMadeAsTheKindThatShowsPagesOrSaysWhyNot) {
     enum Kind { kMissing, kShowsNothing, kShowsPages };
     const struct {
         Kind plain, medium;
-        bool answers, opens_plain, opens_medium;
-    } rows[] = {{kShowsPages, kShowsPages, true, true, false},
-                {kShowsNothing, kShowsPages, true, false, true},
-                {kMissing, kShowsPages, true, false, true},
-                {kShowsNothing, kShowsNothing, false, true, false},
-                {kMissing, kShowsNothing, false, false, true},
-                {kMissing, kMissing, false, false, false}};
+        bool answers;
+        std::string_view opened;
+    } rows[] = {{kShowsPages, kShowsPages, true, "plain"},
+                {kShowsNothing, kShowsPages, true, "medium"},
+                {kMissing, kShowsPages, true, "medium"},
+                {kShowsNothing, kShowsNothing, false, "plain"},
+                {kMissing, kMissing, false, ""}};
     for (const auto& row : rows) {
         SCOPED_TRACE(testing::Message() << row.plain << row.medium);
-        const auto plain = NewBrowser(*page), medium = NewBrowser(*page);
-        const auto maker = [](const ComPtr<BrowserDouble>& made, Kind kind) {
-            if (kind != kShowsPages) made->is["Document"] = Variant();
-            return [made, kind](HRESULT& failure) {
-                failure = kind == kMissing ? REGDB_E_CLASSNOTREG : S_OK;
-                return ComPtr<IDispatch>(kind == kMissing ? nullptr : made.get());
-            };
+        std::string opened;
+        const auto make = [&](Kind kind, const char* name, HRESULT& failure) {
+            failure = kind == kMissing ? REGDB_E_CLASSNOTREG : S_OK;
+            if (kind == kMissing) return ComPtr<IDispatch>();
+            opened = name;
+            it = NewBrowser(kind == kShowsPages ? page->document() : nullptr);
+            return ComPtr<IDispatch>(it.get());
         };
-        sources.create = maker(plain, row.plain);
-        sources.create_medium = maker(medium, row.medium);
+        sources.create = [&](HRESULT& error) { return make(row.plain, "plain", error); };
+        sources.create_medium = [&](HRESULT& error) { return make(row.medium, "medium", error); };
         *sources.medium = false;
         VirtualClock clock;
         EXPECT_EQ(ExplorerAnswers(calls, sources, clock), row.answers);
-        why = "";
-        const auto opened = ExplorerWindows(calls, sources).Open("http://x/", why);
-        EXPECT_EQ(why.empty(), opened != nullptr);
-        EXPECT_EQ(plain->is["Visible"].Truth(), row.opens_plain);
-        EXPECT_EQ(medium->is["Visible"].Truth(), row.opens_medium);
-        EXPECT_EQ(medium->is["Navigate2"].Text() == "http://x/", row.opens_medium);
+        opened = why = "";
+        const auto made = ExplorerWindows(calls, sources).Open("http://x/", why);
+        EXPECT_EQ(opened, row.opened);
+        EXPECT_TRUE(made ? it->is["Navigate2"].Text() == "http://x/" : !why.empty());
     }
 }
 
-TEST_F(BrowserTest, IsFollowedIntoAnotherProcess) {
-    List(back);  // was there before
-    ExplorerWindows windows(calls, sources);
-    const auto made = windows.Create(why);
-    Log log(*made);
-    EXPECT_TRUE(made->Navigate("http://intranet/"));
-    now = 9999;
-    it->failure = RPC_E_DISCONNECTED;
-    EXPECT_TRUE(!made->document() && made->Busy() && made->Alive());
-    const auto successor = List(front);
-    EXPECT_TRUE(made->Alive() && !made->Busy());
-    EXPECT_EQ(made->Handle(), BrowserDouble::NumberOf(front));
-    successor->Tell(DISPID_DOCUMENTCOMPLETE);
-    // But only for some seconds.
-    EXPECT_TRUE(made->Navigate("http://intranet/"));
-    successor->failure = RPC_E_DISCONNECTED;
-    EXPECT_FALSE(made->document());
-    listed.pop_back();
-    now += 10000;
-    EXPECT_FALSE(made->Alive());
-    windows.DeliverEvents();
-    EXPECT_EQ(log.lines, (Strings{"complete", "quit"}));
-}
-
-// A page that Edge shows: a window of Edge's with a content window that answers for its document.
-class ContentTest : public BrowserTest {
-protected:
-    ContentTest() {
-        sources.z_order = [this] { return std::vector<HWND>{edge.frame, edge.content}; };
-        sources.contents = ContentWindows;
-        Show("http://site/");
-        page->focused = true;
-    }
-    void Show(const std::string& url) {
-        page = &world.Open("<input id=a value=v>", 11, url);
-        it = NewBrowser(*page);
+// Edge shows pages in windows that the shell does not list; a window inside answers for them.
+TEST_F(BrowserTest, IsFoundByItsContentWindow) {
+    BrowserWindowDouble edge(L"Chrome_WidgetWin_1");
+    const auto show = [&](const std::string& url) {
+        page = &world.Open("<input id=a value=v>", url);
+        it = NewBrowser(page->document());
         edge.Show(page->document().get());
-    }
-    BrowserWindowDouble edge{L"Chrome_WidgetWin_1"};
-};
-
-TEST_F(ContentTest, IsFoundWhereTheShellDoesNotListItAndTellsOfItsPages) {
+    };
+    show("http://site/");
+    page->focused = true;
+    sources.z_order = [&edge] { return std::vector<HWND>{edge.frame}; };
+    sources.contents = ContentWindows;
     ExplorerWindows windows(calls, sources);
     const auto found = windows.Focused();
     ASSERT_TRUE(found);
     EXPECT_EQ(windows.Visible(), std::vector<std::shared_ptr<Browser>>{found});
     EXPECT_EQ(found->Handle(), BrowserDouble::NumberOf(edge.frame));
-    EXPECT_EQ(found->State(),
-              (WindowState{{100, 50, 600, 500}, {true, false, true, false}, false}));
-    found->SetPlace({110, 60, 620, 520});
-    EXPECT_TRUE(Pump([&] { return found->State().place == WindowPlace{110, 60, 620, 520}; }));
-    const HWND box = MakeWindow(L"#32770", edge.frame, WS_POPUP);
-    EXPECT_TRUE(found->Busy());
-    DestroyWindow(box);
-    EXPECT_FALSE(found->Busy());
-    windows.DeliverEvents();
-    it = nullptr;
-    EXPECT_EQ(ObjectDouble::alive, 2) << "it keeps no page of which it tells nobody";
-    Show("http://site/");
+    EXPECT_EQ(found->State().place, (WindowPlace{100, 50, 600, 500}));
     Log log(*found);
     const Document old = found->document();
     EXPECT_TRUE(found->Navigate("http://site/b"));
     EXPECT_EQ(page->went_to + " from " + old.url(), "http://site/b from http://site/");
-    Show("http://site/b");
+    show("http://site/b");
     page->ready_state = "loading";
-    EXPECT_TRUE(found->Busy());
-    EXPECT_EQ(found->ReadyState(), 1);
+    EXPECT_TRUE(found->Busy() && found->ReadyState() == 1);
     EXPECT_EQ(old.url() + found->document().url(), "http://site/b");
     page->ready_state = "complete";
-    now = 199;  // it does not ask at each turn
+    now = 200;  // it does not ask at each turn
     windows.DeliverEvents();
-    EXPECT_EQ(log.lines, (Strings{"before http://site/b", "shown"}));
-    now = 200;
-    windows.DeliverEvents();
-    found->Quit();
-    EXPECT_EQ(page->went_to, "closed");
+    world.browser = it.get();  // which is used where a page gives it
+    EXPECT_TRUE(ExplorerWindows(calls, sources).Visible().at(0)->Navigate("x"));
+    EXPECT_EQ(it->is["Navigate2"].Text(), "x");
     DestroyWindow(edge.content);
     EXPECT_FALSE(found->Alive() || found->document());
     windows.DeliverEvents();
     EXPECT_EQ(log.lines, (Strings{"before http://site/b", "shown", "complete", "quit"}));
-}
-
-TEST_F(ContentTest, IsItsBrowserWhereThePageGivesOne) {
-    world.browser = it.get();
-    ExplorerWindows windows(calls, sources);
-    const auto found = windows.Focused();
-    ASSERT_TRUE(found);
-    Log log(*found);
-    it->Tell(DISPID_DOCUMENTCOMPLETE, "http://site/");
-    windows.DeliverEvents();
-    EXPECT_EQ(log.lines, Strings{"complete"});
-    EXPECT_EQ(found->Handle(), BrowserDouble::NumberOf(edge.frame));
-    EXPECT_EQ(windows.Visible(), std::vector<std::shared_ptr<Browser>>{found});
-    // Listed after all, in that frame or in another, it is no other window.
-    listed.push_back(it);
-    for (const HWND frame : {edge.frame, edge.content}) {
-        it->SetWindow(frame);
-        EXPECT_EQ(ExplorerWindows(calls, sources).Visible().size(), 1U);
-    }
 }
 
 }  // namespace

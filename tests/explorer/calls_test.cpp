@@ -1,8 +1,7 @@
 #include <objidl.h>
 
 #include <atomic>
-#include <chrono>
-#include <future>
+#include <thread>
 
 #include "explorer/explorer_rig.h"
 #include "platform/explorer/call_filter.h"
@@ -12,163 +11,80 @@ namespace {
 
 using CallsTest = ExplorerTest;
 
-TEST_F(CallsTest, AreTracedWhenTheyFailAndAskAgainForNumbers) {
-    Strings trace;
-    calls.Trace([&trace](const std::string& line) { trace.push_back(line); });
-    const Document shown = Open("<input id=a value=v>");
-    const Element a = shown.Named("a").by_id;
-    EXPECT_EQ(a.id(), "a");
-    world.first_number += 1000;  // the page has changed its objects
-    EXPECT_EQ(a.id(), "a");
-    trace.clear();
+TEST_F(CallsTest, AreTracedWhenTheyFail) {
+    std::string trace;
+    const Element a = Open("<input id=a>").Named("a").by_id;
+    calls.Trace([&trace](const std::string& line) { trace += line; });
     world.faults = {.calls = -1, .failing = 0, .how = DISP_E_EXCEPTION};  // the name comes first
-    EXPECT_EQ(a.selectedIndex() + a.Get("src"), "");
-    EXPECT_EQ(trace, Strings{"get INPUT.src: 0x80004005 駄目  "});
-}
-
-// Each call of each object of the browser fails once: nothing crashes, and nothing is kept.
-TEST_F(CallsTest, LoseNothingWhenAnyOfThemFails) {
-    const auto drive = [this](int mode) {
-        const Document shown = Open(
-            "<form id=f><input id=a value=v><select id=s><option>x</select><button id=b></button>"
-            "</form><a id=l href=x>l</a><iframe id=i></iframe><input type=checkbox>",
-            mode);
-        Log log(*browser, shown);
-        log.during = [&log](const std::string&) {
-            const Element active = log.page.activeElement();
-            for (const Element& e : {active, active.form(), active.DefaultButton()})
-                e.getAttribute("alt");
-        };
-        page->Focus(El("a"));
-        page->Fire(&El("a"), "onkeypress", 13);
-        it->Tell(DISPID_BEFORENAVIGATE2, "http://site/next");
-        it->Tell(DISPID_DOCUMENTCOMPLETE, "http://site/next");
-        browser->DeliverEvents();
-        browser->SetPlace({});
-        browser->SetBars({});
-        browser->State();
-        shown.links();
-        for (const Frame& frame : shown.frames()) frame.document.Named("x");
-        const Element select = shown.Named("s").by_id;
-        select.OptionTexts();
-        select.Put("selectedIndex", "1");
-        if (mode > 9) select.fireEvent("onchange");  // costs a thread
-        browser->Busy();
-        browser->Navigate("http://site/");
-        it->Tell(DISPID_NAVIGATECOMPLETE2, "http://site/next");
-        browser->Quit();
-        browser->DeliverEvents();
-    };
-    for (const int mode : {11, 7}) {
-        world.faults = {};
-        drive(mode);
-        const int all = world.faults.calls;
-        EXPECT_GT(all, 100);
-        int first = 0;
-        // The last one is Null, or no answer.
-        for (const HRESULT how :
-             {E_FAIL, E_ACCESSDENIED, RPC_E_DISCONNECTED, RPC_E_CALL_REJECTED, DISP_E_UNKNOWNNAME,
-              DISP_E_MEMBERNOTFOUND, DISP_E_EXCEPTION, S_FALSE}) {
-            for (int call = first++; call < all; call += 8) {
-                SCOPED_TRACE(testing::Message() << "call " << call << " fails as " << how);
-                world.faults = {.failing = call, .how = how};
-                drive(mode);
-                browser = nullptr;
-                it = nullptr;
-                ASSERT_EQ(ObjectDouble::alive, 0);
-            }
-        }
-    }
+    EXPECT_EQ(a.Get("src"), "");
+    EXPECT_EQ(trace, "get INPUT.src: 0x80004005 駄目  ");
 }
 
 // A browser in a program of its own, whose page asks its user and waits for the answer. Calls to
-// the page are marshaled, and wait while the program does not handle its messages.
-class OtherBrowserTest : public CallsTest {
-protected:
-    // Shows a page with an element "k". Without a box the program hangs while the page asks.
-    Element Show(const std::string& html, bool with_box, int mode = 11) {
-        IStream* packed = nullptr;
-        program = std::async(std::launch::async, [=, this, &packed] {
-            const Apartment its_apartment;
-            const BrowserWindowDouble shown;
-            window = &shown;
-            world.box = [this, with_box] {
-                const HWND frame = window->frame;
-                const HWND box = with_box ? MakeWindow(L"#32770", frame, WS_POPUP) : nullptr;
-                if (with_box) Pump([this] { return answer != kNone; });
-                while (answer == kNone) Sleep(1);
-                DestroyWindow(box);
-                return answer.exchange(kNone) == kYes;
-            };
-            page = &world.Open(html, mode);
-            CoMarshalInterThreadInterfaceInStream(IID_IDispatch, page->document().get(), &packed);
-            state = kShown;
-            while (!Pump([this] { return state == kEnding; })) continue;
-        });
-        Pump([this] { return state == kShown; });
-        ComPtr<IDispatch> document;
-        CoGetInterfaceAndReleaseStream(packed, IID_IDispatch,
-                                       reinterpret_cast<void**>(document.Out()));
-        it = ComPtr<BrowserDouble>(new BrowserDouble(world.faults));
-        it->is["Document"] = Variant(document.get());
-        it->SetWindow(window->frame);
-        browser = std::make_unique<ExplorerBrowser>(calls, Called(it));
-        return browser->document().Named("k").by_id;
-    }
-    // Ends the program. What its page has said follows.
-    std::string End() {
-        browser = nullptr;
-        it = nullptr;
-        // What was left behind comes back.
-        EXPECT_TRUE(Pump([] { return ObjectDouble::alive == 0; }));
-        state = kEnding;
-        Pump([this] { return program.wait_for(std::chrono::seconds(0)) != kRuns; });
-        return page->said;
-    }
-
-    static constexpr auto kRuns = std::future_status::timeout;
-    enum { kStarting, kShown, kEnding };
-    std::atomic<int> state = kStarting;
-    enum { kNone, kYes, kNo };
-    std::atomic<int> answer = kNone;
-    const BrowserWindowDouble* window = nullptr;
-    std::future<void> program;
-};
-
-TEST_F(OtherBrowserTest, IsBusyWhileItsPageAsksItsUser) {
-    const CallFilter filter(calls, {});
-    Element button = Show("<input type=button id=k onclick=ask onchange=ask>", true, 9);
-    for (const int reply : {kYes, kNo}) {
-        EXPECT_TRUE(Pump([this] { return !browser->Busy(); }));
-        EXPECT_TRUE(button.click());
-        EXPECT_TRUE(browser->Busy());
+// the page are marshaled, and wait while that program does not handle its messages.
+TEST_F(CallsTest, LeaveAPageThatAsksItsUserToItself) {
+    std::atomic<int> answer = 0;  // or IDYES or IDNO
+    std::atomic<bool> hangs = false, ending = false;
+    std::atomic<const BrowserWindowDouble*> window = nullptr;
+    IStream* packed = nullptr;
+    world.box = [&] {
+        const HWND box = hangs ? nullptr : MakeWindow(L"#32770", window.load()->frame, WS_POPUP);
+        if (box) Pump([&] { return answer != 0; });
+        while (answer == 0) Sleep(1);
+        DestroyWindow(box);
+        return answer.exchange(0) == IDYES;
+    };
+    std::thread program([&] {
+        const Apartment its_apartment;
+        const BrowserWindowDouble shown;
+        page = &world.Open("<input type=button id=k onclick=ask onchange=ask>");
+        CoMarshalInterThreadInterfaceInStream(IID_IDispatch, page->document().get(), &packed);
+        window = &shown;
+        while (!Pump([&] { return ending.load(); })) continue;
+    });
+    Pump([&] { return window != nullptr; });
+    ComPtr<IDispatch> document;
+    CoGetInterfaceAndReleaseStream(packed, IID_IDispatch, reinterpret_cast<void**>(document.Out()));
+    Show(NewBrowser(document));
+    document = nullptr;
+    it->SetWindow(window.load()->frame);
+    int asked = 0;
+    const CallFilter filter(
+        calls, {.stop_requested = [&] { return hangs && ++asked == 3; }, .window_ms = 10});
+    Element button = browser->document().Named("k").by_id;
+    for (const int reply : {IDYES, IDNO}) {
+        EXPECT_TRUE(button.click() && browser->Busy());
         EXPECT_FALSE(button.click() || button.Put("value", "x"));  // nobody acts behind a box
         answer = reply;
+        EXPECT_TRUE(Pump([this] { return !browser->Busy(); }));
     }
+    EXPECT_TRUE(button.Change("value", "山") && browser->Busy());
+    answer = IDYES;
     EXPECT_TRUE(Pump([this] { return !browser->Busy(); }));
-    EXPECT_TRUE(button.Change("value", "山"));
-    EXPECT_TRUE(browser->Busy());
-    answer = kYes;
     EXPECT_EQ(button.value(), "山");
-    button = {};
-    EXPECT_EQ(End(), "yes no yes ");
-}
-
-TEST_F(OtherBrowserTest, IsLeftToItselfWhenTheUserStops) {
-    int asked = 0;
-    const CallFilter filter(calls,
-                            {.stop_requested = [&asked] { return ++asked == 3; }, .window_ms = 10});
-    Element button = Show("<input type=button id=k onclick=ask>", false);
+    hangs = true;
     EXPECT_TRUE(button.click());
     EXPECT_EQ(asked, 3);
-    EXPECT_FALSE(GetDocumentFromWindow(calls, window->content));
-    answer = kYes;
+    EXPECT_FALSE(GetDocumentFromWindow(calls, window.load()->content));
+    answer = IDYES;
     button = {};
-    EXPECT_EQ(End(), "yes ");
+    browser = nullptr;
+    it = nullptr;
+    EXPECT_TRUE(Pump([] { return ObjectDouble::alive == 0; })) << "what was left comes back";
+    ending = true;
+    program.join();
+    EXPECT_EQ(page->said, "yes no yes yes ");
 }
 
 TEST_F(CallsTest, PaintAndEndAfterATimeOrWhenStopped) {
+    constexpr DWORD kWait = PENDINGMSG_WAITDEFPROCESS, kEnd = PENDINGMSG_CANCELCALL;
     constexpr auto kGiveUp = static_cast<DWORD>(-1);
+    const struct {
+        bool stop;
+        DWORD waited, pending, rejected;
+    } rows[] = {{false, 4999, kWait, 100},     {false, 5000, kWait, kGiveUp},
+                {false, 5499, kWait, kGiveUp}, {false, 5500, kEnd, kGiveUp},
+                {true, 499, kWait, 100},       {true, 500, kEnd, kGiveUp}};
     bool stop = false;
     const CallFilter filter(calls, {.stop_requested = [&stop] { return stop; },
                                     .means_stop = [](const MSG& m) { return m.wParam == 27; },
@@ -177,31 +93,19 @@ TEST_F(CallsTest, PaintAndEndAfterATimeOrWhenStopped) {
     ComPtr<IMessageFilter> registered, none;
     CoRegisterMessageFilter(nullptr, registered.Out());
     CoRegisterMessageFilter(registered.get(), none.Out());
-    const auto pending = [&registered](DWORD waited) {
-        return registered->MessagePending(nullptr, waited, PENDINGTYPE_TOPLEVEL);
-    };
-    const auto rejected = [&registered](DWORD waited) {
-        return registered->RetryRejectedCall(nullptr, waited, SERVERCALL_RETRYLATER);
-    };
-    EXPECT_EQ(pending(5499), PENDINGMSG_WAITDEFPROCESS);
-    EXPECT_EQ(pending(5500), PENDINGMSG_CANCELCALL);
-    EXPECT_EQ(rejected(4999), 100U);
-    EXPECT_EQ(rejected(5000), kGiveUp);
-    stop = true;
-    EXPECT_EQ(pending(499), PENDINGMSG_WAITDEFPROCESS);
-    EXPECT_EQ(pending(500), PENDINGMSG_CANCELCALL);
-    EXPECT_EQ(rejected(500), kGiveUp);
-
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.waited);
+        stop = row.stop;
+        EXPECT_EQ(registered->MessagePending(nullptr, row.waited, 0), row.pending);
+        EXPECT_EQ(registered->RetryRejectedCall(nullptr, row.waited, 0), row.rejected);
+    }
     const HWND window = MakeWindow(L"TamrinTestWindow", nullptr, WS_POPUP, {0, 0, 100, 100});
     InvalidateRect(window, nullptr, TRUE);
-    PostMessageW(window, WM_APP, 7, 0);
-    EXPECT_EQ(pending(0), PENDINGMSG_WAITDEFPROCESS);
+    EXPECT_EQ(registered->MessagePending(nullptr, 0, 0), kWait);
     EXPECT_FALSE(GetUpdateRect(window, nullptr, FALSE));  // painted
     PostMessageW(window, WM_KEYDOWN, VK_ESCAPE, 0);
-    EXPECT_EQ(pending(0), PENDINGMSG_CANCELCALL);
-    // Everything else is left in the queue.
-    MSG message;
-    EXPECT_TRUE(PeekMessageW(&message, window, WM_APP, WM_APP, PM_REMOVE));
+    EXPECT_EQ(registered->MessagePending(nullptr, 0, 0), kEnd);
+    MSG message;  // left in the queue
     EXPECT_TRUE(PeekMessageW(&message, window, WM_KEYDOWN, WM_KEYDOWN, PM_REMOVE));
     DestroyWindow(window);
 }

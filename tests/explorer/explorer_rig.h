@@ -2,23 +2,264 @@
 
 #include <windows.h>
 
+#include <exdisp.h>
+#include <exdispid.h>
 #include <gtest/gtest.h>
 #include <mshtml.h>
+#include <ocidl.h>
 #include <oleacc.h>
+#include <servprov.h>
 
+#include <algorithm>
+#include <atomic>
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
-#include "explorer/browser_double.h"
 #include "platform/explorer/browser_objects.h"
 #include "platform/explorer/call_filter.h"
+#include "platform/explorer/com_object.h"
+#include "platform/explorer/event_sink.h"
 #include "platform/explorer/explorer_browser.h"
+#include "platform/explorer/member_numbers.h"
+#include "support/html_page.h"
 
 namespace tamrin::test {
 
 using Strings = std::vector<std::string>;
+
+class ObjectDouble;
+struct PageDouble;
+
+// Which call of the browser's objects fails, counted over all of them.
+struct Faults {
+    int calls = 0;
+    int failing = -1;  // none
+    HRESULT how = S_OK;
+
+    // How the call that is being made is to end; S_OK for as usual.
+    HRESULT Next() { return calls++ == failing ? how : S_OK; }
+};
+
+// What the objects of a test share.
+struct PageWorld {
+    // Makes a page, a frame's too.
+    PageDouble& Open(std::string_view html, const std::string& url = "http://site/");
+
+    // The mode of the documents: 11 the newest, 7 an old one.
+    int mode = 11;
+    Faults faults;
+    // Shows a dialog box of a page and answers whether it was confirmed.
+    std::function<bool()> box;
+    // The browser of all pages; null when it cannot be had.
+    ObjectDouble* browser = nullptr;
+    // Added to the numbers of members; a change makes all objects forget the old ones.
+    DISPID first_number = 3000000;
+    // Their names, the same for all objects; those first that the program calls by fixed numbers.
+    std::vector<std::string> names = {
+        "id",         "name",          "tagName",          "parentElement",        "hasFocus",
+        "elements",   "getAttribute",  "getAttributeNode", "getElementsByTagName", "URL",
+        "forms",      "activeElement", "documentElement",  "elementFromPoint",     "links",
+        "readyState", "parentWindow",  "getElementById",   "getElementsByName",    "location"};
+    std::vector<std::unique_ptr<PageDouble>> pages;
+};
+
+// An object of the browser, whose members are called by number.
+class ObjectDouble : public ComObject<IHTMLDocument>,
+                     public IConnectionPointContainer,
+                     public IConnectionPoint,
+                     public IServiceProvider {
+public:
+    ObjectDouble(PageWorld& its_world, std::string its_kind)
+        : world(its_world), kind(std::move(its_kind)) {
+        ++alive;
+    }
+    // One that still has a subscriber stays counted.
+    ~ObjectDouble() override { alive -= sink_ ? 0 : 1; }
+    static inline std::atomic<int> alive = 0;
+
+    // Fires an event; its arguments are in reverse order. False when the program vetoed what
+    // follows.
+    bool Fire(DISPID event, std::vector<VARIANT> reversed) const {
+        const auto sink = sink_;
+        if (!sink) return true;
+        DISPPARAMS parameters{reversed.data(), nullptr, static_cast<UINT>(reversed.size()), 0};
+        Variant answer;
+        sink->Invoke(event, IID_NULL, 0, DISPATCH_METHOD, &parameters, answer.Out(), nullptr,
+                     nullptr);
+        return answer.Truth();
+    }
+
+    STDMETHODIMP QueryInterface(REFIID id, void** object) override {
+        if (id != IID_IConnectionPointContainer && id != IID_IServiceProvider)
+            return ComObject::QueryInterface(id, object);
+        AddRef();
+        *object = static_cast<IServiceProvider*>(this);
+        if (id == IID_IConnectionPointContainer)
+            *object = static_cast<IConnectionPointContainer*>(this);
+        return S_OK;
+    }
+    STDMETHODIMP_(ULONG) AddRef() override { return ComObject::AddRef(); }
+    STDMETHODIMP_(ULONG) Release() override { return ComObject::Release(); }
+    STDMETHODIMP GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
+    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* asked, UINT, LCID, DISPID* number) override {
+        auto& names = world.names;
+        const auto name = TextOf(asked[0], std::char_traits<OLECHAR>::length(asked[0]));
+        const auto index = std::ranges::find(names, name) - names.begin();
+        if (index == std::ssize(names)) names.push_back(name);
+        *number = world.first_number + static_cast<DISPID>(index);
+        return world.faults.Next() == S_OK ? S_OK : DISP_E_UNKNOWNNAME;
+    }
+    STDMETHODIMP Invoke(DISPID number, REFIID, LCID, WORD flags, DISPPARAMS* parameters,
+                        VARIANT* answer, EXCEPINFO* exception, UINT*) override {
+        const ComPtr<IDispatch> self(this);
+        const HRESULT fault = world.faults.Next();
+        if (fault == S_FALSE && answer) answer->vt = VT_NULL;
+        if (fault == DISP_E_EXCEPTION) {
+            exception->scode = E_FAIL;
+            exception->bstrDescription = SysAllocString(L"駄目\r\n");
+        }
+        if (fault != S_OK) return fault;
+        const auto name = std::ranges::find_if(world.names, [&](const std::string& known) {
+            return number == world.first_number + (&known - world.names.data()) ||
+                   number == HideableMember(kind, known);
+        });
+        if (name == world.names.end()) return DISP_E_MEMBERNOTFOUND;
+        const bool by_name = number >= world.first_number;
+        const Variant value = Do(*name, by_name, flags, EventArguments(*parameters));
+        if (value.Failed()) return value.error();
+        VARIANT shared = value.get();
+        return answer ? VariantCopy(answer, &shared) : S_OK;
+    }
+    STDMETHODIMP get_Script(IDispatch**) override { return E_NOTIMPL; }
+    STDMETHODIMP EnumConnectionPoints(IEnumConnectionPoints**) override { return E_NOTIMPL; }
+    STDMETHODIMP FindConnectionPoint(REFIID id, IConnectionPoint** point) override {
+        if (FAILED(world.faults.Next()) || id != events_) return E_NOINTERFACE;
+        AddRef();
+        *point = this;
+        return S_OK;
+    }
+    STDMETHODIMP GetConnectionInterface(IID*) override { return E_NOTIMPL; }
+    STDMETHODIMP GetConnectionPointContainer(IConnectionPointContainer**) override {
+        return E_NOTIMPL;
+    }
+    STDMETHODIMP EnumConnections(IEnumConnections**) override { return E_NOTIMPL; }
+    STDMETHODIMP Advise(IUnknown* sink, DWORD* cookie) override {
+        if (const HRESULT fault = world.faults.Next(); FAILED(fault)) return fault;
+        *cookie = 1;
+        // The browser asks for the event interface itself, not for IDispatch.
+        return sink->QueryInterface(events_, reinterpret_cast<void**>(sink_.Out()));
+    }
+    STDMETHODIMP Unadvise(DWORD) override {
+        sink_ = nullptr;
+        return S_OK;
+    }
+    STDMETHODIMP QueryService(REFGUID, REFIID, void** object) override {
+        if (FAILED(world.faults.Next()) || !world.browser) return E_NOINTERFACE;
+        return world.browser->QueryInterface(IID_IDispatch, object);
+    }
+
+protected:
+    bool Knows(REFIID id) const override { return id == IID_IDispatch || id == IID_IHTMLDocument; }
+    // Gets, sets or calls a member. `by_name` when its number is not a fixed one.
+    virtual Variant Do(const std::string& member, bool by_name, WORD flags,
+                       const EventArguments& arguments) = 0;
+    static Variant Unknown() { return Variant::Failure(DISP_E_MEMBERNOTFOUND); }
+
+    PageWorld& world;
+    const std::string kind;
+
+private:
+    // The interface of its events.
+    const IID events_ = kind == "browser"    ? DIID_DWebBrowserEvents2
+                        : kind == "document" ? __uuidof(HTMLDocumentEvents2)
+                                             : __uuidof(HTMLFormElementEvents2);
+    ComPtr<IDispatch> sink_;
+};
+
+// A browser window, or the browser of a frame. The test says what it shows and fires its events.
+class BrowserDouble : public ObjectDouble {
+public:
+    BrowserDouble(PageWorld& its_world, IDispatch* document) : ObjectDouble(its_world, "browser") {
+        is["Document"] = Variant(document);
+        is["Name"] = Variant("Internet Explorer");
+        is["ReadyState"] = Variant(4);
+    }
+
+    void SetWindow(HWND window) { is["HWND"] = Variant(static_cast<int>(NumberOf(window))); }
+    static std::uint64_t NumberOf(HWND window) { return reinterpret_cast<std::uintptr_t>(window); }
+
+    // Fires an event of this window, or of the frame whose browser `sender` is.
+    void Tell(DISPID event, std::string_view url = {}, int code = 0, IDispatch* sender = nullptr) {
+        const Variant address(url), status(code), from(sender ? sender : this);
+        VARIANT text = address.get(), reference{};
+        reference.vt = VT_BYREF | VT_VARIANT;
+        reference.pvarVal = &text;
+        Fire(event, {status.get(), {}, reference, from.get()});
+    }
+
+    // Its members, and what they answer. A method that is called keeps its first argument.
+    std::map<std::string, Variant> is;
+    // What every call answers from now on, unless it is S_OK.
+    HRESULT failure = S_OK;
+
+protected:
+    Variant Do(const std::string& member, bool, WORD flags,
+               const EventArguments& arguments) override {
+        if (FAILED(failure)) return Variant::Failure(failure);
+        const auto known = is.find(member);
+        if (flags == DISPATCH_PROPERTYGET)
+            return known == is.end() ? Unknown() : Variant(known->second.get());
+        is[member] = arguments.At(0);
+        if (member == "Quit") Fire(DISPID_ONQUIT, {});
+        return {};
+    }
+};
+
+// A page: nodes that answer as the browser's objects do, and its user. An event attribute is a word
+// that the page says; "ask" shows a box and says what was answered. The attributes left, top, right
+// and bottom are a node's place, and "at" is a point where it lies, both numbers in one.
+struct PageDouble {
+    // The document, as a program is given it.
+    ComPtr<IDispatch> document() { return Give(root.get()).Object(); }
+    // The elements of which that holds.
+    std::vector<Node*> Where(const std::function<bool(Node&)>& wanted) const;
+    std::vector<Node*> With(const std::string& attribute, std::string_view value) const {
+        return Where([&](const Node& node) {
+            return node.Has(attribute) && node.Attribute(attribute) == value;
+        });
+    }
+
+    // The user turns to another element.
+    void Focus(Node& node) {
+        if (active->tag != "BODY") Fire(active, "onbeforedeactivate");
+        active = &node;
+        Fire(&node, "onfocusin");
+    }
+
+    // Runs the page's handlers at a node and above, then the program's. False for a veto.
+    bool Fire(Node* node, const std::string& its_event, int its_key = 0);
+
+    // The object of a node, the same for as long as somebody holds it.
+    Variant Give(Node* node);
+
+    PageWorld& world;
+    const std::string url;
+    const std::unique_ptr<Node> root;
+    Node* active = root->Below("BODY").at(0);
+    std::string said;  // the words, each with a blank behind
+    std::string ready_state = "complete";
+    std::string went_to;  // what the program has put into location.href
+    bool focused = false;
+    int key = 0;                             // of the event that is being fired
+    std::string event;                       // that was created last
+    std::map<Node*, PageDouble*> frames;     // and what they show
+    std::map<Node*, ObjectDouble*> objects;  // of nodes, that somebody holds
+};
 
 // Makes a visible window of a class of this name, in this thread; the class answers nothing of its
 // own. One with WS_CHILD is a part of `above`, any other is owned by it.
@@ -50,15 +291,12 @@ public:
         : frame(MakeWindow(frame_class, nullptr, WS_OVERLAPPEDWINDOW, {100, 50, 700, 550})) {
         RECT client{};
         GetClientRect(frame, &client);
-        // The tabs in the background have no height.
-        MakeWindow(L"Internet Explorer_Server", frame, WS_CHILD);
         content = MakeWindow(L"Internet Explorer_Server", frame, WS_CHILD, client);
+        // A tab in the background has no height.
         MakeWindow(L"Internet Explorer_Server", frame, WS_CHILD);
         SetWindowLongPtrW(content, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&Answer));
     }
     ~BrowserWindowDouble() { DestroyWindow(frame); }
-    BrowserWindowDouble(const BrowserWindowDouble&) = delete;
-    BrowserWindowDouble& operator=(const BrowserWindowDouble&) = delete;
 
     // What the content window answers to those who ask for its document.
     void Show(IDispatch* document) { SetPropW(content, L"TamrinDocument", document); }
@@ -113,30 +351,30 @@ public:
 class ExplorerTest : public testing::Test {
 protected:
     ExplorerTest() {
-        ObjectDouble::alive = 0;
         calls.SetNow([this] { return now; });
     }
-    void TearDown() override {
+    ~ExplorerTest() override {
         browser = nullptr;
         it = nullptr;
-        EXPECT_EQ(ObjectDouble::alive, 0);
+        EXPECT_EQ(ObjectDouble::alive.exchange(0), 0);
     }
-    ComPtr<BrowserDouble> NewBrowser(PageDouble& shown) {
-        const ComPtr<BrowserDouble> made(new BrowserDouble(world.faults));
-        made->is["Document"] = Variant(shown.document().get());
-        return made;
+    ComPtr<BrowserDouble> NewBrowser(const ComPtr<IDispatch>& document) {
+        return ComPtr(new BrowserDouble(world, document.get()));
     }
-    Document Open(std::string_view html, int mode = 11) {
-        page = &world.Open(html, mode);
-        it = NewBrowser(*page);
+    void Show(ComPtr<BrowserDouble> shown) {
+        it = std::move(shown);
         browser = std::make_unique<ExplorerBrowser>(calls, Called(it));
+    }
+    Document Open(std::string_view html) {
+        page = &world.Open(html);
+        Show(NewBrowser(page->document()));
         return browser->document();
     }
     // A browser as the program calls it.
     DispatchObject Called(const ComPtr<BrowserDouble>& object) {
         return BrowserObject(calls, ComPtr<IDispatch>(object.get()));
     }
-    Node& El(std::string_view id) { return page->El(id); }
+    Node& El(std::string_view id) { return *page->With("id", id).at(0); }
 
     const Apartment apartment;
     std::uint64_t now = 0;
