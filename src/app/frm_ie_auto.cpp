@@ -55,10 +55,10 @@ void frmIeAuto::BindEvents() {
     controls_.lstDtList.onContext = [this] { form_->PopUp("mnuContext"); };
     records_.onListChanged = [this] {
         // While recording, nothing can be played.
-        if (!globals_.ActivityContains("rec")) SetMode("play check", true);
+        if (!globals_.ActivityContains("rec")) SetMode("play check");
     };
     records_.onSettled = [this] { recording_.ForgetRecovery(); };
-    recording_.onMode = [this](std::string_view mode) { SetMode(mode, true); };
+    recording_.onMode = [this](std::string_view mode) { SetMode(mode); };
     recording_.onStopped = [this] {
         if (std::exchange(close_when_stopped_, false)) form_->Close();
     };
@@ -158,7 +158,7 @@ StartUp frmIeAuto::Form_Load(const std::string& command_line) {
     display_.ShowPlayCount();
     if (result == StartUp::kParameterError) return result;
     if (globals_.is_player) EnterTray();
-    SetMode("play check", true);
+    SetMode("play check");
     if (globals_.auto_play) {
         cmdPlay_Click();
     } else {
@@ -259,7 +259,7 @@ void frmIeAuto::cmdStop_Click() {
         recording_.Stop();
         return;
     }
-    SetMode("all", true);
+    SetMode("all");
     globals_.activity.clear();
     const std::shared_ptr<Browser> browser = target_ie_;
     HoldBrowser(nullptr);
@@ -351,7 +351,7 @@ void frmIeAuto::LeaveTray() {
 }
 
 void frmIeAuto::RunBegan() {
-    SetMode("play", true);
+    SetMode("play");
     HoldBrowser(nullptr);
 }
 
@@ -384,7 +384,7 @@ void frmIeAuto::RunEnded(RunEnd end) {
         case RunEnd::kBadSizeBar:
             return;
         case RunEnd::kNoBrowser:
-            SetMode("all", true);
+            SetMode("all");
             if (globals_.close_after_play) form_->Close();
             return;
         default:

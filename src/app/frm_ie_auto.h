@@ -70,7 +70,7 @@ public:
     std::function<void(const RecordReport&)> onRecordDone;
 
     // Enables and disables the buttons and menu entries that record, play and stop.
-    void SetMode(std::string_view mode, bool on);
+    void SetMode(std::string_view mode, bool on = true);
 
     void cmdPlay_Click();
     void cmdStop_Click();
