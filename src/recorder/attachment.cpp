@@ -34,7 +34,6 @@ void Attachment::AttachActiveBrowser() {
 void Attachment::Attach(std::shared_ptr<Browser> browser, const std::string& url) {
     changed_ = true;
     target_ie_ = std::move(browser);
-    handle_ = target_ie_->Handle();
     ShowHandle();
     txtUrl_.SetText(url);
 }
@@ -42,7 +41,6 @@ void Attachment::Attach(std::shared_ptr<Browser> browser, const std::string& url
 void Attachment::Detach() {
     changed_ |= target_ie_ != nullptr;
     target_ie_.reset();
-    handle_ = 0;
     txtUrl_.SetText("");
     txthWnd_.SetText("");
 }
@@ -52,13 +50,14 @@ bool Attachment::TakeChanged() { return std::exchange(changed_, false); }
 void Attachment::txthWnd_DblClick() {
     hexadecimal_ = !hexadecimal_;
     txthWnd_.SetTip(hexadecimal_ ? "ウィンドウハンドル（16進）" : "ウィンドウハンドル（十進）");
-    if (!txthWnd_.Text().empty()) ShowHandle();
+    if (target_ie_) ShowHandle();
 }
 
 void Attachment::ShowHandle() {
     std::array<char, 20> digits;
     const auto end =
-        std::to_chars(digits.begin(), digits.end(), handle_, hexadecimal_ ? 16 : 10).ptr;
+        std::to_chars(digits.begin(), digits.end(), target_ie_->Handle(), hexadecimal_ ? 16 : 10)
+            .ptr;
     txthWnd_.SetText(UpperCase({digits.data(), static_cast<std::size_t>(end - digits.data())}));
 }
 

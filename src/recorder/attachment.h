@@ -41,7 +41,6 @@ private:
     Control& txtUrl_;
     Control& txthWnd_;
     std::shared_ptr<Browser> target_ie_;
-    std::uint64_t handle_ = 0;
     bool hexadecimal_ = false;
     bool changed_ = false;
 };
