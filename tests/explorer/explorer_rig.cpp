@@ -54,9 +54,7 @@ private:
         return Variant(new PageObject(page_, its_kind, nodes));
     }
     Variant List(const Nodes& list) const { return Make("list", list); }
-    Variant First(const Nodes& found) const {
-        return page_.Give(found.empty() ? nullptr : found[0]);
-    }
+    Variant First(const Nodes& all) const { return page_.Give(all.empty() ? nullptr : all[0]); }
     static Variant WindowOf(PageDouble& page) {
         return Variant(new PageObject(page, "window", page.Where(&Node::IsFrame)));
     }
@@ -126,8 +124,7 @@ private:
         }
         if (name == "fireEvent" && !newer) return Variant(page_.Fire(&e_, text));
         if (name == "dispatchEvent" && newer) return Variant(page_.Fire(&e_, page_.event));
-        if (name == "clientLeft") return Variant(2);
-        if (name == "clientTop") return Variant(3);
+        if (name == "clientLeft" || name == "clientTop") return Variant(2);
         if (name == "sourceIndex") {
             const Nodes all = page_.root->Below("*");
             return Variant(static_cast<int>(std::ranges::find(all, &e_) - all.begin()));

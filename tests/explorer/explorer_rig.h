@@ -86,10 +86,9 @@ public:
     bool Fire(DISPID event, std::vector<VARIANT> reversed) const {
         const auto sink = sink_;
         if (!sink) return true;
-        DISPPARAMS parameters{reversed.data(), nullptr, static_cast<UINT>(reversed.size()), 0};
+        DISPPARAMS given{reversed.data(), nullptr, static_cast<UINT>(reversed.size()), 0};
         Variant answer;
-        sink->Invoke(event, IID_NULL, 0, DISPATCH_METHOD, &parameters, answer.Out(), nullptr,
-                     nullptr);
+        sink->Invoke(event, IID_NULL, 0, DISPATCH_METHOD, &given, answer.Out(), nullptr, nullptr);
         return answer.Truth();
     }
 
@@ -229,9 +228,7 @@ struct PageDouble {
     // The elements of which that holds.
     std::vector<Node*> Where(const std::function<bool(Node&)>& wanted) const;
     std::vector<Node*> With(const std::string& attribute, std::string_view value) const {
-        return Where([&](const Node& node) {
-            return node.Has(attribute) && node.Attribute(attribute) == value;
-        });
+        return Where([&](Node& node) { return node.Attribute(attribute) == value; });
     }
 
     // The user turns to another element.
@@ -289,9 +286,7 @@ class BrowserWindowDouble {
 public:
     explicit BrowserWindowDouble(const wchar_t* frame_class = L"IEFrame")
         : frame(MakeWindow(frame_class, nullptr, WS_OVERLAPPEDWINDOW, {100, 50, 700, 550})) {
-        RECT client{};
-        GetClientRect(frame, &client);
-        content = MakeWindow(L"Internet Explorer_Server", frame, WS_CHILD, client);
+        content = MakeWindow(L"Internet Explorer_Server", frame, WS_CHILD, {0, 0, 580, 400});
         // A tab in the background has no height.
         MakeWindow(L"Internet Explorer_Server", frame, WS_CHILD);
         SetWindowLongPtrW(content, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&Answer));
