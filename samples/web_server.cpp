@@ -41,7 +41,7 @@ http::response<http::string_body> ToResponse(WebReply reply, unsigned version, b
     response.version(version);
     response.result(static_cast<unsigned>(reply.status));
     response.set(http::field::content_type, reply.content_type);
-    response.set(http::field::cache_control, reply.cache_control);
+    response.set(http::field::cache_control, "no-store");
     if (!reply.location.empty()) response.set(http::field::location, reply.location);
     if (!reply.set_cookie.empty()) response.set(http::field::set_cookie, reply.set_cookie);
     response.body() = std::move(reply.body);

@@ -25,7 +25,6 @@ struct WebReply {
     std::string location{};    // where a status of 301 to 308 sends the browser; else ""
     int delay_ms = 0;          // how long the reply is held back; other requests do not wait for it
     std::string set_cookie{};  // the header's whole value; "" sets none
-    std::string cache_control = "no-store";  // the header's whole value
 };
 
 // A small HTTP/1.1 server for the samples, the tests and the benchmarks. It listens on 127.0.0.1

@@ -65,13 +65,7 @@ struct Windows : testing::Test {
     std::string profile_ = folder_.At("chromium");
     User user_{folder_.path()};
     User stranger_{folder_.At("none")};
-    WebServer server_{[](const WebRequest& request) -> WebReply {
-        return {.body =
-                    "<input id=a><input id=b><p id=log><script>onpageshow = e => log.textContent"
-                    " = '" +
-                    request.path + "' + (e.persisted ? ' kept' : '')</script>",
-                .cache_control = "max-age=60"};
-    }};
+    WebServer server_{[](const WebRequest&) -> WebReply { return {.body = "<input id=a>"}; }};
     std::unique_ptr<ChromiumWindows> own_ =
         std::make_unique<ChromiumWindows>(stranger_, rig_.files, rig_.system_clock,
                                           ChromiumWindowsSettings{.profile_folder = profile_});
@@ -117,41 +111,6 @@ TEST_F(Windows, AreOpenedFoundAgainAndOutliveTheProgram) {
         ASSERT_TRUE(Wait(*windows, [&] { return (same = windows->Focused()) != nullptr; }));
         EXPECT_EQ(windows->Visible(), std::vector{same});
         EXPECT_TRUE(Wait(*windows, [&] { return same->document().url() == server_.Url("/"); }));
-    }
-}
-
-// A page that the browser has kept comes back as it was, with what listens in it.
-TEST_F(Windows, TellOfPagesThatTheBrowserHasKept) {
-    Open();
-    conformance::Witness witness(*window_, rig_);
-    const auto keep_focus = [&] {
-        std::erase_if(witness.lines, [](const std::string& line) {
-            return !line.starts_with("focus") && !line.starts_with("leave");
-        });
-    };
-    // The script, what the page shown then says, and what is told.
-    const std::tuple<const char*, const char*, std::vector<std::string>> steps[] = {
-        {"a.focus()", "/", {"focus a"}},
-        {"location = '/next'", "/next", {}},
-        {"b.focus()", "/next", {"focus b"}},
-        {"history.back()", "/ kept", {}},
-        {"b.focus()", "/ kept", {"leave a", "focus b"}},
-        {"history.forward()", "/next kept", {}},
-        {"b.blur()", "/next kept", {"leave b"}},
-    };
-    for (const auto& [script, says, told] : steps) {
-        SCOPED_TRACE(script);
-        window_->Navigate(std::string("javascript:") + script);
-        EXPECT_TRUE(Wait(*own_, [&] {
-            keep_focus();
-            return witness.lines.size() >= told.size() &&
-                   window_->document().Named("log").by_id.innerText() == says;
-        }));
-        // What must not come would be there now: the page has answered, and nothing waits longer.
-        rig_.system_clock.Jump(1000);
-        own_->DeliverEvents();
-        keep_focus();
-        EXPECT_EQ(std::exchange(witness.lines, {}), told);
     }
 }
 

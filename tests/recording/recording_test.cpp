@@ -390,27 +390,6 @@ EventTarget.prototype.addEventListener = () => {};
     });
 }
 
-TEST_F(Recording, KeepsEachOfFiveHundredFieldsInItsPlace) {
-    std::string fields, acts = "@e0 ";
-    Lines records;
-    for (int i = 0; i < 500; ++i) {
-        const std::string id = "e" + std::to_string(i);
-        fields += "<input size=2 id=" + id + ">";
-        acts += "{x}{Tab}";
-        records.push_back("input\t,id=" + id + ",type=text,indt=x");
-    }
-    records.emplace_back("click\t,id=send,type=submit,indt=ok");
-    Check({
-        .pages = {{"/", Page("<form action=/done onchange=count.value++><input type=hidden"
-                             " name=count id=count value=0>" +
-                             fields + "<input type=submit id=send value=ok></form>")},
-                  {"/done", Page("")}},
-        .acts = acts + "{space} see:/done",
-        .records = records,
-        .requests = {"GET /done?count=500"},
-    });
-}
-
 // At Ctrl+C the field in which the user still stands is recorded as well. Only changes are kept
 // here: the field between the two was visited alone.
 TEST_F(Recording, KeepsWhatWasRecordedWhenItIsCutShort) {
