@@ -64,14 +64,6 @@ TEST_F(WindowFormTest, FollowsKeyboardAndMouseThroughALongList) {
     EXPECT_EQ(events, (Lines{"lstLines", "lstLines", "lstLines"}));
 }
 
-TEST_F(WindowFormTest, PassesTheFocusOnWhenAControlIsDisabledOrHidden) {
-    Find("cmdGo").SetFocus();
-    Find("cmdGo").SetEnabled(false);
-    EXPECT_TRUE(Find("cmdOk").Focused());
-    Find("cmdOk").SetVisible(false);
-    EXPECT_TRUE(Find("cmdCancel").Focused());
-}
-
 TEST_F(WindowFormTest, DragsASplitter) {
     std::vector<int> tops;
     Find("split").onChange = [&] { tops.push_back(Find("split").GetPlace().top); };
