@@ -116,6 +116,7 @@ void frmIeAuto::BindMenus() {
     bind("mnuTools", [this] { mnuTools_Click(); });
     bind("mnuPlay", [this] { cmdPlay_Click(); });
     bind("mnuStop", [this] { cmdStop_Click(); });
+    bind("mnuSkip", [this] { globals_.skip_wait = true; });
 
     bind("mnuRepeat", [this] { mnuRepeat_Click(); });
     bind("mnuSetting", [this] { mnuSetting_Click(); });
@@ -238,6 +239,8 @@ void frmIeAuto::SetMode(std::string_view mode, bool on) {
     form_->Find("mnuRec").SetEnabled(controls_.cmdRec.Enabled());
     form_->Find("mnuPlay").SetEnabled(controls_.cmdPlay.Enabled());
     form_->Find("mnuStop").SetEnabled(controls_.cmdStop.Enabled());
+    form_->Find("mnuSkip").SetEnabled(controls_.cmdStop.Enabled() &&
+                                      globals_.ActivityContains("play"));
     form_->Find("mnuMakeExe")
         .SetEnabled(has_records && controls_.cmdPlay.Enabled() && !globals_.is_player);
 }
@@ -268,20 +271,32 @@ void frmIeAuto::cmdStop_Click() {
 
 void frmIeAuto::Timer1_Timer() {
     // Once: where the user cancels the close, the run goes on.
-    if (globals_.ActivityContains("play") && globals_.auto_play && !timed_out_ &&
-        platform_.clock.TickCount() - globals_.last_activity_tick > kWatchdogMs) {
+    const bool watched = globals_.ActivityContains("play") && globals_.auto_play && !timed_out_;
+    if (const std::string why = watched ? WhyTooLong() : std::string(); !why.empty()) {
         timed_out_ = true;
         const std::string name =
             globals_.is_player ? platform_.processes.OwnExecutable() : globals_.current_file;
-        const std::string why =
-            std::to_string(controls_.lstDtList.ListIndex() + 1) +
-            " 行目の再生中、30 秒のあいだページの読み込みが完了しなかったため、終了しました。";
         SetStatus(why);
         Log(platform_, name + "：" + why);
         form_->Close();
         return;
     }
     recording_.Poll();
+}
+
+std::string frmIeAuto::WhyTooLong() const {
+    const std::uint32_t now = platform_.clock.TickCount();
+    const std::string row = std::to_string(controls_.lstDtList.ListIndex() + 1);
+    if (now - globals_.last_activity_tick > kWatchdogMs) {
+        return row +
+               " 行目の再生中、30 秒のあいだページの読み込みが完了しなかったため、終了しました。";
+    }
+    const int seconds = globals_.options.record_limit;
+    if (seconds == 0 || now - record_began_ <= static_cast<std::uint32_t>(seconds) * 1000U) {
+        return "";
+    }
+    return row + " 行目の再生が " + std::to_string(seconds) +
+           " 秒たっても終わらないため、終了しました。";
 }
 
 void frmIeAuto::mnuRepeat_Click() {
@@ -351,6 +366,7 @@ void frmIeAuto::LeaveTray() {
 }
 
 void frmIeAuto::RunBegan() {
+    record_began_ = platform_.clock.TickCount();
     SetMode("play");
     HoldBrowser(nullptr);
 }
@@ -368,6 +384,7 @@ void frmIeAuto::RecordBegan(int row) {
 }
 
 void frmIeAuto::RecordDone(const RecordReport& report) {
+    record_began_ = platform_.clock.TickCount();  // the next one
     RecordReport told = report;
     const bool failed = std::exchange(address_failed_, false);
     if (failed && (report.act == "url" || report.act == "navigate")) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -105,6 +106,10 @@ private:
     void mnuTools_Click();
     void mnuManual_Click();
 
+    // Why a run that nobody watches has to end; "" while it may go on. Pages that keep loading and
+    // never complete reset the first limit, so there is a second one for each record.
+    std::string WhyTooLong() const;
+
     void LoadSettings();
     void SaveSettings();
     void ShowWindow();
@@ -138,6 +143,7 @@ private:
     bool closed_ = false;
     bool close_when_stopped_ = false;
     bool timed_out_ = false;  // by the watchdog
+    std::uint32_t record_began_ = 0;
     RunEnd last_run_ = RunEnd::kNothingToPlay;
     bool page_failed_ = false;
     bool address_failed_ = false;  // since the last record that was done

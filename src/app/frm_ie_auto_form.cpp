@@ -97,6 +97,7 @@ constexpr auto kMenus = std::to_array<MenuSpec>({
     {1, "mnuRec", "記録(&R)", "F9"},
     {1, "mnuPlay", "再生(&P)", "F5"},
     {1, "mnuStop", "停止(&S)", "Shift+F5, Esc", kDisabled},
+    {1, "mnuSkip", "待ちを飛ばす(&K)", "F6", kDisabled},
     {1, "mnuRunSpc1", "-"},
     {1, "mnuRecBrowser", "記録用ブラウザーを開く(&B)", "Ctrl+B"},
     {1, "mnuTools", "タグ解析(&T)...", "Ctrl+T"},

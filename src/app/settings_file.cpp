@@ -92,6 +92,12 @@ BrowserKind BrowserKindOf(std::string_view word) {
     return at == kKinds.end() ? BrowserKind::kAny : static_cast<BrowserKind>(at - kKinds.begin());
 }
 
+int RecordLimitOf(std::string_view seconds) {
+    constexpr double kLongest = 24 * 60 * 60;
+    const double number = WholeNumber(seconds).value_or(-1);
+    return number < 0 || number > kLongest ? Options().record_limit : static_cast<int>(number);
+}
+
 std::string PathOf(const char* name, const Files& files) {
     return files.ProgramFolder() + files.Separator() + name;
 }
@@ -178,6 +184,8 @@ void ReadOptions(Options& options, std::string_view text) {
             options.trace_path = std::move(value);
         } else if (key == "debug address") {
             options.debug_address = std::move(value);
+        } else if (key == "record limit") {
+            options.record_limit = RecordLimitOf(value);
         } else if (key == "recent" && !value.empty() &&
                    options.recent_files.size() < kMaxRecentFiles) {
             options.recent_files.push_back(std::move(value));
@@ -195,6 +203,9 @@ std::string WriteOptions(const Options& options) {
     if (!kind.empty()) add("browser kind", kind);
     if (!options.trace_path.empty()) add("trace", options.trace_path);
     if (!options.debug_address.empty()) add("debug address", options.debug_address);
+    if (options.record_limit != Options().record_limit) {
+        add("record limit", std::to_string(options.record_limit));
+    }
     for (const std::string& path : options.recent_files) add("recent", path);
     return text;
 }

@@ -50,6 +50,9 @@ struct Options {
     // Address and port of a browser that can be recorded, such as "127.0.0.1:9222"; "" to look for
     // one.
     std::string debug_address;
+    // How long one record of a run that was started automatically may take, in seconds; 0 for any
+    // time.
+    int record_limit = 600;
     std::vector<std::string> recent_files;  // full paths, the latest first
 };
 

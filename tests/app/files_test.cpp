@@ -219,10 +219,12 @@ TEST_F(SettingsTest, AreReadAndWrittenBack) {
     }
     const std::string options =
         "browser kind = chromium\r\ntrace = C:\\calls.txt\r\ndebug address = h:1\r\n"
+        "record limit = 0\r\n"
         "recent = 1\r\nrecent = 2\r\nrecent = 3\r\nrecent = 4\r\nrecent = 5\r\n";
     EXPECT_EQ(WrittenBack(kOptions, options + "recent = 6\n Browser =  \"C:\\a=b.exe\"\nrecent ="),
               "browser = C:\\a=b.exe\r\n" + options);
-    EXPECT_EQ(WrittenBack(kOptions, "junk\r\nfoo = bar\r\nbrowser kind = x"), "browser = \r\n");
+    EXPECT_EQ(WrittenBack(kOptions, "junk\r\nfoo = bar\r\nbrowser kind = x\nrecord limit = x"),
+              "browser = \r\n");
     EXPECT_EQ(WrittenBack(kOptions, "browser kind = Explorer"),
               "browser = \r\nbrowser kind = explorer\r\n");
 }

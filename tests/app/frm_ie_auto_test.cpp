@@ -156,23 +156,43 @@ TEST_F(MainWindowTest, ShowsItsProgressUntilItIsStopped) {
         EXPECT_EQ(clock.Elapsed() - start, 3000U);
         EXPECT_FALSE(Enabled("cmdStop") || globals.unsaved || window.Stopping());
     }
+    // A skipped wait leaves its click out.
+    list().SetLines({"url\t,size_bar=1.2.3.4.1,indt=page", "click\t,id=ok,userwait=60"});
+    const auto start = clock.Elapsed();
+    clock.After(1000, [&] { Act("F6"); });
+    Act("F5");
+    EXPECT_TRUE(clock.Elapsed() - start < 3000 && window.last_run() == RunEnd::kCompleted);
+    EXPECT_FALSE(Enabled("mnuSkip") || web.calls.back() == "click ok");
+    list().SetLines(SplitLines(Waiting("page", "60000")));
     // No watchdog ends a run that was started by hand.
     globals.settings.play_count = 2;
     Act("F5");
     EXPECT_EQ(window.last_run(), RunEnd::kCompleted);
-    EXPECT_EQ(std::ranges::count(web.calls, "navigate page"), 3);
+    EXPECT_EQ(std::ranges::count(web.calls, "navigate page"), 4);
 }
 
 TEST_F(MainWindowTest, TheWatchdogEndsAnAutomaticRunWithoutPages) {
+    const std::tuple<const char*, const char*, double> rows[] = {
+        {"", "3 行目の再生中、30 秒のあいだ", 46000},
+        {"record limit = 20", "3 行目の再生が 20 秒たっても", 41000},
+    };
     files.contents["C:\\tamrin\\order.csv"] = Waiting("gone", "600000");
-    window.Form_Load("-a C:\\tamrin\\order.csv");
-    EXPECT_TRUE(window.page_failed());
-    EXPECT_EQ(window.last_run(), RunEnd::kTimedOut);
-    EXPECT_TRUE(form().closed() && !form().Visible());
-    EXPECT_NEAR(static_cast<double>(clock.Elapsed()), 31000.0, 1100.0);
-    EXPECT_EQ(codec.Decode(files.contents["C:\\tamrin\\Tamrin.log"]),
-              "2026-01-02 03:04:05 C:\\tamrin\\order.csv：" + Find("txtStatus").Text() + "\r\n");
-    EXPECT_TRUE(Find("txtStatus").Text().starts_with("3 行目の再生中、30 秒のあいだ"));
+    for (const auto& [options, why, ended] : rows) {
+        files.contents["C:\\tamrin\\Options.txt"] = options;
+        files.contents["C:\\tamrin\\Tamrin.log"].clear();
+        Globals own;
+        frmIeAuto other(own, platform);
+        const auto start = clock.Elapsed();
+        clock.After(15000, [&] { other.DocumentComplete(false); });
+        other.Form_Load("-a C:\\tamrin\\order.csv");
+        EXPECT_TRUE(other.page_failed() && other.last_run() == RunEnd::kTimedOut);
+        EXPECT_TRUE(form().closed() && !form().Visible());
+        EXPECT_NEAR(static_cast<double>(clock.Elapsed() - start), ended, 1100.0);
+        const std::string said = Find("txtStatus").Text();
+        EXPECT_EQ(codec.Decode(files.contents["C:\\tamrin\\Tamrin.log"]),
+                  "2026-01-02 03:04:05 C:\\tamrin\\order.csv：" + said + "\r\n");
+        EXPECT_TRUE(said.starts_with(why)) << said;
+    }
 }
 
 TEST_F(MainWindowTest, DisplayOptionsTakeEffectAndAreStored) {
