@@ -1,14 +1,18 @@
 #include "app/scenario_files.h"
 
+#include <algorithm>
 #include <string_view>
 #include <utility>
 
 #include "app/paths.h"
 #include "app/settings_file.h"
-#include "scenario/scenario_file.h"
+#include "scenario/scenario_text.h"
 
 namespace tamrin {
 namespace {
+
+// Far more than anybody records, in bytes. The list takes up to 32 bytes for each.
+constexpr std::size_t kMaxScenarioSize = std::size_t{32} << 20U;
 
 // The label lacks the full stop before "tamrin"; users know it like this.
 const FileDialog kSavePrompt{"", "CSVファイル(*.csv;*tamrin)", "*.csv;*.tamrin", ""};
@@ -25,10 +29,8 @@ std::string SaveError(const std::string& path, const Files& files) {
            "ディスクの空き、書き込みの禁止、ほかのプログラムの使用をお確かめください。";
 }
 
-std::optional<ScenarioFiles::Contents> ScenarioFiles::ContentsOf(const std::string& path) const {
-    const auto bytes = platform_.files.Read(path);
-    if (!bytes) return std::nullopt;
-    return Contents{bytes->size(), std::hash<std::string_view>{}(*bytes)};
+ScenarioFiles::Contents ScenarioFiles::ContentsOf(std::string_view bytes) {
+    return {bytes.size(), std::hash<std::string_view>{}(bytes)};
 }
 
 void ScenarioFiles::Show(const std::string& text, const std::string& title) {
@@ -47,8 +49,8 @@ bool ScenarioFiles::HasFile() const {
 
 bool ScenarioFiles::ChangedOutside() const {
     if (!HasFile() || !known_) return false;
-    const auto now = ContentsOf(globals_.current_file);
-    return now && *now != *known_;
+    const auto now = platform_.files.Read(globals_.current_file);
+    return now && ContentsOf(*now) != *known_;
 }
 
 std::string ScenarioFiles::SaveFolder() const {
@@ -60,8 +62,6 @@ std::string ScenarioFiles::SaveFolder() const {
 
 void ScenarioFiles::SetFile(const std::string& path) {
     globals_.current_file = path;
-    known_ = path.empty() ? std::nullopt : ContentsOf(path);
-    damaged_ = false;
     controls_.txtUrl.SetText(path);
     if (!path.empty()) {
         auto& recent = globals_.options.recent_files;
@@ -73,24 +73,24 @@ void ScenarioFiles::SetFile(const std::string& path) {
 }
 
 bool ScenarioFiles::LoadScenario(const std::string& path) {
-    auto lines = ReadScenarioFile(platform_.files, platform_.codec, path);
-    if (!lines) {
+    const auto bytes = platform_.files.Read(path);
+    if (!bytes || bytes->size() > kMaxScenarioSize) {
         Show(path + "\r\nのファイルを読み込めません。", "読込エラー");
         return false;
     }
-    bool damaged = false;
-    for (const std::string& line : *lines) {
-        // No text has characters of code 0; pictures, programs and other encodings do.
-        if (line.find('\0') != std::string::npos) {
-            Show(path + "\r\nはシナリオファイルではありません。", "読込エラー");
-            return false;
-        }
-        damaged |= line.find("\xEF\xBF\xBD") != std::string::npos;  // U+FFFD
+    // No text has characters of code 0; pictures, programs and other encodings do.
+    if (bytes->find('\0') != std::string::npos) {
+        Show(path + "\r\nはシナリオファイルではありません。", "読込エラー");
+        return false;
     }
-    records_.Load(*std::move(lines));
+    std::vector<std::string> lines = ReadScenarioText(*bytes, platform_.codec);
+    damaged_ = std::ranges::any_of(lines, [](const std::string& line) {
+        return line.find("\xEF\xBF\xBD") != std::string::npos;  // U+FFFD
+    });
+    records_.Load(std::move(lines));
+    known_ = ContentsOf(*bytes);
     SetFile(path);
-    damaged_ = damaged;
-    controls_.txtStatus.SetText(damaged ? "読めない文字を「�」に置き換えました" : "");
+    controls_.txtStatus.SetText(damaged_ ? "読めない文字を「�」に置き換えました" : "");
     return true;
 }
 
@@ -105,6 +105,8 @@ bool ScenarioFiles::Open(const std::string& path) {
 void ScenarioFiles::mnuNew_Click() {
     if (!Idle() || !PromptSaveChanges(Before::kOpening)) return;
     records_.Load({});
+    known_.reset();
+    damaged_ = false;
     SetFile("");
     controls_.txtStatus.SetText("");
 }
@@ -129,16 +131,22 @@ bool ScenarioFiles::MayOverwrite(const std::string& path) {
 bool ScenarioFiles::WriteScenarioFile(const std::string& path) {
     if (!MayOverwrite(path)) return false;
     Files& files = platform_.files;
-    if (tamrin::WriteScenarioFile(files, platform_.codec, path, records_.Lines(),
-                                  globals_.settings.cipher)) {
-        records_.MarkSaved();
-        if (path == globals_.current_file) known_ = ContentsOf(path);
-        damaged_ = false;
-        controls_.txtStatus.SetText("保存完了");
-        return true;
+    const std::string bytes =
+        WriteScenarioText(records_.Lines(), platform_.codec, globals_.settings.cipher);
+    if (!files.Replace(path, bytes)) {
+        Show(SaveError(path, files), "保存エラー");
+        return false;
     }
-    Show(SaveError(path, files), "保存エラー");
-    return false;
+    if (files.Read(path) != bytes) {
+        Show(path + "\r\nに保存した内容を読み直せません。別の場所に保存してください。",
+             "保存エラー");
+        return false;
+    }
+    records_.MarkSaved();
+    known_ = ContentsOf(bytes);
+    damaged_ = false;
+    controls_.txtStatus.SetText("保存完了");
+    return true;
 }
 
 bool ScenarioFiles::PromptSaveChanges(Before before) {

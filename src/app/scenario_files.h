@@ -4,6 +4,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "app/frm_ie_auto_form.h"
@@ -56,7 +57,8 @@ public:
     // True when nothing is recorded or played; otherwise tells the user to stop that first.
     bool Idle();
 
-    // Saves the list as a file. False, and a message, when that fails.
+    // Saves the list as a file and reads it back. False, and a message, when one of them fails: the
+    // list is unsaved as before then.
     bool WriteScenarioFile(const std::string& path);
 
 private:
@@ -68,8 +70,7 @@ private:
         bool operator==(const Contents&) const = default;
     };
 
-    // Nothing when the file cannot be read.
-    std::optional<Contents> ContentsOf(const std::string& path) const;
+    static Contents ContentsOf(std::string_view bytes);
     // Asks before the open file is overwritten where that would lose something.
     bool MayOverwrite(const std::string& path);
     void Show(const std::string& text, const std::string& title);

@@ -93,6 +93,7 @@ bool HidesPath(const EventValue& read) {
 
 std::string CleanValue(std::string_view text) {
     std::string value = EncodeItemValue(WithLineEnds(text));
+    std::erase(value, '\0');  // no keyboard types it, and no file or list shows it
     for (char& c : value) {
         if (c == '\t') c = ' ';
     }

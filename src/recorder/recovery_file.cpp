@@ -1,6 +1,5 @@
 #include "recorder/recovery_file.h"
 
-#include "scenario/scenario_file.h"
 #include "scenario/scenario_text.h"
 
 namespace tamrin {
@@ -86,12 +85,13 @@ std::optional<std::vector<std::string>> RecoveryFile::TakeOver() {
     for (int i = 1; i <= kFileLimit; ++i) {
         const std::string path = Numbered(DefaultPath(files_), i);
         if (!files_.IsFile(path) || !Own(path)) continue;
-        auto lines = ReadScenarioFile(files_, codec_, path);
-        if (!lines) continue;
+        const auto bytes = files_.Read(path);
+        if (!bytes) continue;
         wanted_ = DefaultPath(files_);
+        std::vector<std::string> lines = ReadScenarioText(*bytes, codec_);
         // Lines that were enciphered one by one leave an empty one between them.
-        std::erase(*lines, "");
-        if (!lines->empty()) return lines;
+        std::erase(lines, "");
+        if (!lines.empty()) return lines;
         Remove();
     }
     LetGo();

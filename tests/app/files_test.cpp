@@ -91,10 +91,13 @@ TEST_F(FilesTest, SavesWithoutLosingAnything) {
     });
     EXPECT_EQ(Find("txtStatus").Text(), "保存完了");
     EXPECT_EQ(Joined(LinesOf(csv())), "g.csv/z.csv");
+    files.loses_ends = true;
+    Run({{"mnuNew; type x; mnuSave", "o>C:\\x.csv", "保存エラー|C:\\x.csv\r\nに保存した",
+          "* x -1"}});
     files.full_disk = true;
     Run({
-        {"mnuSave", "o", "z.csv\r\nに保存できません。元のファイルはそのままです。", "z.csv z 1"},
-        {"mnuNew; type x; mnuSave", ">", "|C:\\tamrin\\t\\無題.csv", "* x -1"},
+        {"mnuSave", "o>C:\\tamrin\\t\\z.csv", "z.csv\r\nに保存できません。元のファイル", "* x -1"},
+        {"mnuSave", ">", "|C:\\tamrin\\t\\無題.csv", "* x -1"},
         {"mnuClose", "yo>C:\\gone\\x.csv", "C:\\gone\r\nのフォルダがありません。", "* x -1"},
         {"mnuClose", "yo>", "保存エラー|設定を保存できません。", "* x -1"},
     });

@@ -8,6 +8,7 @@
 namespace tamrin::test {
 namespace {
 
+using namespace std::string_literals;
 using Texts = std::vector<std::string>;
 
 // A recorder with everything around it in memory, and a user before the recorded window.
@@ -78,7 +79,7 @@ TEST_F(RecorderTest, RecordsWhatTheUserDid) {
                  {"g", "<a id=link href=#>x</a>"}};
     const struct {
         std::string html;
-        const char* acts;
+        std::string acts;
         std::string records;
     } rows[] = {
         // Clicks.
@@ -91,7 +92,7 @@ TEST_F(RecorderTest, RecordsWhatTheUserDid) {
          "click a href javascript:f(1[,]2)"},
         {"<input id=a type=reset><body id=b><p id=e>text</p></body>", "click a; click e", ""},
         // Fields that are left.
-        {"<textarea id=a></textarea>", "type a 1,\t2 ; leave", "input a textarea 1[,] 2"},
+        {"<textarea id=a></textarea>", "type a 1,\t2 \0; leave"s, "input a textarea 1[,] 2"},
         {"<input id=a type=text value=v>", "focus a; leave", "input a text v"},
         {"<p id=a tabindex=0></p>", "focus a; leave", "input a  "},
         {"<input id=a type=radio value=3><input name=b type=radio value=\"1,2\">",

@@ -14,6 +14,7 @@ public:
     std::map<std::string, std::string> contents;
     std::set<std::string> locked;  // can be read, but neither written nor deleted
     bool full_disk = false;
+    bool loses_ends = false;  // of what is written
 
     bool IsFile(const std::string& path) const override { return contents.contains(path); }
     bool IsFolder(const std::string& path) const override {
@@ -32,7 +33,7 @@ public:
         return IsFile(path) ? std::optional(contents.at(path).size()) : std::nullopt;
     }
     bool Replace(const std::string& path, std::string_view bytes) override {
-        if (CanWrite(path)) contents[path] = bytes;
+        if (CanWrite(path)) contents[path] = bytes.substr(0, bytes.size() - loses_ends);
         return CanWrite(path);
     }
     bool Append(const std::string& path, std::string_view bytes) override {
