@@ -17,7 +17,7 @@ enum ExitCode : int {
     kRecordFailed = 5,   // a record found no element, or its data could not be applied
     kPageFailed = 6,     // a page could not be opened
     kWatchdog = 7,       // no page was completed for 30 seconds
-    kNotSaved = 8,       // a recording, or a player, could not be saved
+    kNotSaved = 8,       // a recording, a player or a picture could not be saved
     kInterrupted = 130,  // stopped by Ctrl+C
 };
 

@@ -100,15 +100,17 @@ void TellNothing(const Globals& globals, frmIeAuto& window) {
     }
 }
 
-// Saves a picture of the last page if the command line asks for one.
-void KeepPicture(const std::string& command_line, ChromiumLauncher& launcher, Files& files) {
+// Saves a picture of the last page if the command line asks for one; false when it cannot.
+bool KeepPicture(const std::string& command_line, ChromiumLauncher& launcher, Files& files) {
     for (const Switch& item : SplitSwitches(command_line)) {
         if (item.name != "picture") continue;
         const std::string path = ResolvePath(StripQuotes(SwitchValue(item)), "", files);
         const auto picture = launcher.Picture();
         if (picture && files.Replace(path, *picture)) continue;
         std::cerr << "最後のページの画像を保存できません：" << path << '\n';
+        return false;
     }
+    return true;
 }
 
 // Makes a player that carries a scenario file.
@@ -166,6 +168,9 @@ int Run(std::vector<std::string> arguments) {
     status.onChange = [&] {
         if (task == Task::kPlay && !status.Text().empty()) std::cerr << status.Text() << '\n';
     };
+    if ((task == Task::kPlay || task == Task::kRecord) && processes.IsRoot()) {
+        std::cerr << "root で実行しているため、ブラウザーはサンドボックスなしで動きます。\n";
+    }
     const StartUp start = window.Form_Load(command_line);
     ExitCode code = kNothing;
     switch (task) {
@@ -188,8 +193,8 @@ int Run(std::vector<std::string> arguments) {
             code = SavePlayer(window, arguments[1], arguments[2], files);
             break;
         case Task::kPlay:
-            KeepPicture(command_line, launcher, files);
             code = result.Code(start, window);
+            if (!KeepPicture(command_line, launcher, files) && code == kPlayed) code = kNotSaved;
             if (start == StartUp::kDone && code == kNothing) TellNothing(globals, window);
             break;
     }

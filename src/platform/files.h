@@ -16,6 +16,9 @@ public:
     virtual ~FileLock() = default;
 };
 
+// The longest file that is read as a whole, in bytes.
+inline constexpr std::size_t kMaxFileSize = std::size_t{128} << 20U;
+
 // Files and folders by UTF-8 path. Both "/" and "\" separate folders where the system allows it.
 // Nothing throws; what fails says so in its answer.
 class Files {
@@ -28,7 +31,8 @@ public:
     // Whether `path` is an existing folder.
     virtual bool IsFolder(const std::string& path) const = 0;
 
-    // The bytes of a file, or nothing when it cannot be read to its end.
+    // The bytes of a file. Nothing when it cannot be read to its end, when it is longer than
+    // kMaxFileSize, and when it is a pipe into which nothing is written for ten seconds.
     virtual std::optional<std::string> Read(const std::string& path) const = 0;
 
     // The bytes of a file from `offset` on, `size` of them or fewer where it ends before. Nothing

@@ -2,7 +2,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cstdlib>
+#include <iostream>
 #include <random>
 
 #include "platform/posix/text_codec.h"
@@ -21,7 +23,7 @@ namespace {
 using Lines = std::vector<std::string>;
 using Words = std::vector<std::string_view>;
 
-std::mt19937 generator;  // of the same numbers in every run
+std::mt19937 generator;
 
 std::size_t Below(std::size_t limit) { return generator() % limit; }
 
@@ -103,11 +105,23 @@ const std::pair<void (*)(const std::string& text), Words> kReaders[] = {
     {ReadKeys, {"{", "}", "(", ")", "+", "^", "%", "~", "{TAB}", "{LEFT 3}", "{あ 2}", "F12"}},
 };
 
-// TAMRIN_FUZZ_FACTOR in the environment multiplies the rounds, for a long run.
+int FromEnvironment(const char* name, int otherwise) {
+    const char* const text = std::getenv(name);
+    return text ? std::atoi(text) : otherwise;
+}
+
+// Other texts each day. TAMRIN_FUZZ_SEED repeats those of a day, TAMRIN_FUZZ_FACTOR multiplies the
+// rounds.
 TEST(Readers, TakeAnyText) {
-    const char* const factor = std::getenv("TAMRIN_FUZZ_FACTOR");
+    using Days = std::chrono::duration<int, std::chrono::days::period>;
+    const auto now = std::chrono::system_clock::now().time_since_epoch();
+    const int seed =
+        FromEnvironment("TAMRIN_FUZZ_SEED", std::chrono::duration_cast<Days>(now).count());
+    const int rounds = 3000 * FromEnvironment("TAMRIN_FUZZ_FACTOR", 1);
+    std::cout << "TAMRIN_FUZZ_SEED=" << seed << '\n';
+    generator.seed(static_cast<unsigned>(seed));
     for (const auto& [read, words] : kReaders) {
-        for (int round = 3000 * (factor ? std::atoi(factor) : 1); round > 0; --round) {
+        for (int round = 0; round < rounds; ++round) {
             const std::string text = RandomText(words);
             read(text);
             if (HasFailure()) FAIL() << text;

@@ -42,8 +42,9 @@ TEST(Replace, LeavesEverythingAsItWasOnFailure) {
     const std::string path = folder.Write("a.csv", "old");
     mkfifo(folder.At("pipe").c_str(), 0600);
     EXPECT_FALSE(files.Replace(folder.At("pipe"), "new"));
-    // A file whose size is not known beforehand.
+    // Files whose size is not known beforehand; the second one never ends.
     EXPECT_NE(files.Read("/proc/self/maps").value_or("").size(), 0U);
+    EXPECT_FALSE(files.Read("/dev/zero"));
 
     // A full disk: files may not grow beyond 4096 bytes.
     rlimit before{};

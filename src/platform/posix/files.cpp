@@ -2,6 +2,7 @@
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -20,6 +21,7 @@ namespace {
 
 constexpr int kMaxLinks = 40;  // as many as the system itself follows
 constexpr int kMaxNames = 100;
+constexpr int kPipeWaitMs = 10000;
 
 // Owns a file descriptor; false when it holds none.
 class Descriptor {
@@ -130,22 +132,28 @@ bool PosixFiles::IsFolder(const std::string& path) const {
 }
 
 std::optional<std::string> PosixFiles::Read(const std::string& path) const {
-    const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    // Otherwise the system would wait without end for somebody to open the other end of a pipe.
+    const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     struct stat status;
     if (!file || fstat(file.get(), &status) != 0) return std::nullopt;
-    // The size is a hint: a pipe has none, and a file may grow meanwhile. One byte more finds the
-    // end of an ordinary file without a second block.
-    std::string bytes(static_cast<std::size_t>(status.st_size) + 1, '\0');
-    std::size_t used = 0;
-    for (;;) {
+    // The size is a hint: a pipe and a device have none, and a file may grow meanwhile. One byte
+    // more finds the end of an ordinary file without a second block.
+    const auto size = static_cast<std::size_t>(status.st_size);
+    if (size > kMaxFileSize) return std::nullopt;
+    std::string bytes(size + 1, '\0');
+    pollfd readable{file.get(), POLLIN, 0};
+    for (std::size_t used = 0; used <= kMaxFileSize;) {
         if (used == bytes.size()) bytes.resize(2 * bytes.size() + 4096);
+        if (poll(&readable, 1, kPipeWaitMs) == 0) return std::nullopt;
         const ssize_t count = read(file.get(), bytes.data() + used, bytes.size() - used);
-        if (count == 0) break;
+        if (count == 0) {
+            bytes.resize(used);
+            return bytes;
+        }
         if (count > 0) used += static_cast<std::size_t>(count);
-        if (count < 0 && errno != EINTR) return std::nullopt;
+        if (count < 0 && errno != EINTR && errno != EAGAIN) return std::nullopt;
     }
-    bytes.resize(used);
-    return bytes;
+    return std::nullopt;
 }
 
 std::optional<std::string> PosixFiles::ReadPart(const std::string& path, std::uint64_t offset,

@@ -128,11 +128,12 @@ std::optional<std::string> WindowsFiles::Read(const std::string& path) const {
     const OwnedHandle file = OpenToRead(path);
     LARGE_INTEGER size{};
     if (!file || !GetFileSizeEx(file.get(), &size)) return std::nullopt;
+    if (size.QuadPart > static_cast<LONGLONG>(kMaxFileSize)) return std::nullopt;
     // The size is a hint: the file may grow meanwhile. One byte more lets the first read see the
     // end.
     std::string bytes(static_cast<std::size_t>(size.QuadPart) + 1, '\0');
     std::size_t used = 0;
-    while (Fill(file.get(), bytes, used)) {
+    while (used <= kMaxFileSize && Fill(file.get(), bytes, used)) {
         if (used < bytes.size()) {
             bytes.resize(used);
             return bytes;
