@@ -12,9 +12,6 @@
 namespace tamrin {
 namespace {
 
-// Always the same number, so that the length of a password does not show.
-constexpr const char* kDots = "●●●●●●●●";
-
 bool IsBlank(char c) { return std::isspace(static_cast<unsigned char>(c)) != 0; }
 
 // Reads the attributes of one tag.
@@ -77,10 +74,6 @@ std::string FrameText(const std::vector<Element>& path) {
     return text;
 }
 
-bool IsPassword(const Element& element) {
-    return EqualsIgnoreCase(GetElementType(element), "password");
-}
-
 // How the record found the element, by FoundBy.
 constexpr std::array<const char*, 10> kWays{
     "",
@@ -138,10 +131,7 @@ ElementFacts KeysOf(const std::vector<Element>& path) {
     facts[kId] = element.id();
     facts[kName] = GetElementName(element);
     facts[kType] = GetElementType(element);
-    facts[kValue] = element.value();
-    if (!facts[kValue].empty() && EqualsIgnoreCase(facts[kType], "password")) {
-        facts[kValue] = kDots;
-    }
+    facts[kValue] = ShownValue(facts[kType], element.value());
     facts[kHref] = GetHref(element);
     facts[kFrames] = FrameText(path);
     return facts;

@@ -1,5 +1,7 @@
 #include "browser/element_keys.h"
 
+#include <utility>
+
 #include "platform/text.h"
 
 namespace tamrin {
@@ -17,6 +19,14 @@ std::string GetElementType(const Element& element) {
 std::string GetValue(const Element& element) {
     std::string value = element.value();
     return value.empty() ? GetAttr(element, "alt") : value;
+}
+
+bool IsPassword(const Element& element) {
+    return EqualsIgnoreCase(GetElementType(element), "password");
+}
+
+std::string ShownValue(std::string_view type, std::string value) {
+    return !value.empty() && EqualsIgnoreCase(type, "password") ? kDots : std::move(value);
 }
 
 std::string GetAttr(const Element& element, std::string_view attribute) {

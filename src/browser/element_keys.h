@@ -19,6 +19,13 @@ std::string GetElementType(const Element& element);
 // The element's value, or its attribute "alt" when the value is empty.
 std::string GetValue(const Element& element);
 
+bool IsPassword(const Element& element);
+
+// The value of an element of that type as it may be shown to the user: dots in place of a password.
+// Always the same number, so that its length does not show.
+inline constexpr const char* kDots = "●●●●●●●●";
+std::string ShownValue(std::string_view type, std::string value);
+
 std::string GetAttr(const Element& element, std::string_view attribute);
 std::string GetHref(const Element& element);
 std::string GetElementName(const Element& element);

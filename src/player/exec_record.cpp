@@ -190,7 +190,8 @@ StepResult RecordExecutor::Click(const Element& element, const Act& act, bool fi
 StepResult RecordExecutor::NotFound(const Act& act, int row) {
     globals_.last_error = "行番号" + std::to_string(row + 1) +
                           " <該当フィールド無し>Act=" + act.record.act + ",Id=" + act.record.id +
-                          ",Type=" + act.record.type + ",InDt=" + act.indt;
+                          ",Type=" + act.record.type +
+                          ",InDt=" + ShownValue(act.record.type, act.indt);
     host_.SetStatus(globals_.last_error);
     return {NextStep::kGoOn, RecordOutcome::kNotFound};
 }
@@ -198,7 +199,9 @@ StepResult RecordExecutor::NotFound(const Act& act, int row) {
 StepResult RecordExecutor::Invalid(const Element& element, const Act& act) {
     // A page that has just gone takes no value either: the record then waits for the next page.
     if (!browser_->Alive() || IEState(*browser_) != 4) return {NextStep::kAgain};
-    host_.ShowMessage("入力データ不正\r\nId=" + element.id() + "\r\ninputdata=" + act.indt, "");
+    const std::string indt =
+        ShownValue(act.record.type, ShownValue(GetElementType(element), act.indt));
+    host_.ShowMessage("入力データ不正\r\nId=" + element.id() + "\r\ninputdata=" + indt, "");
     return {NextStep::kGoOn, RecordOutcome::kInvalid};
 }
 

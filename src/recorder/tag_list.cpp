@@ -21,8 +21,9 @@ std::string OneLine(std::string text) {
 
 std::string Line(std::size_t number, const Element& element) {
     std::string line = std::to_string(number);
+    const std::string type = GetElementType(element);
     for (std::string column :
-         {GetTagName(element), GetElementType(element), GetElementId(element), GetValue(element)}) {
+         {GetTagName(element), type, GetElementId(element), ShownValue(type, GetValue(element))}) {
         line.append(1, '\t').append(OneLine(std::move(column)));
     }
     return line;

@@ -80,8 +80,7 @@ void Recorder::WatchActiveElement(PageLink& page) {
         return;
     }
     Watch(active);
-    const bool secret = EqualsIgnoreCase(GetElementType(active), "password");
-    host_.SetStatus(secret ? std::string() : watch_value_);
+    host_.SetStatus(IsPassword(active) ? std::string() : watch_value_);
 }
 
 void Recorder::WatchFrame(const Element& frame) {

@@ -158,7 +158,7 @@ class RecordTest : public MainWindowTest {
 protected:
     RecordTest() {
         web.pages["shop"] =
-            "<input id=q type=text><input id=pw type=password>"
+            "<input id=q type=text><input id=pw type=password value=p>"
             "<input id=go type=submit><a href=#>次へ</a>";
         browser->Show("shop");
         window.Form_Load("");
@@ -325,8 +325,9 @@ TEST_F(RecordTest, SavesToAFileWhatIsRecordedUntilTheBrowserIsClosed) {
 TEST_F(RecordTest, ThePaneListsTheTagsOfThePageAndMakesRecordsOfThem) {
     form().Find("optDisp", 1).SetChecked(true);
     Act("browser");
-    EXPECT_EQ(Joined(LinesOf(tags())),
-              "1\tINPUT\ttext\tq\t/2\tINPUT\tpassword\tpw\t/3\tINPUT\tsubmit\tgo\t/4\tA\thref\t\t");
+    EXPECT_EQ(
+        Joined(LinesOf(tags())),
+        "1\tINPUT\ttext\tq\t/2\tINPUT\tpassword\tpw\t●●●●●●●●/3\tINPUT\tsubmit\tgo\t/4\tA\thref\t\t");
     Run({{"tag 3; tag 0", "", "", ":RP url click inputq*"},
          {"line 0; tag 2", "", "", ":RP url clickgo click inputq*"}});
     globals.activity = "play";

@@ -120,6 +120,7 @@ TEST(ExecRecord, ActsByTheElementsType) {
         {check, "input\t,id=a,indt=true\ninput\t,id=a,indt= 0 ",
          "put a checked=True; fire a onchange; put a checked=False; fire a onchange"},
         {check, "input\t,id=a,indt=maybe", kInvalid + "maybe; invalid"},
+        {check, "input\t,id=a,type=password,indt=maybe", kInvalid + "●●●●●●●●; invalid"},
         {radios, "input\t,id=g,type=radio,indt=-1", "put a checked=True; fire a onchange"},
         {radios, "input\t,id=g,indt=False,value=2", "put b checked=False; fire b onchange"},
         {radios, "input\t,id=b,type=radio,indt=x", "put a checked=True; fire a onchange"},
@@ -141,14 +142,15 @@ TEST(ExecRecord, ActsByTheElementsType) {
 }
 
 TEST(ExecRecord, WaitsForThePageAndSaysWhatCannotBeDone) {
-    const std::string line = "行番号2 <該当フィールド無し>Act=input,Id=a,Type=text,InDt=x";
+    const std::string line =
+        "行番号2 <該当フィールド無し>Act=input,Id=a,Type=password,InDt=●●●●●●●●";
     const auto page_goes = [](PlayerRig& rig) {
         rig.web.failing = {"put a value=x"};
         rig.web.browser->Navigate("page");
         On("put a value=x", [](auto& later) { later.web.failing.clear(); })(rig);
     };
     Check({
-        {"<input id=b type=text>", "input\t,id=a,type=text,indt=x\ninput\t,id=b,indt=%%error%%",
+        {"<input id=b type=text>", "input\t,id=a,type=password,indt=x\ninput\t,id=b,indt=%%error%%",
          "status " + line + "; not found; put b value=" + line + "; fire b onchange"},
         {"<input id=a type=text>", "input\t,id=a,indt=x",
          "put a value=x; navigate page; put a value=x; fire a onchange",
@@ -165,7 +167,7 @@ TEST(ExecRecord, WaitsForThePageAndSaysWhatCannotBeDone) {
          "keys a; status 行番号2 <キー送信不可>前面のウィンドウがキーを受け付けません。; not sent",
          [](auto& rig) { rig.web.failing = {"keys a"}; }},
         // The first record of a run does not wait for its page, later ones do.
-        {"<input id=a type=text>", "input\t,id=a,type=text,indt=x\ninput\t,id=a,indt=y",
+        {"<input id=a type=text>", "input\t,id=a,type=password,indt=x\ninput\t,id=a,indt=y",
          "status " + line + "; not found; put a value=y; fire a onchange",
          [](auto& rig) { rig.web.load_ms = 40000; }},
         {"<p>", "wait\t,indt=100\nquit\t", "", After(50, [](auto& rig) { rig.lines.resize(2); })},
