@@ -131,6 +131,7 @@ TEST(ResolvePath, MakesARelativePathAbsolute) {
         {"x\\..\\.\\a.csv", "C:\\b", "C:\\b\\a.csv"},
         {"D:\\a.csv", "C:\\b", "D:\\a.csv"},
         {"\\\\server\\share\\a.csv", "C:\\b", "\\\\server\\share\\a.csv"},
+        {"..\\..\\a.csv", "\\\\server\\share\\b", "\\\\server\\share\\a.csv"},
         {"\\a.csv", "C:\\b", "C:\\a.csv"},
         {"注文 書.csv", "", "C:\\work\\注文 書.csv"},
         {"", "C:\\b", ""},
@@ -208,7 +209,7 @@ TEST_F(SettingsTest, AreReadAndWrittenBack) {
         {" 　MAX Wait time  =   30  \r\n", "max wait time = 30"},
         {"max wait time = 2.5\n", "max wait time = 2"},
         {"max wait time = 99999999999999999999", "max wait time = 2147483647"},
-        {"x=\n==\n\nmax wait time = 5\nmax wait time = x", "max wait time = 0"},
+        {"x=\n==\n = 5\nmax wait time = 5\nmax wait time = x", "max wait time = 0"},
         {"save folder path =  C:\\😀", "save folder path = C:\\😀"},
         // Impossible places.
         {"form left = 900\nform right = 900", "form left = 780"},

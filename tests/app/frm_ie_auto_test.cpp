@@ -18,6 +18,7 @@ TEST_F(MainWindowTest, StartsIdleUnderASplash) {
 TEST_F(MainWindowTest, CarriesOutTheCommandLine) {
     const std::string program = "C:\\tamrin\\order.csv";
     const std::string current = "C:\\work\\order.csv";
+    const std::string taro = "C:\\Yamada Taro\\a -b.csv";
     const struct {
         std::string command_line;
         std::string flags;  // p: played, its count, c: closed, t: in the tray, and an error
@@ -27,9 +28,9 @@ TEST_F(MainWindowTest, CarriesOutTheCommandLine) {
     } rows[] = {
         {"-auto \"" + program + "\"", "p", program},
         {"x　-a   " + program, "p", program},
-        {'"' + program + '"', "p", program},
+        {'"' + taro + '"', "p", taro},
         {" order.csv ", "p", current},
-        {"-Close -unknown -a " + program, "p", program},
+        {"-Close -unknown -a C:\\Yamada Taro\\b.csv", "p", "C:\\Yamada Taro\\b.csv"},
         {"-c -a " + program + " -tasktray", "pct", program},
         {"-stream url\t,size_bar=1.2.3.4.1,indt=page\r\n//%SPC%a%SPC-%b", "pct", "stream"},
         {"-browser .\\b.exe", "", "", "C:\\work\\b.exe"},
@@ -40,7 +41,7 @@ TEST_F(MainWindowTest, CarriesOutTheCommandLine) {
         {"-auto 無い a.csv -c", "none", "", "kept", "|auto\r\n無い a.csv\r\nのファイルが存在しま"},
         {"-a bad.csv", "none", "", "kept", "はシナリオファイルではありません。"},
     };
-    files.contents[current] = kScenario;
+    for (const auto& path : {current, taro, rows[4].file}) files.contents[path] = kScenario;
     files.contents["C:\\work\\bad.csv"] = std::string("\0", 1);
     files.contents["C:\\tamrin\\bad.csv"] = "";
     for (const auto& row : rows) {
@@ -169,24 +170,33 @@ TEST_F(MainWindowTest, ShowsItsProgressUntilItIsStopped) {
     Act("F5");
     EXPECT_EQ(window.last_run(), RunEnd::kCompleted);
     EXPECT_EQ(std::ranges::count(web.calls, "navigate page"), 4);
+    // Nor does a close that the user cancels.
+    globals.settings.quit_after_play = globals.unsaved = true;
+    dialogs.answers = {kCancel};
+    Act("F5");
+    EXPECT_TRUE(Enabled("cmdPlay") && globals.activity.empty() && form().Visible());
 }
 
 TEST_F(MainWindowTest, TheWatchdogEndsAnAutomaticRunWithoutPages) {
-    const std::tuple<const char*, const char*, double> rows[] = {
-        {"", "3 行目の再生中、30 秒のあいだ", 46000},
-        {"record limit = 20", "3 行目の再生が 20 秒たっても", 41000},
+    // With unsaved records the user is asked, once, and cancels.
+    const std::tuple<const char*, const char*, double, bool> rows[] = {
+        {"", "3 行目の再生中、30 秒のあいだ", 46000, false},
+        {"record limit = 20", "3 行目の再生が 20 秒たっても", 41000, false},
+        {"record limit = 20", "3 行目の再生が 20 秒たっても", 620000, true},
     };
     files.contents["C:\\tamrin\\order.csv"] = Waiting("gone", "600000");
-    for (const auto& [options, why, ended] : rows) {
+    for (const auto& [options, why, ended, unsaved] : rows) {
         files.contents["C:\\tamrin\\Options.txt"] = options;
         files.contents["C:\\tamrin\\Tamrin.log"].clear();
         Globals own;
         frmIeAuto other(own, platform);
         const auto start = clock.Elapsed();
         clock.After(15000, [&] { other.DocumentComplete(false); });
+        clock.After(15000, [&, edited = unsaved] { own.unsaved = edited; });
+        if (unsaved) dialogs.answers = {kCancel};
         other.Form_Load("-a C:\\tamrin\\order.csv");
         EXPECT_TRUE(other.page_failed() && other.last_run() == RunEnd::kTimedOut);
-        EXPECT_TRUE(form().closed() && !form().Visible());
+        EXPECT_TRUE(form().closed() != unsaved && form().Visible() == unsaved);
         EXPECT_NEAR(static_cast<double>(clock.Elapsed() - start), ended, 1100.0);
         const std::string said = Find("txtStatus").Text();
         EXPECT_EQ(codec.Decode(files.contents["C:\\tamrin\\Tamrin.log"]),

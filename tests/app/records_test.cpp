@@ -125,7 +125,8 @@ TEST_F(RecordListTest, TheDialogShowsAndStoresTheFieldsOfARecord) {
     };
     form().Click("mnuEditRecord");
     Run({{"F2: cmbAct=click  'x, txtId=b, cmbType=u, txtInDt=3,4, txtSizeBar=, txtUserWait=7, cmdOk",
-          "", "", "[click\t,id=b,type=u,indt=3\0014,x=y,userwait=7]*"}});
+          "", "", "[click\t,id=b,type=u,indt=3\0014,x=y,userwait=7]*"},
+         {"Ctrl+E: txtText=// a memo, cmdOk; F2: cmdOk", "", "", "[// a memo]*"}});
 }
 
 TEST(RecordFields, AreReadAndWrittenInTheirPlaces) {
