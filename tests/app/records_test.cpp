@@ -97,15 +97,6 @@ TEST_F(RecordListTest, ADialogChangesNothingWhenTheListHasChanged) {
     }
 }
 
-TEST(EditHistory, KeepsTheLatestEdits) {
-    EditHistory history;
-    for (int i = 0; i < 1000; ++i) history.Add({i, {}, {""}});
-    int undone = 0;
-    while (history.Undo() != nullptr) ++undone;
-    EXPECT_EQ(undone, 500);
-    EXPECT_FALSE(history.IsSaved()) << "the saved state is forgotten";
-}
-
 TEST_F(RecordListTest, TheDialogShowsAndStoresTheFieldsOfARecord) {
     const std::string record = "url\t,id=a,size_bar=1.2,type=t,indt=1\0012,x=y,userwait=3";
     list().SetLines({record});

@@ -182,23 +182,6 @@ TEST_F(ElementScreenPoint, IsWhereThePointerIsToldOf) {
     EXPECT_EQ(back_end().RoundTrips() - before, 3U);  // one for each page on the way
 }
 
-TEST_F(ElementScreenPoint, FollowsTheWindow) {
-    Open("<button id=k>a</button><button id=none style='display:none'>b</button>");
-    EXPECT_FALSE(browser().ElementScreenPoint(Find("none")));
-    browser().SetPlace({.left = 40, .top = 30, .width = 900, .height = 700});
-    std::optional<ScreenPoint> before;
-    // The window system moves a window when it likes: ask until two answers agree.
-    EXPECT_TRUE(Wait([&] {
-        const auto now = browser().ElementScreenPoint(Find("k"));
-        return std::exchange(before, now) == now && now;
-    }));
-    browser().SetPlace({.left = 140, .top = 80, .width = 900, .height = 700});
-    EXPECT_TRUE(Wait([&] {
-        const auto now = browser().ElementScreenPoint(Find("k"));
-        return before && now && now->x - before->x == 100 && now->y - before->y == 50;
-    }));
-}
-
 using GetBoundingClientRect = Suite;
 
 TEST_F(GetBoundingClientRect, AnswersThePlaceInTheViewportOfItsOwnDocument) {

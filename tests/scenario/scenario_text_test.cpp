@@ -4,10 +4,7 @@
 
 #include "platform/posix/text_codec.h"
 #include "scenario/cipher.h"
-#include "scenario/scenario_file.h"
-#include "support/memory_files.h"
 #include "support/temporary_folder.h"
-#include "support/virtual_clock.h"
 
 namespace tamrin {
 namespace {
@@ -85,20 +82,6 @@ TEST(ScenarioTextLines, LeavesWhatOnlyResemblesAnEscape) {
     for (const char* text : {"%%U+", "%%U+%%", "%%U+4", "%%U+41%", "%%U+D800%%", "%%U+110000%%",
                              "%%U+0000041%%", "%%U+-1%%", "%%U+ 41%%", "%%u+41%%", "%%U+0x41%%"}) {
         EXPECT_EQ(ScenarioTextLines(text), Lines{text});
-    }
-}
-
-TEST(DeleteScenarioFile, TriesAgainForFiveSeconds) {
-    using Row = std::array<std::uint64_t, 2>;
-    for (const auto& [locked_ms, took_ms] : {Row{0, 0}, {5, 10}, {4990, 4990}, {5000, 5000}}) {
-        test::MemoryFiles files;
-        test::VirtualClock clock;
-        files.contents["a.csv"] = "x";
-        if (locked_ms > 0) files.locked = {"a.csv"};
-        clock.After(locked_ms, [&] { files.locked.clear(); });
-        EXPECT_EQ(DeleteScenarioFile(files, clock, "a.csv"), locked_ms < 5000) << locked_ms;
-        EXPECT_EQ(files.contents.empty(), locked_ms < 5000) << locked_ms;
-        EXPECT_EQ(clock.Elapsed(), took_ms);
     }
 }
 
