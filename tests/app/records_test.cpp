@@ -316,10 +316,11 @@ TEST_F(RecordTest, SavesToAFileWhatIsRecordedUntilTheBrowserIsClosed) {
 
 TEST_F(RecordTest, ThePaneListsTheTagsOfThePageAndMakesRecordsOfThem) {
     form().Find("optDisp", 1).SetChecked(true);
+    browser->page()->Find("q")->value = std::string(300, 'x');
     Act("browser");
-    EXPECT_EQ(
-        Joined(LinesOf(tags())),
-        "1\tINPUT\ttext\tq\t/2\tINPUT\tpassword\tpw\t●●●●●●●●/3\tINPUT\tsubmit\tgo\t/4\tA\thref\t\t");
+    EXPECT_EQ(Joined(LinesOf(tags())),
+              "1\tINPUT\ttext\tq\t" + std::string(200, 'x') +
+                  "/2\tINPUT\tpassword\tpw\t●●●●●●●●/3\tINPUT\tsubmit\tgo\t/4\tA\thref\t\t");
     Run({{"tag 3; tag 0", "", "", ":RP url click inputq*"},
          {"line 0; tag 2", "", "", ":RP url clickgo click inputq*"}});
     globals.activity = "play";
