@@ -29,6 +29,8 @@ std::string ShownValue(std::string_view type, std::string value) {
     return !value.empty() && EqualsIgnoreCase(type, "password") ? kDots : std::move(value);
 }
 
+bool IsScript(std::string_view indt) { return indt.find("javascript:") != std::string_view::npos; }
+
 std::string GetAttr(const Element& element, std::string_view attribute) {
     return element.getAttribute(attribute).value_or(std::string());
 }

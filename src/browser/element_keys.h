@@ -26,6 +26,9 @@ bool IsPassword(const Element& element);
 inline constexpr const char* kDots = "●●●●●●●●";
 std::string ShownValue(std::string_view type, std::string value);
 
+// Whether the input data of a link's record is a script to run instead of an address or a text.
+bool IsScript(std::string_view indt);
+
 std::string GetAttr(const Element& element, std::string_view attribute);
 std::string GetHref(const Element& element);
 std::string GetElementName(const Element& element);

@@ -161,8 +161,8 @@ Found FindLink(const Document& document, std::string_view target, Count count) {
 
 Found FindElement(const Document& document, const ElementKeys& keys, Count count) {
     Found found;
-    const bool is_script = keys.indt.find("javascript") != std::string::npos;
-    if (EqualsIgnoreCase(keys.type, "href") && !is_script) {
+    const bool is_link = EqualsIgnoreCase(keys.type, "href");
+    if (is_link && !IsScript(keys.indt)) {
         found = FindLink(document, keys.indt, count);
     }
     if (!found.element) {
@@ -170,7 +170,8 @@ Found FindElement(const Document& document, const ElementKeys& keys, Count count
                              [&](const Document& page) { return FindByKeys(page, keys, count); });
     }
     for (const char* tag : {"input", "*"}) {
-        if (found.element || keys.indt.empty()) break;
+        // What merely holds a link's text as its value is another thing: a button, a field.
+        if (found.element || keys.indt.empty() || is_link) break;
         found = SearchFrames(
             document, [&](const Document& page) { return FindByValue(page, tag, keys.indt); });
     }

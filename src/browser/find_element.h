@@ -27,7 +27,7 @@ enum class FoundBy {
     kName,          // elements of that name, a hidden field too
     kFormField,     // a form's field of that name or id, unless hidden
     kRadioValue,    // FindRadio
-    kValue,         // an INPUT, and then any element, whose value is `indt`
+    kValue,         // an INPUT, and then any element, whose value is `indt`; not for a link
     kLinkText,      // links with that text
     kLinkAddress,   // the only link with that address
 };

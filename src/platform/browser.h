@@ -91,6 +91,10 @@ public:
     // Whether the window still exists and its page has not crashed. Costs no call.
     virtual bool Alive() = 0;
 
+    // Whether the window was closed as windows are: by its user, its page or Quit. A page that
+    // crashed and a browser that was killed were not; nor is what a back end cannot tell.
+    virtual bool Closed() { return false; }
+
     // The top document as it is now; null when there is none. Costs no call.
     virtual Document document() = 0;
 

@@ -103,7 +103,7 @@ StepResult RecordExecutor::ExecOnElement(const Record& record, int row) {
 std::optional<StepResult> RecordExecutor::WaitBeforeLink(const Act& act) {
     const bool skipped = clicker_.UserWait(act.wait_ms);
     if (globals_.activity.empty()) return StepResult{NextStep::kGoOn, RecordOutcome::kStopped};
-    if (act.indt.find("javascript") != std::string::npos) {
+    if (IsScript(act.indt)) {
         if (!skipped) browser_->Navigate(act.indt);
         WaitMs(clock_, globals_, 500);
         return StepResult{NextStep::kGoOn,

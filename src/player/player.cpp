@@ -102,8 +102,10 @@ RunEnd Player::PlayRecords(const std::shared_ptr<Browser>& browser, int row) {
     std::uint32_t record_start = clock_.TickCount();
     while (row < host_.RecordCount()) {
         if (globals_.activity.empty()) return RunEnd::kStopped;
-        if (!browser->Alive()) return RunEnd::kBrowserDied;
         const Record record = ParseRecord(host_.Record(row));
+        if (!browser->Alive() && !(browser->Closed() && record.act == "quit")) {
+            return RunEnd::kBrowserDied;
+        }
         events_.RecordBegan(row);
         int ready_state = IEState(*browser);
         // This limits one pass, not the record: the first record of a run goes ahead on an
@@ -128,7 +130,9 @@ RunEnd Player::PlayRecords(const std::shared_ptr<Browser>& browser, int row) {
         ++row;
     }
     if (globals_.activity.empty()) return RunEnd::kStopped;
-    return browser->Alive() ? RunEnd::kCompleted : RunEnd::kBrowserDied;
+    // The last record may have closed the window itself, as a page does that logs its user out.
+    const bool in_order = browser->Alive() || browser->Closed();
+    return in_order ? RunEnd::kCompleted : RunEnd::kBrowserDied;
 }
 
 RunEnd Player::NoBrowser(const std::string& why) {

@@ -18,11 +18,8 @@ Attachment::Attachment(const Globals& globals, BrowserWindows& windows, Control&
 
 void Attachment::AttachActiveBrowser() {
     if (!globals_.activity.empty()) return;
-    if (target_ie_ && !target_ie_->Alive()) Detach();
-    if (windows_.Visible().empty()) {
-        Detach();
-        return;
-    }
+    // A minimised window is not visible, and stays attached.
+    if (target_ie_ ? !target_ie_->Alive() : windows_.Visible().empty()) Detach();
     const std::shared_ptr<Browser> active = windows_.Focused();
     if (!active) return;
     const std::string url = active->document().url();

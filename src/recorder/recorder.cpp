@@ -14,8 +14,8 @@ constexpr int kEnter = 13;
 constexpr const char* kNoData = "-- no data --";
 // Before a recording ends, the browser has to say so many times, at these intervals, that it has
 // delivered all events: a key can still be on its way into the page at the first time.
-constexpr int kQuietTimes = 3;
-constexpr int kQuietStepMs = 20;
+constexpr int kQuietTimes = 5;
+constexpr int kQuietStepMs = 40;
 // How long the end of a recording waits for that at most.
 constexpr std::uint32_t kFlushLimitMs = 3000;
 // An event that is handled so soon after another one was waiting in the queue.
@@ -93,8 +93,11 @@ void Recorder::HandleAllEvents() {
     const std::uint32_t start = clock_.TickCount();
     for (int quiet = 0; quiet < kQuietTimes && clock_.TickCount() - start < kFlushLimitMs;) {
         clock_.DoEvents();
+        const std::uint32_t asked = clock_.TickCount();
         const bool all = !browser_ || browser_->AllDelivered();
-        quiet = all ? quiet + 1 : 0;
+        // A browser that answers slowly is slow with the last keys, too.
+        const bool quick = clock_.TickCount() - asked < std::uint32_t{kQuietStepMs};
+        quiet = all && quick ? quiet + 1 : 0;
         clock_.Sleep(kQuietStepMs);
     }
     clock_.DoEvents();

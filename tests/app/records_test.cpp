@@ -264,9 +264,10 @@ TEST_F(RecordTest, ShowsTheBrowserThatHasTheFocusWhileNothingRuns) {
     globals.activity.clear();
     other->Show("shop");
     EXPECT_EQ(shown(other), "shop 175");
+    browsers.visible.clear();
+    EXPECT_EQ(shown(nullptr), "shop 175") << "minimised";
     other->Die();
     EXPECT_EQ(shown(nullptr), " ");
-    browsers.visible.clear();
     url.SetText("order.csv");
     EXPECT_EQ(shown(nullptr), " ");
 }
@@ -340,7 +341,8 @@ TEST_F(RecordTest, ThePaneListsTheTagsOfThePageAndMakesRecordsOfThem) {
     Run({{"mnuRec; line 0; tag 0; cmdStop", "", "", ":RP url clickgo click inputq inputq*!"}});
     EXPECT_EQ(outlined("line 1"), "") << "a recording hides the pane";
     form().Find("optDisp", 1).SetChecked(true);
-    browsers.visible.clear();
+    browser->Die();
+    browsers.focused = nullptr;
     clock.Pass(500);
     EXPECT_EQ(LinesOf(tags()), Lines{});
 }

@@ -53,14 +53,14 @@ TEST_F(FindElementTest, TriesItsSearchesInOrder) {
         {frames, {"", "href", "http://h/f"}, "address l 1 3"},
         {frames, {"", "href", "inner"}, "text l 1 5"},
         {frames, {"", "href", "rel"}, "address r 1 3"},
-        {twice, {"i", "href", "http://h/f"}, "nothing  0 12"},
+        {twice, {"i", "href", "http://h/f"}, "nothing  0 6"},
         {twice, {"", "href", "inner"}, "text l 1 4"},
         {"<a k=1 href=a> <b>A\n b</b> </a><a href=b>a b", {"", "HREF", "A\r\nB"}, "text 1 2 1"},
         {"<a k=1 href=\"https://A\">", {"", "href", "https://a"}, "address 1 1 1"},
         {"<a k=1 href=\"ftp://h/a\">", {"", "href", "ftp://h/a"}, "address 1 1 1"},
-        {"<a href=u>u2</a>", {"i", "href", "u"}, "nothing  0 4"},
+        {"<a href=u>u2</a><p value=u>", {"i", "href", "u"}, "nothing  0 2"},
         {two, {"i", "href", "http://h/b"}, "id 2 1 2"},
-        {"<a href=x>javascript:f()</a>", {"i", "href", "javascript:f()"}, "nothing  0 3"},
+        {"<a href=x>javascript:f()</a>", {"i", "href", "javascript:f()"}, "nothing  0 1"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.html + " for " + row.keys.id + " " + row.keys.type + " " + row.keys.indt);

@@ -101,6 +101,7 @@ Prepare After(std::uint64_t milliseconds, const Prepare& act) {
 const Prepare kStop = [](PlayerRig& rig) { rig.globals.activity.clear(); };
 const Prepare kSkip = [](PlayerRig& rig) { rig.globals.skip_wait = true; };
 const Prepare kDie = [](PlayerRig& rig) { rig.web.browser->Die(); };
+const Prepare kClose = [](PlayerRig& rig) { rig.web.browser->Die(true); };
 const Prepare kPoints = [](PlayerRig& rig) { rig.globals.settings.auto_point = true; };
 const std::string kDied =
     "message 再生エラー|ブラウザが終了したか、ページが異常終了したため、再生を中止しました。";
@@ -252,6 +253,9 @@ TEST(Play, OpensTheFirstUrlRecordAndSaysHowTheRunEnded) {
         {kUrl + "\nquit\t\nwait\t,indt=10", kCompleted, "", 2, shown + "; quit", twice},
         {wait, kStopped, "", 2, shown + "; stopped", After(100, kStop)},
         {wait, kBrowserDied, "", 2, shown + "; " + kDied, After(100, kDie)},
+        {wait, kCompleted, "", 2, shown, After(100, kClose)},
+        {wait + "\nquit\t", kCompleted, "", 3, shown + "; quit", After(100, kClose)},
+        {wait + wait, kBrowserDied, "", 2, shown + "; " + kDied, After(100, kClose)},
         {kUrl, kNoBrowser, "", 0, "run began; message ブラウザを起動できません|なし",
          [](auto& rig) { rig.web.refusal = "なし"; }},
         {"url\t,size_bar=1.2.300.400.10110,indt=", kNothingToPlay, "play", 0, "run began; create"},

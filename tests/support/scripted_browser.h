@@ -65,6 +65,7 @@ public:
     bool Busy() override { return alive_ && (web_.busy || loading_ > 0); }
     int ReadyState() override { return alive_ && page_ && loading_ == 0 ? 4 : 1; }
     bool Alive() override { return alive_; }
+    bool Closed() override { return closed_; }
     Document document() override { return Document(alive_ ? page_ : nullptr); }
     void SetVisible(bool visible) override { web_.Note(visible ? "visible" : "hidden"); }
     void SetPlace(const WindowPlace& place) override {
@@ -95,9 +96,10 @@ public:
         return subscribers.Connect(events);
     }
 
-    // The window goes away as if killed.
-    void Die() {
+    // The window goes away as if killed, or `closed` by its page.
+    void Die(bool closed = false) {
         alive_ = false;
+        closed_ = closed;
         if (page_) page_->Leave();
         Tell([](BrowserEvents& e) { e.OnQuit(); });
     }
@@ -131,6 +133,7 @@ private:
     std::shared_ptr<ScriptedPage> page_;
     int loading_ = 0;
     bool alive_ = true;
+    bool closed_ = false;
 };
 
 inline std::shared_ptr<Browser> ScriptedWeb::Create(std::string& why) {

@@ -84,7 +84,7 @@ void BrowserLink::OnEvent(const std::string& session, std::string_view method, c
     const std::string target = destroyed ? TextOf(params, "targetId") : "";
     for (const auto& tab : Tabs()) {
         if (destroyed) {
-            if (tab->target() == target) tab->OnGone();
+            if (tab->target() == target) tab->OnGone(true);
         } else if (tab->frames().HasSession(session) ||
                    (session.empty() && tab->frames().HasSession(TextOf(params, "sessionId")))) {
             tab->OnEvent(session, method, params);
@@ -94,7 +94,7 @@ void BrowserLink::OnEvent(const std::string& session, std::string_view method, c
 }
 
 void BrowserLink::OnClosed() {
-    for (const auto& tab : Tabs()) tab->OnGone();
+    for (const auto& tab : Tabs()) tab->OnGone(false);
 }
 
 }  // namespace tamrin

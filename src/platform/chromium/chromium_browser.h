@@ -27,6 +27,7 @@ public:
     bool Busy() override { return tab_->Busy(); }
     int ReadyState() override { return tab_->ReadyState(); }
     bool Alive() override { return tab_->Alive(); }
+    bool Closed() override { return tab_->closed(); }
     Document document() override;
     // A window of this browser is always shown.
     void SetVisible(bool /*visible*/) override {}

@@ -196,15 +196,16 @@ void Tab::OnEvent(const std::string& session, std::string_view method, const jso
         const bool detached = method == "Target.detachedFromTarget";
         if (!detached && method != "Inspector.targetCrashed") return;
         const std::string ended = detached ? TextOf(params, "sessionId") : session;
-        if (frames_.IsTopSession(ended)) return OnGone();
+        if (frames_.IsTopSession(ended)) return OnGone(detached);
         devtools_->CutShort(ended);
     } catch (const json::exception&) {
         // A browser of another version may write the event otherwise; then it is ignored.
     }
 }
 
-void Tab::OnGone() {
+void Tab::OnGone(bool closed) {
     if (!Alive()) return;
+    closed_ = closed;
     dialogs_.End();
     agents_.End();
     notices_.EndNavigationWait();

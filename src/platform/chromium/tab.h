@@ -59,6 +59,7 @@ public:
     UserWatcher& watcher() { return watcher_; }
 
     bool Alive() const { return !agents_.Ended(); }
+    bool closed() const { return closed_; }
     // Whether it loads a page, its page hangs, or a dialog box is open.
     bool Busy() const;
     // As Browser::ReadyState.
@@ -99,8 +100,8 @@ public:
     // Events, from the owner of the connection. Only those that a tracker reads are needed.
     static bool Reads(std::string_view method);
     void OnEvent(const std::string& session, std::string_view method, const nlohmann::json& params);
-    // The tab was closed, its page crashed, or the browser ended.
-    void OnGone();
+    // The tab was closed, or else its page crashed or the browser ended.
+    void OnGone(bool closed);
 
 private:
     void SetUp(const std::string& session);
@@ -125,6 +126,7 @@ private:
     std::string outline_session_;
     std::uint32_t outlined_at_ = 0;
     bool opening_ = false;
+    bool closed_ = false;
 };
 
 }  // namespace tamrin

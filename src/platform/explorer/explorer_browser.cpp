@@ -155,7 +155,10 @@ void ExplorerBrowser::Listen() {
                                      {DISPID_NAVIGATECOMPLETE2, to(&ExplorerBrowser::NoteShown)},
                                      {DISPID_DOCUMENTCOMPLETE, to(&ExplorerBrowser::NoteComplete)},
                                      {DISPID_NAVIGATEERROR, to(&ExplorerBrowser::NoteError)},
-                                     {DISPID_ONQUIT, [this](const EventArguments&) { Lose(); }}});
+                                     {DISPID_ONQUIT, [this](const EventArguments&) {
+                                          closed_ = true;
+                                          Lose();
+                                      }}});
 }
 
 void ExplorerBrowser::NoteNavigation(const EventArguments& arguments) {

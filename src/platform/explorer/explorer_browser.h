@@ -29,6 +29,7 @@ public:
     bool Busy() override;
     int ReadyState() override;
     bool Alive() override;
+    bool Closed() override { return closed_; }
     void SetVisible(bool visible) override;
     void SetPlace(const WindowPlace& place) override;
     void SetBars(const WindowBars& bars) override;
@@ -71,6 +72,7 @@ private:
 
     DispatchObject browser_;
     const ContentWindow found_;
+    bool closed_ = false;  // it has said that it quits
     std::unique_ptr<EventConnection> events_;
     HWND window_ = nullptr;  // what Frame answered last
     // Until then a navigation counts as begun, although the browser does not say so yet.
