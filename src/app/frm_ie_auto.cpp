@@ -7,6 +7,7 @@
 #include "app/paths.h"
 #include "app/settings_file.h"
 #include "app/small_forms.h"
+#include "browser/wait.h"
 #include "scenario/character_escape.h"
 
 namespace tamrin {
@@ -22,6 +23,10 @@ void Log(const Platform& platform, const std::string& line) {
     std::string bytes;
     AppendEncoded(bytes, platform.clock.TimeStamp() + " " + line + "\r\n", platform.codec);
     files.Append(files.ProgramFolder() + files.Separator() + "Tamrin.log", bytes);
+}
+
+bool OpensPage(const RecordReport& record) {
+    return record.act == "url" || record.act == "navigate";
 }
 
 }  // namespace
@@ -385,12 +390,9 @@ void frmIeAuto::RecordBegan(int row) {
 
 void frmIeAuto::RecordDone(const RecordReport& report) {
     record_began_ = platform_.clock.TickCount();  // the next one
-    RecordReport told = report;
-    const bool failed = std::exchange(address_failed_, false);
-    if (failed && (report.act == "url" || report.act == "navigate")) {
-        told.outcome = RecordOutcome::kPageFailed;
-    }
-    if (onRecordDone) onRecordDone(told);
+    TellDone();                                   // of the one before
+    done_ = report;
+    if (!OpensPage(report) || !target_ie_ || IEState(*target_ie_) == 4) TellDone();
 }
 
 void frmIeAuto::RunEnded(RunEnd end) {
@@ -407,6 +409,8 @@ void frmIeAuto::RunEnded(RunEnd end) {
         default:
             break;
     }
+    TellDone();
+    if (onRunEnded) onRunEnded();
     if (globals_.close_after_play || globals_.settings.quit_after_play) {
         if (target_ie_) target_ie_->SetForeground();
         platform_.clock.DoEvents();
@@ -417,7 +421,16 @@ void frmIeAuto::RunEnded(RunEnd end) {
     SetMode("play", false);
 }
 
-void frmIeAuto::DocumentComplete(bool /*top*/) {
+void frmIeAuto::TellDone() {
+    if (!done_) return;
+    RecordReport report = *std::exchange(done_, std::nullopt);
+    const bool failed = std::exchange(address_failed_, false);
+    if (failed && OpensPage(report)) report.outcome = RecordOutcome::kPageFailed;
+    if (onRecordDone) onRecordDone(report);
+}
+
+void frmIeAuto::DocumentComplete(bool top) {
+    if (top) TellDone();
     globals_.last_activity_tick = platform_.clock.TickCount();
 }
 
@@ -428,6 +441,7 @@ void frmIeAuto::BeforeNavigate2(const std::string& /*url*/) {
 void frmIeAuto::NavigateError(const std::string& url, const std::string& reason) {
     page_failed_ = true;
     address_failed_ = true;
+    TellDone();
     SetStatus("ページを開けません：" + url + " （" + reason + "）");
 }
 

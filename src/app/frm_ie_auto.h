@@ -69,6 +69,8 @@ public:
 
     // Called for each record that a run has finished.
     std::function<void(const RecordReport&)> onRecordDone;
+    // Called when a run that has played records is over, while its last page still stands.
+    std::function<void()> onRunEnded;
 
     // Enables and disables the buttons and menu entries that record, play and stop.
     void SetMode(std::string_view mode, bool on = true);
@@ -116,6 +118,8 @@ private:
 
     void BindEvents();
     bool Form_QueryUnload();
+    // Tells of the record that is done.
+    void TellDone();
     // Takes the browser of a run, connects its events, and drops the one before; null only drops.
     void HoldBrowser(std::shared_ptr<Browser> browser);
     // Moves the main window into the notification area if the user wants that, and back.
@@ -146,7 +150,9 @@ private:
     std::uint32_t record_began_ = 0;
     RunEnd last_run_ = RunEnd::kNothingToPlay;
     bool page_failed_ = false;
-    bool address_failed_ = false;  // since the last record that was done
+    bool address_failed_ = false;  // since the last record that was told of
+    // The record that is done, until its page is there if it opens one.
+    std::optional<RecordReport> done_;
 
     std::shared_ptr<Browser> target_ie_;
     std::unique_ptr<Connection> event_ie_;

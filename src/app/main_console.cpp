@@ -168,6 +168,8 @@ int Run(std::vector<std::string> arguments) {
     status.onChange = [&] {
         if (task == Task::kPlay && !status.Text().empty()) std::cerr << status.Text() << '\n';
     };
+    bool picture_kept = true;
+    window.onRunEnded = [&] { picture_kept = KeepPicture(command_line, launcher, files); };
     if ((task == Task::kPlay || task == Task::kRecord) && processes.IsRoot()) {
         std::cerr << "root で実行しているため、ブラウザーはサンドボックスなしで動きます。\n";
     }
@@ -194,7 +196,7 @@ int Run(std::vector<std::string> arguments) {
             break;
         case Task::kPlay:
             code = result.Code(start, window);
-            if (!KeepPicture(command_line, launcher, files) && code == kPlayed) code = kNotSaved;
+            if (code == kPlayed && !picture_kept) code = kNotSaved;
             if (start == StartUp::kDone && code == kNothing) TellNothing(globals, window);
             break;
     }

@@ -57,7 +57,7 @@ TEST_F(Console, PlaysTheSampleOrderAndKeepsAPicture) {
     const std::string address = "http://127.0.0.1:8631/";
     scenario.replace(scenario.find(address), address.size(), server.Url("/"));
     const std::string picture = folder.At("最後.png");
-    ExpectRun({"-a", folder.Write("order.csv", scenario), "-picture", picture}, 0, {});
+    ExpectRun({"-a", folder.Write("order.csv", scenario), "-picture", picture, "-close"}, 0, {});
     const std::lock_guard lock(mutex);
     for (const char* shown : {"quantity\">12<", "receiver\">山田 太郎<", "14時から16時", "銀行",
                               "別の封筒でお願いします。\r\n不在のときは受付に"}) {
@@ -70,7 +70,8 @@ TEST_F(Console, TellsByItsExitCodeHowItEnded) {
     const std::string p = folder.At("p");
     const std::string dead = folder.Write(
         "dead.csv",
-        "url\t,size_bar=0.0.800.600.1,indt=http://127.0.0.1:1/\r\nwait\t,indt=3000\r\n");
+        "url\t,size_bar=0.0.800.600.1,indt=http://127.0.0.1:1/\r\nnavigate\t,indt=127.0.0.1:2\r\n"
+        "wait\t,indt=3000\r\n");
     const std::string scenario =
         Scenario("//\t,indt=memo\r\ninput\t,id=a,type=text,indt=x\r\ninput\t,id=zz,indt=v\r\n");
     const std::string readme = FileBytes(TAMRIN_SOURCE_DIR "/README.md");
@@ -94,7 +95,8 @@ TEST_F(Console, TellsByItsExitCodeHowItEnded) {
           "該当フィールド無し"}},
         {{"-a", dead},
          6,
-         {"ページを開けません：http://127.0.0.1:1/ ", "url               ページを"}},
+         {"ページを開けません：http://127.0.0.1:1/ ", "url               ページを",
+          "navigate          ページを"}},
         {{"-stream", "url\t,size_bar=0.0.9.9.1,indt=about:blank", "-picture", folder.At("none/p")},
          8,
          {"最後のページの画像を保存できません"}},
