@@ -73,9 +73,16 @@ ComPtr<IDispatch> GetDocumentFromWindow(ComCalls& calls, HWND window) {
         SendMessageTimeoutW(window, ask, 0, 0, SMTO_ABORTIFHUNG, calls.limits().window_ms, &given);
     const bool has = answered != 0 && given != 0;
     if (!calls.Note(has ? S_OK : E_FAIL, "send", "window", "WM_HTML_GETOBJECT")) return nullptr;
+    // Loaded by hand: a library of this name beside the program must not come in its place.
+    static const HMODULE library =
+        LoadLibraryExW(L"oleacc.dll", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
+    static const auto object_from_lresult = reinterpret_cast<decltype(&ObjectFromLresult)>(
+        reinterpret_cast<void*>(GetProcAddress(library, "ObjectFromLresult")));
     ComPtr<IHTMLDocument> document;
-    const HRESULT made = ObjectFromLresult(static_cast<LRESULT>(given), IID_IHTMLDocument, 0,
-                                           reinterpret_cast<void**>(document.Out()));
+    const HRESULT made = object_from_lresult
+                             ? object_from_lresult(static_cast<LRESULT>(given), IID_IHTMLDocument,
+                                                   0, reinterpret_cast<void**>(document.Out()))
+                             : E_NOTIMPL;
     calls.Note(made, "call", "window", "ObjectFromLresult");
     return document.As<IDispatch>();
 }

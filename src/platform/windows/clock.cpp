@@ -6,6 +6,7 @@
 
 #include <cstdio>
 
+#include "platform/windows/system_library.h"
 #include "platform/windows/window_form.h"
 
 namespace tamrin {
@@ -14,6 +15,11 @@ namespace {
 // Without this a sleep of 10 ms takes up to 16, and each wait of a scenario half as long again.
 constexpr UINT kTimerPeriodMs = 1;
 constexpr DWORD kMaxWaitMs = 50;
+
+void SetTimerPeriod(const char* function) {
+    const auto call = SystemFunction<decltype(timeBeginPeriod)>(L"winmm.dll", function);
+    if (call) call(kTimerPeriodMs);
+}
 
 // Handles every message in this thread's queue and returns without waiting for more. The shortcuts
 // of the active form come first, then Tab and the other keys of a dialog, then the window itself.
@@ -36,9 +42,9 @@ void HandleMessages() {
 
 }  // namespace
 
-WindowsClock::WindowsClock() { timeBeginPeriod(kTimerPeriodMs); }
+WindowsClock::WindowsClock() { SetTimerPeriod("timeBeginPeriod"); }
 
-WindowsClock::~WindowsClock() { timeEndPeriod(kTimerPeriodMs); }
+WindowsClock::~WindowsClock() { SetTimerPeriod("timeEndPeriod"); }
 
 std::uint32_t WindowsClock::TickCount() const { return GetTickCount(); }
 

@@ -9,6 +9,7 @@
 
 #include "platform/windows/executables.h"
 #include "platform/windows/handle.h"
+#include "platform/windows/system_library.h"
 #include "platform/windows/wide.h"
 
 namespace tamrin {
@@ -38,10 +39,7 @@ LONG WINAPI WriteDump(EXCEPTION_POINTERS* crash) {
 }  // namespace
 
 void DumpCrashes() {
-    const HMODULE library = LoadLibraryExW(L"dbghelp.dll", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
-    if (!library) return;
-    write_dump = reinterpret_cast<decltype(write_dump)>(
-        reinterpret_cast<void*>(GetProcAddress(library, "MiniDumpWriteDump")));
+    write_dump = SystemFunction<decltype(MiniDumpWriteDump)>(L"dbghelp.dll", "MiniDumpWriteDump");
     if (!write_dump) return;
     const std::wstring program = OwnExecutable();
     dump_paths[0] = program.substr(0, program.rfind(L'\\') + 1) + kDumpName;

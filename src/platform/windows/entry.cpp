@@ -8,6 +8,8 @@
 #include "platform/windows/wide.h"
 
 int WINAPI wWinMain(HINSTANCE /*program*/, HINSTANCE /*none*/, PWSTR command_line, int /*show*/) {
+    // What the system loads later comes from its folder, not from the one of this program.
+    SetDefaultDllDirectories(LOAD_LIBRARY_SEARCH_SYSTEM32);
     tamrin::DumpCrashes();
     try {
         return tamrin::Main(tamrin::Utf8(command_line));
