@@ -256,10 +256,12 @@ void frmIeAuto::cmdPlay_Click() {
     page_failed_ = false;
     address_failed_ = false;
     timed_out_ = false;
-    const RunEnd end = player_.Play();
+    const bool may_play = scenario_.MayPlay();
+    const RunEnd end = may_play ? player_.Play() : RunEnd::kStopped;
     last_run_ = timed_out_ ? RunEnd::kTimedOut : end;
     form_->SetCaption(title_);
     playing_ = false;
+    if (!may_play && globals_.close_after_play) form_->Close();
 }
 
 void frmIeAuto::cmdStop_Click() {

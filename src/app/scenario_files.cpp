@@ -17,6 +17,14 @@ constexpr std::size_t kMaxScenarioSize = std::size_t{32} << 20U;
 // The label lacks the full stop before "tamrin"; users know it like this.
 const FileDialog kSavePrompt{"", "CSVファイル(*.csv;*tamrin)", "*.csv;*.tamrin", ""};
 
+constexpr std::string_view kZone = "ZoneId=";
+constexpr std::string_view kInternet = "3";  // 4 are the restricted sites
+constexpr const char* kFromInternet =
+    "\r\nはインターネットから取得したファイルです。\r\n"
+    "シナリオは、この PC のファイルを読んで送ることも、キーを送ることもできます。\r\n"
+    "作った人を信頼できるときだけ再生してください。\r\n"
+    "再生しますか？";
+
 }  // namespace
 
 std::string SaveError(const std::string& path, const Files& files) {
@@ -146,6 +154,22 @@ bool ScenarioFiles::WriteScenarioFile(const std::string& path) {
     known_ = ContentsOf(bytes);
     damaged_ = false;
     controls_.txtStatus.SetText("保存完了");
+    return true;
+}
+
+bool ScenarioFiles::MayPlay() {
+    Files& files = platform_.files;
+    // Windows marks such a file by a stream of it. Other systems have no streams.
+    if (!HasFile() || globals_.current_file == trusted_ || files.Separator() != '\\') return true;
+    const std::string mark = globals_.current_file + ":Zone.Identifier";
+    const std::string zone = files.Read(mark).value_or("");
+    const auto at = zone.find(kZone);
+    if (at == std::string::npos || zone.substr(at + kZone.size(), 1) < kInternet) return true;
+    const Answer answer = platform_.windows.dialogs().MsgBox(
+        globals_.current_file + kFromInternet, "再生の確認", Buttons::kOkCancel, true);
+    if (answer != Answer::kOk) return false;
+    trusted_ = globals_.current_file;
+    files.Delete(mark);
     return true;
 }
 

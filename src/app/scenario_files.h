@@ -57,6 +57,9 @@ public:
     // True when nothing is recorded or played; otherwise tells the user to stop that first.
     bool Idle();
 
+    // Whether the open scenario may be played: asks once about a file from the Internet.
+    bool MayPlay();
+
     // Saves the list as a file and reads it back. False, and a message, when one of them fails: the
     // list is unsaved as before then.
     bool WriteScenarioFile(const std::string& path);
@@ -82,6 +85,7 @@ private:
     RecordEditor& records_;
     std::optional<Contents> known_;  // of the open file as it was read or written
     bool damaged_ = false;           // the open file holds characters that could not be read
+    std::string trusted_;            // a file from the Internet that the user has allowed to play
 };
 
 // What the user is told when a file could not be written at `path`.
