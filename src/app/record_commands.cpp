@@ -1,5 +1,7 @@
 #include "app/record_commands.h"
 
+#include <algorithm>
+
 #include "app/small_forms.h"
 
 namespace tamrin {
@@ -7,26 +9,53 @@ namespace {
 
 constexpr int kAttachPasses = 100;  // of 10 ms each, until a window has come to the front
 
+constexpr int kMinBrowser = 400;  // pixels, of a browser window that can be worked in
+
 constexpr const char* kQuestion =
     "現在の記録データは破棄して新規記録しますか？\r\n"
     "　「はい」→新規記録\r\n"
     "　「いいえ」→追記記録\r\n"
     "　「キャンセル」→中止";
 
-constexpr const char* kNoBrowser = "対象のWebページを表示（アクティブに）して下さい。";
+constexpr const char* kNoPage = "対象のWebページを表示（アクティブに）して下さい。";
 
-constexpr const char* kExplanation =
-    "記録できるブラウザーが開かれていません。\r\n\r\n"
-    "メニュー「実行」の「記録用ブラウザーを開く」でブラウザーを開き、記録したいページを表示してから、"
-    "もう一度「記録」を押してください。\r\n\r\n"
-    "お使いのブラウザーを記録するには、アドレス欄に chrome://inspect/#remote-debugging"
-    "（Edge では edge://inspect/#remote-debugging）と入力し、リモートデバッグを許可してください。";
+constexpr const char* kOfferBrowser =
+    "\r\n\r\n記録できるブラウザーが開かれていません。記録用ブラウザーを開きますか？\r\n"
+    "　「OK」→記録用ブラウザーを開く\r\n"
+    "　「キャンセル」→中止";
 
 constexpr const char* kPassword =
     "記録した内容にパスワードが含まれています。\r\n\r\n"
     "シナリオのファイルには、パスワードがそのまま読める形で保存されます。"
     "設定の「記録データの暗号化」を選ぶと見えにくくなりますが、隠すだけで、守るものではありません。"
     "ファイルの置き場所にご注意ください。";
+
+// Where a browser window that this form covers shows the most of itself: moved, and shrunk where it
+// must be, to one side of the form. One that is not covered stays.
+WindowPlace Beside(const WindowPlace& window, const Place& form, const Place& screen) {
+    const int right = form.left + form.width;
+    const int bottom = form.top + form.height;
+    if (window.left >= right || window.left + window.width <= form.left || window.top >= bottom ||
+        window.top + window.height <= form.top) {
+        return window;
+    }
+    const Place sides[] = {{0, 0, form.left, screen.height},
+                           {right, 0, screen.width - right, screen.height},
+                           {0, 0, screen.width, form.top},
+                           {0, bottom, screen.width, screen.height - bottom}};
+    WindowPlace best{};
+    for (const Place& side : sides) {
+        const int width = std::min(window.width, side.width);
+        const int height = std::min(window.height, side.height);
+        if (width < kMinBrowser || height < kMinBrowser ||
+            width * height <= best.width * best.height) {
+            continue;
+        }
+        best = {std::clamp(window.left, side.left, side.left + side.width - width),
+                std::clamp(window.top, side.top, side.top + side.height - height), width, height};
+    }
+    return best.width > 0 ? best : window;
+}
 
 }  // namespace
 
@@ -63,8 +92,7 @@ void RecordCommands::Begin() {
         discard = answer == Answer::kYes;
     }
     if (!Attached() && !WaitForBrowser()) {
-        ShowMessage(kNoBrowser, "Tamrin");
-        ExplainBrowsers();
+        AskForPage();
         return;
     }
     if (discard) records_.Replace(0, RecordCount(), {});
@@ -94,15 +122,27 @@ bool RecordCommands::WaitForBrowser() {
     return false;
 }
 
-void RecordCommands::ExplainBrowsers() {
-    if (explained_ || !platform_.browsers.Visible().empty()) return;
-    explained_ = true;
-    ShowMessage(kExplanation, "記録の準備");
+void RecordCommands::AskForPage() {
+    if (!platform_.browsers.Visible().empty()) {
+        ShowMessage(kNoPage, "Tamrin");
+        return;
+    }
+    const std::string question = std::string(kNoPage) + kOfferBrowser;
+    if (platform_.windows.dialogs().MsgBox(question, "Tamrin", Buttons::kOkCancel) == Answer::kOk) {
+        mnuRecBrowser_Click();
+    }
 }
 
 void RecordCommands::mnuRecBrowser_Click() {
     std::string why;
-    if (!platform_.browsers.Open("", why)) ShowMessage(why, "ブラウザを起動できません");
+    const std::shared_ptr<Browser> browser = platform_.browsers.Open("", why);
+    if (!browser) {
+        ShowMessage(why, "ブラウザーを起動できません");
+        return;
+    }
+    const WindowPlace opened = browser->State().place;
+    const WindowPlace beside = Beside(opened, form_.ShownPlace(), platform_.windows.Screen());
+    if (beside != opened) browser->SetPlace(beside);
 }
 
 void RecordCommands::Start(const std::shared_ptr<Browser>& browser, RecordKind kind,

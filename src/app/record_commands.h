@@ -76,7 +76,7 @@ private:
     void Begin();
     bool Attached() const;
     bool WaitForBrowser();
-    void ExplainBrowsers();
+    void AskForPage();
     void TellOfPassword();
 
     Globals& globals_;
@@ -91,9 +91,7 @@ private:
     std::unique_ptr<Form> notice_;
     bool starting_ = false;
     bool stopping_ = false;
-    // Messages that are shown once in each run of the program.
-    bool explained_ = false;
-    bool told_of_password_ = false;
+    bool told_of_password_ = false;  // once in each run of the program
 };
 
 }  // namespace tamrin

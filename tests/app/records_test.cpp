@@ -221,14 +221,18 @@ TEST_F(RecordTest, RecordsFromTheButtonToTheStop) {
     });
 }
 
-TEST_F(RecordTest, WaitsForABrowserAndExplainsOnceHowToOpenOne) {
+TEST_F(RecordTest, WaitsForABrowserAndOffersOneThatItsWindowDoesNotCover) {
+    const char* const asked = "対象のWebページを表示（アクティブに）して下さい。";
     Run({
-        {"cmdRec", "oo", "対象のWebページを表示（アクティブに）して下さい。/記録の準備|", ":R"},
-        {"cmdRec; Ctrl+B", "oo", "して下さい。/ブラウザを起動できません|なし", ":R"},
+        {"cmdRec", "c", asked, ":R"},
+        {"cmdRec", "oo", "記録用ブラウザーを開く\r\n　「キャンセル」→中止/ブラウザーを起動", ":R"},
     });
     browsers.opens = browser;
-    Act("Ctrl+B");
+    Run({{"cmdRec", "o", asked, ":R"}});
+    EXPECT_EQ(web.calls.back(), "place 0,0,1024,724");
     browsers.visible = {browser};
+    Run({{"cmdRec", "o", asked, ":R"}});
+    EXPECT_TRUE(dialogs.shown[0].ends_with(asked));
     clock.After(300, [&] { browsers.focused = browser; });
     Run({{"cmdRec", "", "", "rec:S*"}});
     browser->Die();
