@@ -7,6 +7,7 @@ namespace {
 
 constexpr int kTwipsPerPixel = 15;  // of a 96 dpi screen, in which controls are placed
 constexpr int kMinPane = 30;        // pixels, of either pane
+constexpr int kGap = 3;             // between the record list and what is below it
 
 // Turns a menu entry over, and its setting with it. A switch of the command line may have set the
 // entry alone.
@@ -25,8 +26,8 @@ DisplayOptions::DisplayOptions(Globals& globals, Form& form, MainControls& contr
 void DisplayOptions::BindEvents() {
     Settings& settings = globals_.settings;
     controls_.optDispNothing.onClick = [this] { optDisp_Click(0); };
-    controls_.optDispTags.onClick = [this] { optDisp_Click(1); };
-    controls_.optDispFiles.onClick = [this] { optDisp_Click(2); };
+    controls_.optDispFiles.onClick = [this] { optDisp_Click(1); };
+    controls_.optDispTags.onClick = [this] { optDisp_Click(2); };
     controls_.splTop.onChange = [this] { splTop_Change(); };
     controls_.mnuTaskTray.onClick = [&] { Turn(controls_.mnuTaskTray, settings.tasktray); };
     controls_.mnuDispTop.onClick = [&] {
@@ -37,6 +38,11 @@ void DisplayOptions::BindEvents() {
         Turn(controls_.mnuScrollBar, settings.scroll_bar);
         Apply();
     };
+    controls_.mnuToolPanel.onClick = [this] {
+        Turn(controls_.mnuToolPanel, globals_.options.tool_panel);
+        Layout();
+        if (onToolPanel) onToolPanel();
+    };
 }
 
 void DisplayOptions::Apply() {
@@ -44,6 +50,7 @@ void DisplayOptions::Apply() {
     controls_.mnuTaskTray.SetChecked(settings.tasktray);
     controls_.mnuDispTop.SetChecked(settings.disp_top);
     controls_.mnuScrollBar.SetChecked(settings.scroll_bar);
+    controls_.mnuToolPanel.SetChecked(globals_.options.tool_panel);
     form_.SetTopMost(settings.disp_top);
     for (ListBox* list : {&controls_.lstDetail, &controls_.lstCsv, &controls_.lstDtList}) {
         list->SetHorizontalScroll(settings.scroll_bar);
@@ -51,27 +58,34 @@ void DisplayOptions::Apply() {
     ShowPlayCount();
     // A damaged file may name a pane that does not exist.
     if (settings.disp < 0 || settings.disp > 2) settings.disp = Settings().disp;
-    Control* const options[] = {&controls_.optDispNothing, &controls_.optDispTags,
-                                &controls_.optDispFiles};
+    Control* const options[] = {&controls_.optDispNothing, &controls_.optDispFiles,
+                                &controls_.optDispTags};
     options[settings.disp]->SetChecked(true);
     Layout();
 }
 
 void DisplayOptions::ShowPlayCount() {
-    controls_.mnuRepeat.SetText("再生回数変更：現在値 " +
-                                std::to_string(globals_.settings.play_count) + " 回");
+    controls_.mnuRepeat.SetText("再生回数変更(&N)：現在値 " +
+                                std::to_string(globals_.settings.play_count) + " 回...");
 }
 
 void DisplayOptions::Layout() {
     const int disp = globals_.settings.disp;
-    controls_.lstDetail.SetVisible(disp == 1);
-    controls_.lstCsv.SetVisible(disp == 2);
+    const bool tool_panel = globals_.options.tool_panel;
+    controls_.lstCsv.SetVisible(disp == 1);
+    controls_.lstDetail.SetVisible(disp == 2);
     controls_.splTop.SetVisible(disp != 0);
+    for (Control* control :
+         {&controls_.txtPlace, &controls_.chkToolBar, &controls_.chkMenuBar,
+          &controls_.chkAddressBar, &controls_.chkStatusBar, &controls_.chkFullScreen}) {
+        control->SetVisible(tool_panel);
+    }
 
     Place pane = controls_.lstDetail.GetPlace();
     Place list = controls_.lstDtList.GetPlace();
     Place splitter = controls_.splTop.GetPlace();
-    const int bottom = list.top + list.height;
+    const Control& below = tool_panel ? controls_.txtPlace : controls_.txtUrl;
+    const int bottom = below.GetPlace().top - kGap;
     const int max_height = bottom - pane.top - splitter.height - kMinPane;
     splitter.top = pane.top + std::clamp(pane.height, kMinPane, std::max(kMinPane, max_height));
     pane.height = splitter.top - pane.top;

@@ -1,15 +1,20 @@
 #pragma once
 
+#include <functional>
+
 #include "app/frm_ie_auto_form.h"
 #include "state/globals.h"
 
 namespace tamrin {
 
-// How the main window looks: its place, the upper pane and its height, always on top, scroll bars,
-// the notification area. Each choice is stored in the settings at once.
+// How the main window looks: its place, the upper pane and its height, the tool panel, always on
+// top, scroll bars, the notification area. Each choice is stored in the settings at once.
 class DisplayOptions {
 public:
     DisplayOptions(Globals& globals, Form& form, MainControls& controls);
+
+    // Called when the tool panel has been shown or hidden.
+    std::function<void()> onToolPanel;
 
     // Shows all settings in menus and controls (ApplyConf).
     void Apply();

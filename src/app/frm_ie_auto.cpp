@@ -43,6 +43,7 @@ frmIeAuto::frmIeAuto(Globals& globals, const Platform& platform)
       file_list_(globals, platform, *form_, controls_, scenario_),
       player_maker_(globals, platform, controls_, records_, scenario_),
       recording_(globals, platform, *form_, controls_, records_),
+      tool_panel_(globals, controls_, [this] { return recording_.Page(); }),
       start_(globals, platform, controls_, records_, scenario_),
       player_(globals, platform.clock, platform.launcher, *this, *this) {
     BindEvents();
@@ -73,6 +74,7 @@ void frmIeAuto::BindEvents() {
         file_list_.SelectOpenFile();
     };
     scenario_.onSavedAs = [this] { file_list_.RefreshFileList(); };
+    display_.onToolPanel = [this] { tool_panel_.Refresh(); };
     form_->onDropFiles = [this](const std::vector<std::string>& paths) {
         if (!paths.empty()) scenario_.Open(paths.front());
     };
@@ -289,6 +291,7 @@ void frmIeAuto::Timer1_Timer() {
         return;
     }
     recording_.Poll();
+    if (globals_.activity.empty()) tool_panel_.Refresh();
 }
 
 std::string frmIeAuto::WhyTooLong() const {

@@ -18,6 +18,7 @@
 #include "app/record_editor.h"
 #include "app/scenario_files.h"
 #include "app/start_up.h"
+#include "app/tool_panel.h"
 #include "player/player.h"
 #include "player/player_host.h"
 #include "player/run_events.h"
@@ -138,6 +139,7 @@ private:
     FileList file_list_;
     PlayerMaker player_maker_;
     RecordCommands recording_;
+    ToolPanel tool_panel_;
     StartScenario start_;
     std::unique_ptr<Form> splash_;
     std::unique_ptr<frmTools> tools_;  // null until it is first opened

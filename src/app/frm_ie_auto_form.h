@@ -16,12 +16,19 @@ struct MainControls {
     Control& cmdPlay;
     Control& cmdStop;
     Control& optDispNothing;  // optDisp(0): the upper pane shows nothing
-    Control& optDispTags;     // optDisp(1): the tag list
-    Control& optDispFiles;    // optDisp(2): the file list
+    Control& optDispFiles;    // optDisp(1): the file list
+    Control& optDispTags;     // optDisp(2): the tag list
     ListBox& lstDetail;
     ListBox& lstCsv;
     Control& splTop;  // below the upper pane
     ListBox& lstDtList;
+    // The tool panel: place and bars of the attached browser window.
+    Control& txtPlace;
+    Control& chkToolBar;
+    Control& chkMenuBar;
+    Control& chkAddressBar;
+    Control& chkStatusBar;
+    Control& chkFullScreen;
     Control& txtStatus;
     Control& txtUrl;
     Control& txthWnd;
@@ -33,6 +40,7 @@ struct MainControls {
     Control& mnuRepeat;
     Control& mnuDispTop;
     Control& mnuScrollBar;
+    Control& mnuToolPanel;
     Control& mnuTaskTray;
 };
 

@@ -186,6 +186,8 @@ void ReadOptions(Options& options, std::string_view text) {
             options.debug_address = std::move(value);
         } else if (key == "record limit") {
             options.record_limit = RecordLimitOf(value);
+        } else if (key == "tool panel") {
+            options.tool_panel = Number(value) != 0;
         } else if (key == "recent" && !value.empty() &&
                    options.recent_files.size() < kMaxRecentFiles) {
             options.recent_files.push_back(std::move(value));
@@ -206,6 +208,7 @@ std::string WriteOptions(const Options& options) {
     if (options.record_limit != Options().record_limit) {
         add("record limit", std::to_string(options.record_limit));
     }
+    if (options.tool_panel) add("tool panel", "1");
     for (const std::string& path : options.recent_files) add("recent", path);
     return text;
 }

@@ -37,8 +37,9 @@ bool SaveConf(const Settings& settings, Files& files, const TextCodec& codec);
 
 // Options.txt holds what Conf.txt does not know. "browser kind = explorer" (or "chromium") keeps to
 // one kind of browser, "browser = PATH" names the executable of Edge or Chrome, "trace = PATH" a
-// file for Internet Explorer's failed calls, "debug address = HOST:PORT" a browser to record, and
-// each "recent = PATH" a scenario that was open, the latest first. The value begins after the first
+// file for Internet Explorer's failed calls, "debug address = HOST:PORT" a browser to record, "tool
+// panel = 1" shows the tool panel, and each "recent = PATH" names a scenario that was open, the
+// latest first. The value begins after the first
 // "=", because a path may contain others; quotes around it are dropped.
 void ReadOptions(Options& options, std::string_view text);
 std::string WriteOptions(const Options& options);

@@ -34,7 +34,7 @@ private:
     void Timer3_Timer();
     void lstDetail_Click();
     void lstDetail_DblClick();
-    bool Shown() const { return globals_.settings.disp == 1; }
+    bool Shown() const { return controls_.optDispTags.Checked(); }
     Element Chosen() const;
 
     Globals& globals_;

@@ -19,7 +19,7 @@ struct Settings {
     bool rec_change_only = false;  // record only what the user changed
     bool async = false;            // kept and written; nothing sets it
     bool cipher = false;           // encipher scenario files when saving
-    int disp = 1;                  // index of the chosen optDisp
+    int disp = 1;                  // index of the chosen optDisp: nothing, the files, the tags
     bool disp_top = true;          // always on top
     bool scroll_bar = false;       // horizontal scroll bar on the lists
     std::string save_folder_path;  // "" is the program's folder
@@ -53,6 +53,7 @@ struct Options {
     // How long one record of a run that was started automatically may take, in seconds; 0 for any
     // time.
     int record_limit = 600;
+    bool tool_panel = false;                // show place and bars of the attached browser window
     std::vector<std::string> recent_files;  // full paths, the latest first
 };
 

@@ -176,8 +176,9 @@ protected:
              Split(WriteConf(globals.settings) + WriteOptions(globals.options), "\r\n")) {
             if (std::ranges::find(defaults, line) == defaults.end()) changed.push_back(line);
         }
-        EXPECT_EQ(Find("mnuRepeat").Text(),
-                  "再生回数変更：現在値 " + std::to_string(globals.settings.play_count) + " 回");
+        EXPECT_EQ(
+            Find("mnuRepeat").Text(),
+            "再生回数変更(&N)：現在値 " + std::to_string(globals.settings.play_count) + " 回...");
         return Joined(changed);
     }
     // What a file holds when a window that began with this text has closed.
@@ -223,7 +224,7 @@ TEST_F(SettingsTest, AreReadAndWrittenBack) {
     }
     const std::string options =
         "browser kind = chromium\r\ntrace = C:\\calls.txt\r\ndebug address = h:1\r\n"
-        "record limit = 0\r\n"
+        "record limit = 0\r\ntool panel = 1\r\n"
         "recent = 1\r\nrecent = 2\r\nrecent = 3\r\nrecent = 4\r\nrecent = 5\r\n";
     EXPECT_EQ(WrittenBack(kOptions, options + "recent = 6\n Browser =  \"C:\\a=b.exe\"\nrecent ="),
               "browser = C:\\a=b.exe\r\n" + options);

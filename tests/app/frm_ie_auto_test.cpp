@@ -8,7 +8,7 @@ namespace {
 TEST_F(MainWindowTest, StartsIdleUnderASplash) {
     EXPECT_EQ(window.Form_Load(""), StartUp::kDone);
     EXPECT_TRUE(processes.raised && form().Visible() && form().top_most() && Enabled("cmdRec"));
-    EXPECT_EQ(dynamic_cast<HeadlessControl&>(Find("txtUrl")).left_margin(), 8);
+    EXPECT_EQ(dynamic_cast<HeadlessControl&>(Find("txtUrl")).left_margin(), 6);
     HeadlessForm& splash = *windows.FindForm("frmSplash");
     EXPECT_TRUE(splash.GetPlace().left == 890 && splash.GetPlace().top == 822);
     clock.Pass(3000);
@@ -227,8 +227,11 @@ TEST_F(MainWindowTest, DisplayOptionsTakeEffectAndAreStored) {
     const Place before = list().GetPlace();
     form().Click("optDisp", 0);
     EXPECT_TRUE(list().GetPlace().top == 34 && !Find("splTop").Visible());
+    Act("mnuToolPanel");
+    EXPECT_TRUE(Find("txtPlace").Visible() && list().GetPlace().height == before.height + 50);
+    Act("mnuToolPanel");
     form().Click("optDisp", 2);
-    EXPECT_TRUE(Find("lstCsv").Visible() && Find("splTop").Visible());
+    EXPECT_TRUE(Find("lstDetail").Visible() && !Find("lstCsv").Visible());
     const int bottom = before.top + before.height;
     const std::pair<int, int> rows[] = {
         {103, before.top}, {100, 105}, {-50, 69}, {5000, bottom - 30}};

@@ -258,6 +258,11 @@ TEST_F(RecordTest, ShowsTheBrowserThatHasTheFocusWhileNothingRuns) {
     EXPECT_EQ(shown(browser), "shop AF");
     handle.onDblClick();
     EXPECT_EQ(shown(browser) + handle.tip(), "shop 175ウィンドウハンドル（十進）");
+    Act("mnuToolPanel");
+    EXPECT_EQ(Find("txtPlace").Text(), "0, 0  1024×768");
+    form().Click("chkMenuBar");
+    EXPECT_EQ(web.calls, Lines{"bars 1011"});
+    EXPECT_TRUE(Find("chkMenuBar").Checked()) << "this browser has kept its bar";
     EXPECT_EQ(shown(other), "page 175");
     EXPECT_EQ(shown(nullptr), "page 175") << "the user has turned to another program";
     url.onClick();
@@ -272,6 +277,7 @@ TEST_F(RecordTest, ShowsTheBrowserThatHasTheFocusWhileNothingRuns) {
     EXPECT_EQ(shown(nullptr), "shop 175") << "minimised";
     other->Die();
     EXPECT_EQ(shown(nullptr), " ");
+    EXPECT_TRUE(Find("txtPlace").Text().empty() && !Find("chkMenuBar").Checked());
     url.SetText("order.csv");
     EXPECT_EQ(shown(nullptr), " ");
 }
@@ -320,7 +326,7 @@ TEST_F(RecordTest, SavesToAFileWhatIsRecordedUntilTheBrowserIsClosed) {
 }
 
 TEST_F(RecordTest, ThePaneListsTheTagsOfThePageAndMakesRecordsOfThem) {
-    form().Find("optDisp", 1).SetChecked(true);
+    form().Find("optDisp", 2).SetChecked(true);
     browser->page()->Find("q")->value = std::string(300, 'x');
     Act("browser");
     EXPECT_EQ(Joined(LinesOf(tags())),
@@ -344,7 +350,7 @@ TEST_F(RecordTest, ThePaneListsTheTagsOfThePageAndMakesRecordsOfThem) {
     globals.unsaved = false;
     Run({{"mnuRec; line 0; tag 0; cmdStop", "", "", ":RP url clickgo click inputq inputq*!"}});
     EXPECT_EQ(outlined("line 1"), "") << "a recording hides the pane";
-    form().Find("optDisp", 1).SetChecked(true);
+    form().Find("optDisp", 2).SetChecked(true);
     browser->Die();
     browsers.focused = nullptr;
     clock.Pass(500);
