@@ -62,6 +62,11 @@ TEST_F(FilesTest, OpensFilesAndSelectsTheOpenOne) {
         {"mnuOpenFolder; file 0", ">C:\\tamrin\\t", "", "g.csv g 0"},
     });
     EXPECT_EQ(globals.settings.save_folder_path, ".\\t");
+    files.contents["C:\\tamrin\\t\\g.csv:Zone.Identifier"] = "[ZoneTransfer]\r\nZoneId=3\r\n";
+    Run({{"cmdPlay", "c", "\\g.csv\r\nはインターネットから取得したファイルです。", "g.csv g 0"}});
+    EXPECT_TRUE(web.calls.empty());
+    Run({{"cmdPlay; cmdStop; cmdPlay", "o", "再生の確認|", "g.csv g 0"}});
+    EXPECT_TRUE(web.calls.size() > 1 && !files.IsFile("C:\\tamrin\\t\\g.csv:Zone.Identifier"));
 }
 
 TEST_F(FilesTest, AsksBeforeUnsavedRecordsAreReplaced) {

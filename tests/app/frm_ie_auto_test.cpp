@@ -177,20 +177,6 @@ TEST_F(MainWindowTest, ShowsItsProgressUntilItIsStopped) {
     EXPECT_TRUE(Enabled("cmdPlay") && globals.activity.empty() && form().Visible());
 }
 
-TEST_F(MainWindowTest, AsksOnceBeforeItPlaysAFileFromTheInternet) {
-    const std::string path = "C:\\tamrin\\order.csv";
-    const std::string mark = path + ":Zone.Identifier";
-    window.Form_Load("");
-    form().onDropFiles({path});
-    dialogs.answers = {kCancel, kOk};
-    for (const int runs : {1, 1, 2, 3}) {
-        Act("cmdPlay");
-        EXPECT_EQ(std::ranges::count(web.calls, "create"), runs);
-        if (runs == 1) files.contents[mark] = "[ZoneTransfer]\r\nZoneId=3";
-    }
-    EXPECT_TRUE(dialogs.answers.empty() && !files.contents.contains(mark));
-}
-
 TEST_F(MainWindowTest, TheWatchdogEndsAnAutomaticRunWithoutPages) {
     // With unsaved records the user is asked, once, and cancels.
     const std::tuple<const char*, const char*, double, bool> rows[] = {
