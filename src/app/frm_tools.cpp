@@ -31,21 +31,19 @@ void AddRow(std::vector<ControlSpec>& controls, int row, std::string_view label,
             int height, unsigned down) {
     const bool tall = height > kRowHeight;
     const unsigned stretch = kStretchRight | (tall ? kStretchBottom : down);
-    const std::string_view box = row == kRecordRow ? "txtRecord" : "txtFact";
-    const int index = row == kRecordRow ? -1 : row;
+    const ControlName box =
+        row == kRecordRow ? ControlName("txtRecord") : ControlName("txtFact", row);
     controls.push_back(
-        {ControlKind::kLabel, "lblFact", row, label, "", {12, top + 3, 76, 20}, down});
+        {ControlKind::kLabel, {"lblFact", row}, label, "", {12, top + 3, 76, 20}, down});
     controls.push_back({ControlKind::kTextBox,
                         box,
-                        index,
                         "",
                         "",
                         {92, top, 340, tall ? height : 22},
                         stretch,
                         kReadOnly | (tall ? kMultiLine : kNoFlags)});
     controls.push_back({ControlKind::kButton,
-                        "cmdCopy",
-                        row,
+                        {"cmdCopy", row},
                         "コピー",
                         "左の内容をクリップボードにコピーします。",
                         {438, top - 1, 70, 24},
@@ -54,7 +52,7 @@ void AddRow(std::vector<ControlSpec>& controls, int row, std::string_view label,
 
 std::vector<ControlSpec> Controls() {
     std::vector<ControlSpec> controls{
-        {ControlKind::kLabel, "lblState", -1, "", "", {12, 10, 496, 20}, kStretchRight}};
+        {ControlKind::kLabel, "lblState", "", "", {12, 10, 496, 20}, kStretchRight}};
     int top = 34;
     for (int row = 0; row < kHtml; ++row) {
         AddRow(controls, row, kLabels[static_cast<std::size_t>(row)], top, kRowHeight, kFixed);
@@ -65,28 +63,24 @@ std::vector<ControlSpec> Controls() {
     const ControlSpec rest[] = {
         {ControlKind::kCheckBox,
          "chkFreeze",
-         -1,
          "固定(&F)",
          "選んでいる間、表示を変えません。",
          {92, 346, 90, 22},
          kBelow},
         {ControlKind::kLabel,
          "lblFreeze",
-         -1,
          "Ctrl キーを押している間も固定します。",
          "",
          {190, 348, 318, 20},
          kBelow | kStretchRight},
         {ControlKind::kButton,
          "cmdRecord",
-         -1,
          "レコード作成(&R)",
          "表示している要素のレコードを作り、ページの中で探します。",
          {92, 376, 130, 26},
          kBelow},
         {ControlKind::kButton,
          "cmdAdd",
-         -1,
          "行追加(&A)",
          "作成したレコードをシナリオに追加します。",
          {230, 376, 110, 26},
@@ -95,17 +89,11 @@ std::vector<ControlSpec> Controls() {
     };
     controls.insert(controls.end(), std::begin(rest), std::end(rest));
     AddRow(controls, kRecordRow, "レコード", 410, kRowHeight, kBelow);
-    controls.push_back({ControlKind::kLabel,
-                        "lblFinding",
-                        -1,
-                        "",
-                        "",
-                        {92, 438, 416, 62},
-                        kBelow | kStretchRight});
-    controls.push_back({ControlKind::kTimer, "Timer1", -1, "", "", {}, kFixed, kNoFlags, kTickMs});
+    controls.push_back(
+        {ControlKind::kLabel, "lblFinding", "", "", {92, 438, 416, 62}, kBelow | kStretchRight});
+    controls.push_back({ControlKind::kTimer, "Timer1", "", "", {}, kFixed, kNoFlags, kTickMs});
     controls.push_back({ControlKind::kButton,
                         "cmdClose",
-                        -1,
                         "閉じる",
                         "",
                         {416, 504, 92, 26},

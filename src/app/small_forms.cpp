@@ -9,42 +9,38 @@ namespace tamrin {
 namespace {
 
 constexpr auto kSplashControls = std::to_array<ControlSpec>({
-    {ControlKind::kLabel, "lblTitle", -1, "", "", {12, 26, 256, 24}, kFixed, kCentered},
+    {ControlKind::kLabel, "lblTitle", "", "", {12, 26, 256, 24}, kFixed, kCentered},
     {ControlKind::kLabel,
      "lblDescription",
-     -1,
      "ブラウザー操作の記録と再生",
      "",
      {12, 56, 256, 20},
      kFixed,
      kCentered},
-    {ControlKind::kTimer, "Timer1", -1, "", "", {}, kFixed, kNoFlags, 1200},
+    {ControlKind::kTimer, "Timer1", "", "", {}, kFixed, kNoFlags, 1200},
 });
 const FormSpec kSplash{"frmSplash", "Tamrin", 280, 104, kSplashControls, {}, kNoTitle};
 
 constexpr auto kNoticeControls = std::to_array<ControlSpec>({
-    {ControlKind::kLabel, "lblText", -1, "", "", {12, 14, 256, 24}, kFixed, kCentered},
-    {ControlKind::kTimer, "Timer1", -1, "", "", {}, kFixed, kNoFlags, 1000},
+    {ControlKind::kLabel, "lblText", "", "", {12, 14, 256, 24}, kFixed, kCentered},
+    {ControlKind::kTimer, "Timer1", "", "", {}, kFixed, kNoFlags, 1000},
 });
 const FormSpec kNotice{"frmNotice", "Tamrin", 280, 52, kNoticeControls, {}, kNoTitle};
 
 constexpr auto kAboutControls = std::to_array<ControlSpec>({
-    {ControlKind::kLabel, "lblTitle", -1, "", "", {16, 14, 508, 20}},
+    {ControlKind::kLabel, "lblTitle", "", "", {16, 14, 508, 20}},
     {ControlKind::kLabel,
      "lblDescription",
-     -1,
      "ブラウザーの操作を記録し、再生します。",
      "",
      {16, 38, 508, 20}},
     {ControlKind::kLabel,
      "lblLicense",
-     -1,
      "MIT License で利用できます。含まれている著作物のライセンスもあわせて示します。",
      "",
      {16, 62, 508, 20}},
     {ControlKind::kTextBox,
      "txtLicense",
-     -1,
      "",
      "",
      {16, 86, 508, 280},
@@ -52,26 +48,24 @@ constexpr auto kAboutControls = std::to_array<ControlSpec>({
      kReadOnly | kMultiLine},
     {ControlKind::kButton,
      "cmdSysInfo",
-     -1,
      "システム情報(&S)...",
      "システム情報のツールを開きます。",
      {16, 378, 150, 26}},
-    {ControlKind::kButton, "cmdOk", -1, "Ok", "", {432, 378, 92, 26}, kFixed, kDefault | kCancel},
+    {ControlKind::kButton, "cmdOk", "Ok", "", {432, 378, 92, 26}, kFixed, kDefault | kCancel},
 });
 const FormSpec kAbout{"frmAbout", "バージョン情報", 540, 416, kAboutControls};
 
 constexpr auto kInputControls = std::to_array<ControlSpec>({
-    {ControlKind::kLabel, "lblInput", -1, "シナリオを再生する回数(&N)", "", {12, 15, 190, 20}},
+    {ControlKind::kLabel, "lblInput", "シナリオを再生する回数(&N)", "", {12, 15, 190, 20}},
     {ControlKind::kTextBox,
      "txtInput",
-     -1,
      "",
      "1 から 99999 まで",
      {206, 12, 82, 22},
      kFixed,
      kDigitsOnly},
-    {ControlKind::kButton, "cmdOk", -1, "Ok", "", {96, 50, 92, 26}, kFixed, kDefault},
-    {ControlKind::kButton, "cmdCancel", -1, "Cancel", "", {196, 50, 92, 26}, kFixed, kCancel},
+    {ControlKind::kButton, "cmdOk", "Ok", "", {96, 50, 92, 26}, kFixed, kDefault},
+    {ControlKind::kButton, "cmdCancel", "Cancel", "", {196, 50, 92, 26}, kFixed, kCancel},
 });
 const FormSpec kInput{"frmInput", "再生回数", 300, 86, kInputControls};
 

@@ -52,10 +52,21 @@ struct Place {
     int height = 0;
 };
 
+// The name of a control, with its place in a control array where several have that name.
+struct ControlName {
+    constexpr ControlName(std::string_view its_name, int place = -1)
+        : text(its_name), index(place) {}
+    constexpr ControlName(const char* its_name) : ControlName(std::string_view(its_name)) {}
+
+    std::string_view text;
+    int index;  // -1 for a control that stands alone
+
+    bool operator==(const ControlName&) const = default;
+};
+
 struct ControlSpec {
     ControlKind kind;
-    std::string_view name;
-    int index = -1;  // place in a control array, -1 for a control that stands alone
+    ControlName name;
     std::string_view caption = {};
     std::string_view tip = {};
     Place place = {};

@@ -11,22 +11,22 @@ namespace tamrin::test {
 using Lines = std::vector<std::string>;
 
 inline constexpr auto kControls = std::to_array<ControlSpec>({
-    {ControlKind::kButton, "cmdGo", -1, "実行(&G)", "実行します。", {8, 8, 80, 26}},
-    {ControlKind::kButton, "cmdOff", -1, "不可", "", {96, 8, 80, 26}, kFixed, kDisabled},
-    {ControlKind::kButton, "cmdOk", -1, "OK", "", {304, 192, 40, 24}, kFixed, kDefault},
-    {ControlKind::kButton, "cmdCancel", -1, "取消", "", {350, 192, 40, 24}, kFixed, kCancel},
-    {ControlKind::kOptionButton, "optDisp", 0, "なし", "", {184, 8, 60, 26}},
-    {ControlKind::kOptionButton, "optDisp", 1, "タグ", "", {246, 8, 60, 26}},
-    {ControlKind::kCheckBox, "chkCipher", -1, "暗号化", "", {312, 8, 80, 26}},
-    {ControlKind::kListBox, "lstLines", -1, "", "", {8, 40, 384, 100}, 3, kMultiSelect},
-    {ControlKind::kSplitter, "split", -1, "", "", {8, 140, 384, 6}},
-    {ControlKind::kListBox, "lstOne", -1, "", "", {8, 146, 384, 40}, kStretchRight | kMoveBottom},
-    {ControlKind::kTextBox, "txtName", -1, "最初", "", {8, 192, 100, 22}, kMoveBottom},
-    {ControlKind::kTextBox, "txtAll", -1, "", "", {110, 192, 40, 22}, kFixed, kMultiLine},
-    {ControlKind::kTextBox, "txtTab", -1, "", "", {150, 192, 60, 22}, 0, kMultiLine | kTakesTab},
-    {ControlKind::kComboBox, "cmbTime", -1, "", "", {216, 192, 80, 24}, kMoveRight | kMoveBottom},
-    {ControlKind::kLabel, "lblName", -1, "名前", "", {312, 192, 80, 20}, kFixed, kHidden},
-    {ControlKind::kTimer, "Timer1", -1, "", "", {}, kFixed, kDisabled, 50},
+    {ControlKind::kButton, "cmdGo", "実行(&G)", "実行します。", {8, 8, 80, 26}},
+    {ControlKind::kButton, "cmdOff", "不可", "", {96, 8, 80, 26}, kFixed, kDisabled},
+    {ControlKind::kButton, "cmdOk", "OK", "", {304, 192, 40, 24}, kFixed, kDefault},
+    {ControlKind::kButton, "cmdCancel", "取消", "", {350, 192, 40, 24}, kFixed, kCancel},
+    {ControlKind::kOptionButton, {"optDisp", 0}, "なし", "", {184, 8, 60, 26}},
+    {ControlKind::kOptionButton, {"optDisp", 1}, "タグ", "", {246, 8, 60, 26}},
+    {ControlKind::kCheckBox, "chkCipher", "暗号化", "", {312, 8, 80, 26}},
+    {ControlKind::kListBox, "lstLines", "", "", {8, 40, 384, 100}, 3, kMultiSelect},
+    {ControlKind::kSplitter, "split", "", "", {8, 140, 384, 6}},
+    {ControlKind::kListBox, "lstOne", "", "", {8, 146, 384, 40}, kStretchRight | kMoveBottom},
+    {ControlKind::kTextBox, "txtName", "最初", "", {8, 192, 100, 22}, kMoveBottom},
+    {ControlKind::kTextBox, "txtAll", "", "", {110, 192, 40, 22}, kFixed, kMultiLine},
+    {ControlKind::kTextBox, "txtTab", "", "", {150, 192, 60, 22}, 0, kMultiLine | kTakesTab},
+    {ControlKind::kComboBox, "cmbTime", "", "", {216, 192, 80, 24}, kMoveRight | kMoveBottom},
+    {ControlKind::kLabel, "lblName", "名前", "", {312, 192, 80, 20}, kFixed, kHidden},
+    {ControlKind::kTimer, "Timer1", "", "", {}, kFixed, kDisabled, 50},
 });
 
 inline constexpr auto kMenus = std::to_array<MenuSpec>({
@@ -48,7 +48,7 @@ public:
     FormRig() {
         form->SetPlace({50, 50, 640, 480});
         desk.Show(*form);
-        for (const ControlSpec& spec : kControls) Watch(spec.name, spec.index);
+        for (const ControlSpec& spec : kControls) Watch(spec.name.text, spec.name.index);
         for (const MenuSpec& spec : kMenus) Watch(spec.name, -1);
     }
 

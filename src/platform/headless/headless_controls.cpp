@@ -15,8 +15,8 @@ void Raise(const std::function<void()>& handler) {
 HeadlessControl::HeadlessControl(HeadlessForm& form, const ControlSpec& spec)
     : form_(form),
       kind_(spec.kind),
-      name_(spec.name),
-      index_(spec.index),
+      name_(spec.name.text),
+      index_(spec.name.index),
       text_(spec.caption),
       tip_(spec.tip),
       place_(spec.place),

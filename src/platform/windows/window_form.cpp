@@ -114,8 +114,8 @@ void WindowForm::MakeControls(const FormSpec& spec) {
         }
         // The arrow keys move within the options of one control array.
         const bool option = control.kind == ControlKind::kOptionButton;
-        const bool first_of_group = !option || control.name != group;
-        group = option ? control.name : std::string_view();
+        const bool first_of_group = !option || control.name.text != group;
+        group = option ? control.name.text : std::string_view();
         controls_.push_back(MakeControl(*this, control, id++, first_of_group));
         if (!control.tip.empty()) controls_.back()->SetTip(control.tip);
     }
@@ -170,10 +170,10 @@ void WindowForm::Arrange() {
 
 Control& WindowForm::Find(std::string_view name, int index) {
     for (const auto& control : controls_) {
-        if (control->spec().name == name && control->spec().index == index) return *control;
+        if (control->spec().name == ControlName(name, index)) return *control;
     }
     for (const auto& timer : timers_) {
-        if (timer->spec().name == name && timer->spec().index == index) return *timer;
+        if (timer->spec().name == ControlName(name, index)) return *timer;
     }
     if (MenuEntry* const entry = menu_.Find(name)) return *entry;
     throw std::logic_error("the form has no control " + std::string(name));
