@@ -145,7 +145,7 @@ public:
     // again and removes the icon.
     virtual void SetTrayIcon(bool shown) = 0;
 
-    // Opens a context menu (a hidden entry of depth 0) at the mouse pointer, or at the control that
+    // Opens a context menu (a hidden menu) at the mouse pointer, or at the control that
     // has the focus when it was the menu key.
     virtual void PopUp(std::string_view menu) = 0;
 

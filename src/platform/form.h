@@ -42,6 +42,7 @@ enum ControlFlags : unsigned {
     kDigitsOnly = 128,  // a text box that takes digits only
     kCentered = 256,    // a label whose text stands in its middle
     kTakesTab = 512,    // a text box of several lines that Tab writes into; Ctrl+Tab leaves it
+    kMenu = 1024,       // a menu; the entries behind it, up to the next menu, are in it
 };
 
 // A place in pixels of a 96 dpi screen, relative to the form's client area.
@@ -75,16 +76,15 @@ struct ControlSpec {
     int interval = 0;  // of a timer, milliseconds
 };
 
-// One entry of a menu. Entries stand in reading order; `depth` 0 is the menu bar. An entry followed
-// by deeper ones is a menu. "-" as caption is a separator. A hidden entry of depth 0 is a context
-// menu.
+// One entry of a menu, or a menu of the bar. They stand in reading order, a menu first. "-" as
+// caption is a
+// separator. A hidden menu is a context menu.
 //
 // `shortcut` names one key, or several parted by ", ", of which the menu shows the first: "Ctrl+S",
 // "Shift+F5, Esc", "Del". It works while the form is active and the entry enabled, whether the
 // entry is visible or not. A key with which text is edited (Del, Ctrl and one of A, C, V, X, Y, Z)
 // belongs to a text or combo box while that has the focus.
 struct MenuSpec {
-    int depth;
     std::string_view name;
     std::string_view caption;
     std::string_view shortcut = {};

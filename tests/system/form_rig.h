@@ -30,14 +30,14 @@ inline constexpr auto kControls = std::to_array<ControlSpec>({
 });
 
 inline constexpr auto kMenus = std::to_array<MenuSpec>({
-    {0, "mnuFile", "ファイル(&F)"},
-    {1, "mnuSave", "保存(&S)", "Ctrl+S"},
-    {1, "mnuLine", "-"},
-    {1, "mnuOff", "不可", "F6", kDisabled},
-    {1, "mnuDelete", "行削除", "Del"},
-    {1, "mnuCopy", "コピー", "Ctrl+C"},
-    {0, "mnuContext", "コンテキストメニュー", "", kHidden},
-    {1, "mnuStop", "停止", "Shift+F5, F7"},
+    {"mnuFile", "ファイル(&F)", {}, kMenu},
+    {"mnuSave", "保存(&S)", "Ctrl+S"},
+    {"mnuLine", "-"},
+    {"mnuOff", "不可", "F6", kDisabled},
+    {"mnuDelete", "行削除", "Del"},
+    {"mnuCopy", "コピー", "Ctrl+C"},
+    {"mnuContext", "コンテキストメニュー", {}, kMenu | kHidden},
+    {"mnuStop", "停止", "Shift+F5, F7"},
 });
 
 inline const FormSpec kMain{"frmMain", "題名", 400, 220, kControls, kMenus, kResizable};

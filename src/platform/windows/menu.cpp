@@ -103,7 +103,7 @@ MenuTree::MenuTree(std::span<const MenuSpec> specs) : menus_(specs.size()) {
         if (IsMenu(i)) menus_[i] = CreatePopupMenu();
         if (IsContextMenu(i)) {
             context_menus_.emplace_back(menus_[i]);
-        } else if (entries_[i]->spec().depth == 0 && !bar_) {
+        } else if (IsMenu(i) && !bar_) {
             bar_ = CreateMenu();
         }
     }
@@ -115,22 +115,17 @@ MenuTree::MenuTree(std::span<const MenuSpec> specs) : menus_(specs.size()) {
 }
 
 bool MenuTree::IsMenu(std::size_t position) const {
-    const int depth = entries_[position]->spec().depth;
-    return depth == 0 ||
-           (position + 1 < entries_.size() && entries_[position + 1]->spec().depth > depth);
+    return (entries_[position]->spec().flags & kMenu) != 0;
 }
 
 bool MenuTree::IsContextMenu(std::size_t position) const {
-    const MenuSpec& spec = entries_[position]->spec();
-    return spec.depth == 0 && (spec.flags & kHidden) != 0;
+    return IsMenu(position) && (entries_[position]->spec().flags & kHidden) != 0;
 }
 
 std::size_t MenuTree::ParentOf(std::size_t position) const {
-    const int depth = entries_[position]->spec().depth;
-    while (position-- > 0) {
-        if (entries_[position]->spec().depth < depth) return position;
-    }
-    return kBar;
+    if (IsMenu(position)) return kBar;
+    while (!IsMenu(position)) --position;
+    return position;
 }
 
 void MenuTree::Append(HMENU menu, std::size_t position) {
