@@ -42,8 +42,8 @@ public:
         clock_.AddSource([this] { launcher_.DeliverEvents(); });
         std::string why;
         browser_ = launcher_.Create(why);
-        plain_ = BrowserProcess::Start(processes_, files_, clock_, {}, why);
-        if (!browser_ || !plain_ || !ConnectPlain()) {
+        plain_ = BrowserProcess::Start(processes_, files_, clock_, {}, devtools_, why);
+        if (!browser_ || !plain_ || !OpenPlain()) {
             std::cerr << why << '\n';
             return 1;
         }
@@ -84,8 +84,7 @@ private:
         return 1000 * seconds;
     }
 
-    bool ConnectPlain() {
-        if (!devtools_.Connect(plain_->endpoint(), 30000)) return false;
+    bool OpenPlain() {
         const std::string target =
             devtools_.Call("", "Target.createTarget", {{"url", "about:blank"}}).Text("/targetId");
         session_ =
@@ -108,7 +107,7 @@ private:
     }};
     ChromiumLauncher launcher_{processes_, files_, clock_, {}};
     std::shared_ptr<Browser> browser_;
-    std::unique_ptr<BrowserProcess> plain_;
+    std::unique_ptr<BrowserProcess> plain_;  // ends when the connection is closed before it
     DevTools devtools_{clock_, {}};
     std::string session_;
     Table table_;

@@ -37,6 +37,7 @@ constexpr std::string_view kUsage =
     "  -count 回数         シナリオをこの回数だけ再生します\n"
     "  -browser ブラウザー 使うブラウザーの名前または場所です\n"
     "  -picture ファイル   最後のページを PNG 画像で残します\n"
+    "  -keep               終わっても、ブラウザーを開いたまま残します\n"
     "  -close              再生したら終わり、設定を保存しません\n"
     "  -c                  -close と同じです\n"
     "  -tasktray           tamrin.exe で、再生のあいだ通知領域のアイコンになります\n"
@@ -124,7 +125,7 @@ ExitCode SavePlayer(frmIeAuto& window, const std::string& player, const std::str
 }
 
 int Run(std::vector<std::string> arguments) {
-    PosixProcesses::CatchInterrupt();
+    PosixProcesses::CatchSignals();
     PosixFiles files;
     PosixTextCodec codec;
     PosixProcesses processes;
@@ -134,11 +135,14 @@ int Run(std::vector<std::string> arguments) {
     Globals globals;
     ChromiumLauncher launcher(processes, files, clock,
                               {.executable = [&] { return globals.options.browser_path; },
-                               .stop_requested = PosixProcesses::Interrupted});
+                               .stop_requested = PosixProcesses::Interrupted,
+                               .outlives = [&] { return globals.keep_browser; }});
     ChromiumWindows browsers(processes, files, clock,
                              {.executable = [&] { return globals.options.browser_path; },
                               .debug_address = [&] { return globals.options.debug_address; },
-                              .profile_folder = ProfileFolder(processes, files)});
+                              .profile_folder = ProfileFolder(processes, files),
+                              .outlives = [&] { return globals.keep_browser; },
+                              .stop_requested = PosixProcesses::Interrupted});
     const Platform platform{windows, clock, files, codec, processes, launcher, browsers};
     frmIeAuto window(globals, platform);
     ConsoleReport report(std::cout);

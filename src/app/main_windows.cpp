@@ -42,11 +42,15 @@ public:
           explorer_(explorers_, input_),
           chromium_(processes, files, clock,
                     {.executable = [&] { return globals.options.browser_path; },
-                     .stop_requested = nullptr}),
+                     .stop_requested = nullptr,
+                     .outlives = [&] { return globals.keep_browser; }}),
           chromiums_(processes, files, clock,
                      {.executable = [&] { return globals.options.browser_path; },
                       .debug_address = [&] { return globals.options.debug_address; },
-                      .profile_folder = ProfileFolder(processes, files)}),
+                      .profile_folder = ProfileFolder(processes, files),
+                      .outlives = [&] { return globals.keep_browser; },
+                      .stop_requested = nullptr,
+                      .played = &chromium_.browser()}),
           choice_(globals.options, {explorer_, explorers_}, {chromium_, chromiums_},
                   [&] { return ExplorerAnswers(calls_, sources_, clock); }) {
         calls_.Trace([&](const std::string& line) {
@@ -88,6 +92,8 @@ int Main(const std::string& command_line) {
     WindowsClock clock;
     WindowsWindowSystem windows(clock);
     Globals globals;
+    // Its user goes on in the window of a run.
+    globals.keep_browser = true;
     const frmIeAuto* main_window = nullptr;
     Browsers browsers(globals, processes, files, clock,
                       [&] { return main_window && main_window->Stopping(); });

@@ -64,6 +64,8 @@ StartUp StartScenario::ReadCommandLine(std::string command_line) {
             controls_.mnuTaskTray.SetChecked(true);
         } else if (item.name == "close" || item.name == "c") {
             globals_.close_after_play = true;
+        } else if (item.name == "keep") {
+            globals_.keep_browser = true;
         } else if (item.name == "browser") {
             BrowserFromSwitch(item);
         }

@@ -1,13 +1,34 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
 
 namespace tamrin {
 
+// How a program is to be started.
+struct ProgramStart {
+    std::string executable;
+    std::vector<std::string> arguments{};
+    // Goes on when this program ends, and then keeps its pipe open by itself.
+    bool outlives = false;
+    // Reads messages of this program from its file 3 and writes messages to its file 4.
+    bool piped = false;
+    // The program's own folder, "" for none. One of MakeTemporaryFolder stays in use as long as the
+    // program runs. Where the system allows it, the program puts its temporary files there.
+    std::string folder{};
+};
+
+// This program's ends of the pipe to another: the system's numbers of open files. Who takes them
+// closes them.
+struct PipeEnds {
+    std::intptr_t from = -1;
+    std::intptr_t to = -1;
+};
+
 // A process that this program has started. Dropping the object ends it, with all processes that it
-// has started itself.
+// has started itself, unless it outlives this program.
 class Process {
 public:
     virtual ~Process() = default;
@@ -17,6 +38,9 @@ public:
 
     // Ends it at once. Harmless when it has ended.
     virtual void Kill() = 0;
+
+    // The pipe to a program that was started with one. To be taken once.
+    virtual PipeEnds TakePipe() { return {}; }
 };
 
 class Processes {
@@ -24,21 +48,14 @@ public:
     virtual ~Processes() = default;
 
     // Starts an executable without a shell and discards its output. Null when it cannot be started.
-    virtual std::unique_ptr<Process> Start(const std::string& executable,
-                                           const std::vector<std::string>& arguments) = 0;
-
-    // Starts an executable in the same way; it goes on when this program ends. False when it cannot
-    // be started.
-    virtual bool Launch(const std::string& /*executable*/,
-                        const std::vector<std::string>& /*arguments*/) {
-        return false;
-    }
+    virtual std::unique_ptr<Process> Start(const ProgramStart& start) = 0;
 
     // The full path of the first executable of that name on the system's search path or, on
     // Windows, among the registered applications; empty when there is none.
     virtual std::string FindExecutable(const std::string& name) const = 0;
 
-    // Makes a new empty folder that only this user can enter, or answers "" on failure.
+    // Makes a new folder that only this user can enter, or answers "" on failure. First deletes
+    // those of programs that have ended without deleting theirs.
     virtual std::string MakeTemporaryFolder() = 0;
 
     // Deletes a folder made by MakeTemporaryFolder with all that is in it.

@@ -75,6 +75,8 @@ struct Globals {
     bool auto_play = false;         // play as soon as start-up ends
     bool is_player = false;         // a stand-alone player, which has no settings
     bool close_after_play = false;  // quit when playback ends, and leave Conf.txt as it is
+    // The browsers that the program has opened stay open when it ends.
+    bool keep_browser = false;
     bool unsaved = false;           // the record list holds changes not yet saved
     bool skip_wait = false;         // the user wants to skip the wait of the current record
     std::string current_file;       // the open scenario; "stream" for one from the command line

@@ -51,9 +51,7 @@ private:
 
 // A machine that starts no programs.
 struct NoProcesses : Processes {
-    std::unique_ptr<Process> Start(const std::string&, const std::vector<std::string>&) override {
-        return nullptr;
-    }
+    std::unique_ptr<Process> Start(const ProgramStart&) override { return nullptr; }
     std::string FindExecutable(const std::string&) const override { return ""; }
     std::string MakeTemporaryFolder() override { return ""; }
     void RemoveTemporaryFolder(const std::string&) override {}

@@ -28,11 +28,12 @@ TEST(Endpoints, AreReadFromWhatUsersAndBrowsersWrite) {
     }
 }
 
-// A user whose browsers keep their profiles in one folder.
+// A user whose browsers keep their profiles in one folder, and can be reached by a port.
 struct User : QuietProcesses {
     explicit User(std::string at) : folder(std::move(at)) {}
     std::string Environment(const std::string& name) const override {
         if (name == "XDG_CONFIG_HOME") return folder;
+        if (name == "TAMRIN_DEBUGGING_PORT") return "1";
         return name == "PATH" ? QuietProcesses::Environment(name) : std::string();
     }
     const std::string folder;
@@ -100,13 +101,20 @@ TEST_F(Windows, AreOpenedFoundAgainAndOutliveTheProgram) {
     EXPECT_TRUE(Wait(*own_, [&] { return own_->Visible() == std::vector{window_}; }));
     own_.reset();
 
-    // By the profile, by the port alone, and by what the browser has written.
+    // By the port alone, by what the browser has written, and as the window of a run.
     const auto running = ReadActivePort(*rig_.files.Read(profile_ + "/DevToolsActivePort"));
     address = "localhost:" + std::to_string(running->port);
-    ChromiumWindows again(stranger_, rig_.files, rig_.system_clock, {.profile_folder = profile_});
     ChromiumWindows by_port(stranger_, rig_.files, rig_.system_clock, elsewhere);
-    for (ChromiumWindows* windows : {&again, &found, &by_port}) {
-        // A window that was hidden at first is asked again when the focused one is looked for.
+    const auto run = rig_.chromium.Create(why);
+    ASSERT_TRUE(run) << why;
+    run->Navigate(server_.Url("/"));
+    ChromiumWindows played(
+        stranger_, rig_.files, rig_.system_clock,
+        {.profile_folder = folder_.At("none"), .played = &rig_.chromium.browser()});
+    for (ChromiumWindows* windows : {&found, &by_port, &played}) {
+        // The button for recording brings the window to the front.
+        ASSERT_TRUE(Wait(*windows, [&] { return !windows->Visible().empty(); }));
+        windows->Visible().front()->SetForeground();
         std::shared_ptr<Browser> same;
         ASSERT_TRUE(Wait(*windows, [&] { return (same = windows->Focused()) != nullptr; }));
         EXPECT_EQ(windows->Visible(), std::vector{same});

@@ -32,6 +32,7 @@ TEST(Replace, KeepsPermissionsAndLinks) {
     EXPECT_TRUE(fs::is_symlink(folder.At("c.csv")) && fs::is_symlink(folder.At("links/b.csv")));
     EXPECT_TRUE(files.Replace(folder.At("dangling"), "new"));
     EXPECT_EQ(FileBytes(folder.At("new.csv")), "new");
+    EXPECT_EQ(fs::status(folder.At("new.csv")).permissions(), fs::perms{0600});
     EXPECT_FALSE(files.Replace(folder.At("loop"), "new"));
     EXPECT_EQ(folder.Names(), (Names{"a.csv", "c.csv", "dangling", "links", "loop", "new.csv"}));
 }

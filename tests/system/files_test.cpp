@@ -94,6 +94,19 @@ TEST_F(FilesTest, LocksAPathOnceAtATime) {
     EXPECT_EQ(List(), Names{});
 }
 
+// As when a program is killed: what it has begun is open no longer, and its folder still there.
+TEST_F(FilesTest, DeletesTheTemporaryFoldersThatNoProgramHolds) {
+    auto killed = std::make_unique<SystemProcesses>();
+    const std::string left = killed->MakeTemporaryFolder();
+    ASSERT_TRUE(files.Replace(left + files.Separator() + "a", "1"));
+    for (const bool stays : {true, false}) {
+        processes.RemoveTemporaryFolder(processes.MakeTemporaryFolder());
+        EXPECT_EQ(files.IsFolder(left), stays);
+        killed.reset();
+    }
+    EXPECT_TRUE(files.IsFolder(folder));
+}
+
 TEST_F(FilesTest, RunsAProgramUntilItEndsOrIsKilled) {
     const std::string own = processes.OwnExecutable();
     EXPECT_EQ(own.substr(0, own.rfind(files.Separator())), files.ProgramFolder());
@@ -101,11 +114,11 @@ TEST_F(FilesTest, RunsAProgramUntilItEndsOrIsKilled) {
     ASSERT_TRUE(files.Replace(path, *files.Read(own)));
     for (const std::string& other : {path, folder}) EXPECT_FALSE(processes.IsRunning(other));
     processes.AllowRunning(path);
-    const auto endless = processes.Start(path, {"--gtest_filter=-*", "--gtest_repeat=-1"});
+    const auto endless = processes.Start({path, {"--gtest_filter=-*", "--gtest_repeat=-1"}});
     ASSERT_TRUE(endless);
     // Writes a file into a folder whose name reaches it as an argument.
     const auto brief = processes.Start(
-        path, {"--gtest_filter=-*", "--gtest_output=json:" + At("a  b") + files.Separator()});
+        {path, {"--gtest_filter=-*", "--gtest_output=json:" + At("a  b") + files.Separator()}});
     ASSERT_TRUE(brief);
     while (brief->Running()) {
     }
@@ -113,7 +126,7 @@ TEST_F(FilesTest, RunsAProgramUntilItEndsOrIsKilled) {
     EXPECT_TRUE(endless->Running());
     endless->Kill();
     EXPECT_FALSE(endless->Running());
-    EXPECT_EQ(processes.Start(At("none.exe"), {}), nullptr);
+    EXPECT_EQ(processes.Start({At("none.exe")}), nullptr);
 }
 
 }  // namespace

@@ -3,6 +3,9 @@
 # until it is there.
 . tests/windows/desktop.sh
 
+# A browser of Linux takes no pipe from a program under Wine.
+export TAMRIN_DEBUGGING_PORT=1
+
 # see WORDS...: prints what drive.cpp answers; fails when there is no such thing.
 see() { wine build/mingw/tests/windows/drive.exe "$@" | tr -d '\r'; }
 

@@ -61,6 +61,10 @@ std::vector<std::shared_ptr<Tab>> BrowserLink::Tabs() {
     return tabs;
 }
 
+void BrowserLink::LeaveToUser() {
+    for (const auto& tab : Tabs()) tab->LeaveToUser();
+}
+
 void BrowserLink::DeliverEvents() {
     devtools_->Poll();
     for (const auto& tab : Tabs()) {

@@ -48,6 +48,9 @@ public:
     std::shared_ptr<ChromiumBrowser> MakeBrowser(const std::shared_ptr<Tab>& tab,
                                                  std::function<void()> bring_to_front);
 
+    // The program's tabs behave from now on as the user sees them.
+    void LeaveToUser();
+
     // Handles the messages that have arrived and calls the subscribers; never waits.
     void DeliverEvents();
 

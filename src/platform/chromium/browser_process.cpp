@@ -1,5 +1,7 @@
 #include "platform/chromium/browser_process.h"
 
+#include <iterator>
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <vector>
 
@@ -12,12 +14,21 @@ constexpr const char* kNames[] = {
     "chrome",   "microsoft-edge",   "microsoft-edge-stable", "msedge",
 };
 
+// How long it may take to end by itself.
+constexpr std::uint32_t kEndLimitMs = 3000;
+
+// How often it is looked at while it starts.
+constexpr int kStartCheckMs = 20;
+
 // The executable of a browser of this family: `wanted`, a path or a name, or "" to look for one.
 // When there is none "", and `why` says in Japanese what to do.
 std::string FindBrowser(const Processes& processes, const Files& files, const std::string& wanted,
                         std::string& why) {
     if (!wanted.empty()) {
-        if (files.IsFile(wanted)) return wanted;
+        // A name without a folder is never a file of the current folder, where anybody may have
+        // put one.
+        const bool is_path = wanted.find_first_of("/\\") != std::string::npos;
+        if (is_path && files.IsFile(wanted)) return wanted;
         const std::string found = processes.FindExecutable(wanted);
         if (found.empty()) {
             why = "指定されたブラウザがありません。\r\n" + wanted +
@@ -36,10 +47,11 @@ std::string FindBrowser(const Processes& processes, const Files& files, const st
 }
 
 // What every browser is started with.
-std::vector<std::string> BasicArguments(const Processes& processes, const std::string& profile) {
+std::vector<std::string> BasicArguments(const Processes& processes, const std::string& profile,
+                                        bool by_port) {
     std::vector<std::string> arguments{
         "--user-data-dir=" + profile,
-        "--remote-debugging-port=0",
+        by_port ? "--remote-debugging-port=0" : "--remote-debugging-pipe",
         "--no-first-run",
         "--no-default-browser-check",
         "--hide-crash-restore-bubble",
@@ -59,38 +71,32 @@ constexpr const char* kDisabledFeatures =
     "--disable-features=Translate,BackForwardCache,Prerender2,HttpsUpgrades,"
     "HttpsFirstBalancedModeAutoEnable,MediaRouter,OptimizationHints,AutofillServerCommunication";
 
-std::vector<std::string> OwnArguments(const Processes& processes, const std::string& profile) {
-    std::vector<std::string> arguments = BasicArguments(processes, profile);
-    for (const char* argument : {
-             // Nothing but the scenario's pages: no questions, no traffic of its own.
-             "--disable-background-networking",
-             "--disable-component-update",
-             "--disable-default-apps",
-             "--disable-sync",
-             "--disable-quic",
-             "--disable-breakpad",
-             "--no-pings",
-             "--password-store=basic",
-             "--use-mock-keychain",
-             "--disable-popup-blocking",
-             "--disable-prompt-on-repost",
-             "--disable-hang-monitor",
-             // Keys and clicks reach a page from its first moment, not only once it is drawn.
-             "--allow-pre-commit-input",
-             // Going back loads a page again, and no page is loaded before it is asked for.
-             kDisabledFeatures,
-             // A window that other windows cover works as fast as one in front.
-             "--disable-backgrounding-occluded-windows",
-             "--disable-renderer-backgrounding",
-             "--disable-background-timer-throttling",
-             "--lang=ja",
-             "--accept-lang=ja,en-US,en",
-             "about:blank",
-         }) {
-        arguments.emplace_back(argument);
-    }
-    return arguments;
-}
+// What a browser that only plays is started with in addition.
+constexpr const char* kPlayArguments[] = {
+    // Nothing but the scenario's pages: no questions, no traffic of its own.
+    "--disable-background-networking",
+    "--disable-component-update",
+    "--disable-default-apps",
+    "--disable-sync",
+    "--disable-quic",
+    "--disable-breakpad",
+    "--no-pings",
+    "--password-store=basic",
+    "--use-mock-keychain",
+    "--disable-popup-blocking",
+    "--disable-prompt-on-repost",
+    "--disable-hang-monitor",
+    // Keys and clicks reach a page from its first moment, not only once it is drawn.
+    "--allow-pre-commit-input",
+    // Going back loads a page again, and no page is loaded before it is asked for.
+    kDisabledFeatures,
+    // A window that other windows cover works as fast as one in front.
+    "--disable-backgrounding-occluded-windows",
+    "--disable-renderer-backgrounding",
+    "--disable-background-timer-throttling",
+    "--lang=ja",
+    "--accept-lang=ja,en-US,en",
+};
 
 // No switch turns these off: offers to keep passwords and to translate, in boxes over the page.
 constexpr const char* kPreferences =
@@ -105,79 +111,114 @@ bool WritePreferences(Files& files, const std::string& profile) {
 
 }  // namespace
 
+BrowserProcess::BrowserProcess(Processes& processes, Files& files, Clock& clock, BrowserStart start)
+    : processes_(processes),
+      files_(files),
+      clock_(clock),
+      start_(std::move(start)),
+      temporary_(start_.profile.empty()),
+      by_port_(!processes.Environment("TAMRIN_DEBUGGING_PORT").empty()) {}
+
 std::unique_ptr<BrowserProcess> BrowserProcess::Start(Processes& processes, Files& files,
                                                       Clock& clock, const BrowserStart& start,
-                                                      std::string& why) {
+                                                      DevTools& devtools, std::string& why) {
     const std::string executable = FindBrowser(processes, files, start.executable, why);
     if (executable.empty()) return nullptr;
-    std::unique_ptr<BrowserProcess> browser(new BrowserProcess(processes, files, clock));
-    browser->temporary_ = start.profile.empty();
-    browser->profile_ = start.profile;
-    const bool started = browser->temporary_ ? browser->StartOwn(executable, why)
-                                             : browser->StartKept(executable, why);
-    if (!started) return nullptr;
-    if (browser->WaitForPort(start, why)) return browser;
+    std::unique_ptr<BrowserProcess> browser(new BrowserProcess(processes, files, clock, start));
+    if (!browser->MakeProfile(why) || !browser->Launch(executable, why)) return nullptr;
+    browser->connected_ = browser->Connect(devtools, why);
+    if (browser->connected_) return browser;
     if (browser->temporary_) why += "\r\n" + executable;
     return nullptr;
 }
 
-bool BrowserProcess::StartOwn(const std::string& executable, std::string& why) {
-    profile_ = processes_.MakeTemporaryFolder();
-    if (profile_.empty() || !WritePreferences(files_, profile_)) {
-        why = "ブラウザ用の一時フォルダを作成できません。";
-        return false;
+bool BrowserProcess::MakeProfile(std::string& why) {
+    profile_ = temporary_ ? processes_.MakeTemporaryFolder() : start_.profile;
+    const bool made = !profile_.empty() && (temporary_ ? WritePreferences(files_, profile_)
+                                                       : files_.MakeFolder(profile_));
+    if (made) return true;
+    why = temporary_ ? "ブラウザ用の一時フォルダを作成できません。"
+                     : "ブラウザ用のフォルダを作成できません。\r\n" + profile_;
+    return false;
+}
+
+bool BrowserProcess::Launch(const std::string& executable, std::string& why) {
+    // A browser that has ended leaves its file behind; it would be taken for the new one's.
+    files_.Delete(profile_ + files_.Separator() + std::string(kPortFile));
+    std::vector<std::string> arguments = BasicArguments(processes_, profile_, by_port_);
+    if (temporary_) {
+        arguments.insert(arguments.end(), std::begin(kPlayArguments), std::end(kPlayArguments));
     }
-    process_ = processes_.Start(executable, OwnArguments(processes_, profile_));
+    arguments.emplace_back("about:blank");
+    process_ = processes_.Start({.executable = executable,
+                                 .arguments = std::move(arguments),
+                                 .outlives = start_.outlives,
+                                 .piped = !by_port_,
+                                 .folder = profile_});
     if (!process_) why = "ブラウザを起動できません。\r\n" + executable;
     return process_ != nullptr;
 }
 
-bool BrowserProcess::StartKept(const std::string& executable, std::string& why) {
-    if (!files_.MakeFolder(profile_)) {
-        why = "ブラウザ用のフォルダを作成できません。\r\n" + profile_;
-        return false;
-    }
-    // A browser that has ended leaves its file behind; it would be taken for the new one's.
-    files_.Delete(profile_ + files_.Separator() + std::string(kPortFile));
-    std::vector<std::string> arguments = BasicArguments(processes_, profile_);
-    arguments.emplace_back("about:blank");
-    const bool launched = processes_.Launch(executable, arguments);
-    if (!launched) why = "ブラウザを起動できません。\r\n" + executable;
-    return launched;
-}
-
 BrowserProcess::~BrowserProcess() {
-    if (process_) process_->Kill();
+    if (process_) {
+        if (connected_ && start_.outlives && process_->Running()) return;
+        End();
+    }
     if (temporary_ && !profile_.empty()) processes_.RemoveTemporaryFolder(profile_);
 }
 
-bool BrowserProcess::WaitForPort(const BrowserStart& start, std::string& why) {
+void BrowserProcess::End() {
     const std::uint32_t begin = clock_.TickCount();
-    while (!ReadPort()) {
-        if (process_ && !process_->Running()) {
+    while (connected_ && process_->Running() && clock_.TickCount() - begin < kEndLimitMs) {
+        clock_.Sleep(5);
+    }
+    process_->Kill();
+}
+
+bool BrowserProcess::Connect(DevTools& devtools, std::string& why) {
+    const std::uint32_t begin = clock_.TickCount();
+    const auto answered = std::make_shared<bool>(false);
+    const auto ask = [&] {
+        devtools.Ask("", "Browser.getVersion", nlohmann::json::object(),
+                     [answered](const DevToolsReply&) { *answered = true; });
+    };
+    if (!by_port_) {
+        devtools.Use(OpenPipe(process_->TakePipe()));
+        ask();
+    }
+    while (!devtools.WaitUntil([&] { return *answered; }, kStartCheckMs)) {
+        const bool ended = !process_->Running() || (!by_port_ && !devtools.IsOpen());
+        if (ended && temporary_) {
             why = "ブラウザがすぐに終了しました。実行ファイルを確認して下さい。";
             return false;
         }
-        if (clock_.TickCount() - begin >= static_cast<std::uint32_t>(start.limit_ms)) {
-            why = temporary_ ? "ブラウザが " + std::to_string((start.limit_ms + 999) / 1000) +
+        if (ended) {
+            // It has left its work to one that runs with this profile already.
+            why =
+                "ブラウザに接続できません。開いているブラウザを閉じてから、もう一度実行して下さい。";
+            return false;
+        }
+        if (clock_.TickCount() - begin >= static_cast<std::uint32_t>(start_.limit_ms)) {
+            why = temporary_ ? "ブラウザが " + std::to_string((start_.limit_ms + 999) / 1000) +
                                    " 秒以内に準備できませんでした。"
                              : "ブラウザの準備ができませんでした。もう一度実行して下さい。";
             return false;
         }
-        if (start.stop_requested && start.stop_requested()) {
+        if (start_.stop_requested && start_.stop_requested()) {
             why = "ブラウザの起動を中止しました。";
             return false;
         }
+        if (devtools.IsOpen()) continue;
         clock_.Sleep(10);
+        if (ReadPort(devtools)) ask();
     }
     return true;
 }
 
-bool BrowserProcess::ReadPort() {
+bool BrowserProcess::ReadPort(DevTools& devtools) {
     const auto text = files_.Read(profile_ + files_.Separator() + std::string(kPortFile));
     const auto endpoint = text ? ReadActivePort(*text) : std::nullopt;
-    if (endpoint) endpoint_ = *endpoint;
-    return endpoint.has_value();
+    return endpoint && devtools.Connect(*endpoint, start_.limit_ms);
 }
 
 }  // namespace tamrin

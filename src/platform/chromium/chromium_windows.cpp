@@ -2,12 +2,13 @@
 
 #include <algorithm>
 
-#include "platform/chromium/browser_process.h"
-
 namespace tamrin {
 namespace {
 
 constexpr std::uint32_t kLookMs = 1000;
+
+// How long a call may take; the user's pages are many, and some of them may hang.
+constexpr int kAnswerLimitMs = 10000;
 
 // How long to wait before a place that did not answer is tried again, unless it changes. The file
 // of a browser that has ended says nothing new; at an address a browser may be started.
@@ -20,8 +21,7 @@ ChromiumWindows::ChromiumWindows(Processes& processes, Files& files, Clock& cloc
                                  ChromiumWindowsSettings settings)
     : processes_(processes), files_(files), clock_(clock), settings_(std::move(settings)) {
     const std::string end = files.Separator() + std::string(kPortFile);
-    sources_.push_back({settings_.profile_folder + end});
-    sources_.push_back({""});
+    sources_.emplace_back();
     for (const std::string& folder : ProfileFolders(processes, files.Separator())) {
         sources_.push_back({folder + end});
     }
@@ -64,21 +64,36 @@ void ChromiumWindows::Look(Source& source) {
 
 void ChromiumWindows::Connect(Source& source, const Endpoint& endpoint) {
     if (IsConnected(endpoint)) return;
-    source.browser = std::make_shared<UserBrowser>(clock_, files_, endpoint);
+    source.browser = Make();
+    source.browser->link().devtools().BeginToConnect(endpoint);
 }
 
 bool ChromiumWindows::IsConnected(const Endpoint& endpoint) const {
     return std::any_of(sources_.begin(), sources_.end(), [&](const Source& source) {
-        return source.browser && source.browser->Alive() && source.browser->endpoint() == endpoint;
+        return source.browser && source.browser->Alive() && source.endpoint == endpoint;
     });
+}
+
+std::shared_ptr<UserBrowser> ChromiumWindows::Make() const {
+    return std::make_shared<UserBrowser>(clock_, files_,
+                                         DevTools::Patience{kAnswerLimitMs, nullptr}, nullptr);
+}
+
+std::vector<UserBrowser*> ChromiumWindows::Connections() const {
+    std::vector<UserBrowser*> connections;
+    if (own_) connections.push_back(own_.get());
+    for (const Source& source : sources_) {
+        if (source.browser) connections.push_back(source.browser.get());
+    }
+    if (settings_.played) connections.push_back(settings_.played);
+    return connections;
 }
 
 std::vector<std::shared_ptr<Browser>> ChromiumWindows::Visible() {
     FindBrowsers();
     std::vector<std::shared_ptr<Browser>> windows;
-    for (const Source& source : sources_) {
-        if (!source.browser) continue;
-        const auto own = source.browser->Visible();
+    for (UserBrowser* browser : Connections()) {
+        const auto own = browser->Visible();
         windows.insert(windows.end(), own.begin(), own.end());
     }
     return windows;
@@ -86,25 +101,23 @@ std::vector<std::shared_ptr<Browser>> ChromiumWindows::Visible() {
 
 std::shared_ptr<Browser> ChromiumWindows::Focused() {
     FindBrowsers();
-    for (const Source& source : sources_) {
-        if (source.browser) source.browser->BeginToLook();
-    }
+    const auto connections = Connections();
+    for (UserBrowser* browser : connections) browser->BeginToLook();
     std::shared_ptr<Browser> focused;
-    for (const Source& source : sources_) {
-        const auto own = source.browser ? source.browser->EndLook() : nullptr;
+    for (UserBrowser* browser : connections) {
+        const auto own = browser->EndLook();
         if (!focused) focused = own;
     }
     return focused;
 }
 
 std::shared_ptr<Browser> ChromiumWindows::Open(const std::string& address, std::string& why) {
-    bool started = false;
-    const auto own = OwnBrowser(started, why);
-    if (!own) return nullptr;
+    const bool running = own_ && own_->Connected();
+    if (!running && !StartOwn(why)) return nullptr;
     auto window =
-        started ? own->First(settings_.start_limit_ms) : own->Open(settings_.start_limit_ms);
+        running ? own_->Open(settings_.start_limit_ms) : own_->First(settings_.start_limit_ms);
     if (!window) {
-        why = "ブラウザに接続できません。開いているブラウザを閉じてから、もう一度実行して下さい。";
+        why = "ブラウザの準備ができませんでした。もう一度実行して下さい。";
         return nullptr;
     }
     window->SetForeground();
@@ -112,37 +125,23 @@ std::shared_ptr<Browser> ChromiumWindows::Open(const std::string& address, std::
     return window;
 }
 
-std::shared_ptr<UserBrowser> ChromiumWindows::OwnBrowser(bool& started, std::string& why) {
-    Source& own = sources_.front();
-    const std::uint32_t start = clock_.TickCount();
-    own.text.clear();
-    Look(own);
-    for (;;) {
-        if (own.browser) own.browser->DeliverEvents();
-        if (own.browser && own.browser->Connected()) return own.browser;
-        if (!own.browser || !own.browser->Alive()) {
-            const bool running =
-                started || BrowserProcess::Start(processes_, files_, clock_,
-                                                 {.executable = settings_.executable(),
-                                                  .limit_ms = settings_.start_limit_ms,
-                                                  .stop_requested = nullptr,
-                                                  .profile = settings_.profile_folder},
-                                                 why);
-            if (!running) return nullptr;
-            started = true;
-            own.text.clear();
-            Look(own);
-        }
-        if (clock_.TickCount() - start >= static_cast<std::uint32_t>(settings_.start_limit_ms)) {
-            why = "ブラウザの準備ができませんでした。もう一度実行して下さい。";
-            return nullptr;
-        }
-        clock_.Sleep(10);
-    }
+bool ChromiumWindows::StartOwn(std::string& why) {
+    own_ = Make();
+    process_.reset();
+    process_ = BrowserProcess::Start(processes_, files_, clock_,
+                                     {.executable = settings_.executable(),
+                                      .limit_ms = settings_.start_limit_ms,
+                                      .stop_requested = settings_.stop_requested,
+                                      .profile = settings_.profile_folder,
+                                      .outlives = settings_.outlives()},
+                                     own_->link().devtools(), why);
+    if (process_) own_->Discover();
+    return process_ != nullptr;
 }
 
 void ChromiumWindows::DeliverEvents() {
     // A handler may open a window, and so a browser.
+    if (const auto own = own_) own->DeliverEvents();
     for (std::size_t i = 0; i < sources_.size(); ++i) {
         const auto browser = sources_[i].browser;
         if (browser) browser->DeliverEvents();
@@ -151,9 +150,7 @@ void ChromiumWindows::DeliverEvents() {
 
 std::uint64_t ChromiumWindows::RoundTrips() const {
     std::uint64_t trips = 0;
-    for (const Source& source : sources_) {
-        if (source.browser) trips += source.browser->RoundTrips();
-    }
+    for (const UserBrowser* browser : Connections()) trips += browser->RoundTrips();
     return trips;
 }
 

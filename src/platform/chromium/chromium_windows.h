@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/browser.h"
+#include "platform/chromium/browser_process.h"
 #include "platform/chromium/endpoint.h"
 #include "platform/chromium/user_browser.h"
 #include "platform/clock.h"
@@ -23,12 +24,19 @@ struct ChromiumWindowsSettings {
     std::function<std::string()> debug_address = [] { return std::string(); };
     // The profile of the browser that Open starts; made in an existing folder.
     std::string profile_folder;
-    int start_limit_ms = 30000;  // how long that browser may take to start
+    // Asked when that browser is started: whether it goes on when the program ends.
+    std::function<bool()> outlives = [] { return true; };
+    // Asked while it starts: true gives up. Null: never.
+    std::function<bool()> stop_requested{};
+    int start_limit_ms = 30000;  // how long it may take to start
+    // A further browser whose windows can be recorded, connected by its owner; null for none.
+    UserBrowser* played = nullptr;
 };
 
 // The windows of Chromium, Chrome and Edge that can be recorded: of the browsers that wrote their
-// port into their user's default profile folder, of the one at a given address, and of the one that
-// Open started. Each browser is connected to once: some ask their user at every connection.
+// port into their user's default profile folder, of the one at a given address, of the one that
+// Open started, and of the one in which scenarios are played. Each browser is connected to once:
+// some ask their user at every connection.
 class ChromiumWindows : public BrowserWindows {
 public:
     ChromiumWindows(Processes& processes, Files& files, Clock& clock,
@@ -41,8 +49,7 @@ public:
     std::vector<std::shared_ptr<Browser>> Visible() override;
     std::shared_ptr<Browser> Focused() override;
 
-    // The browser stays open when the program ends, with what the user has done in it. Where it
-    // runs already, it opens a further window.
+    // Where this program has opened a browser that still runs, it opens a further window.
     std::shared_ptr<Browser> Open(const std::string& address, std::string& why) override;
 
     // Handles the messages that have arrived and calls the subscribers. To be called by
@@ -55,8 +62,8 @@ public:
 private:
     // A place where a browser may be found.
     struct Source {
-        std::string port_file;  // "" for the given address
-        std::string text{};     // what stood there when it was tried last
+        std::string port_file{};  // "" for the given address
+        std::string text{};       // what stood there when it was tried last
         std::uint32_t tried_at = 0;
         std::unique_ptr<VersionRequest> request{};  // for its path, while that is not known
         Endpoint endpoint{};
@@ -67,13 +74,17 @@ private:
     void Look(Source& source);
     void Connect(Source& source, const Endpoint& endpoint);
     bool IsConnected(const Endpoint& endpoint) const;
-    std::shared_ptr<UserBrowser> OwnBrowser(bool& started, std::string& why);
+    std::shared_ptr<UserBrowser> Make() const;
+    std::vector<UserBrowser*> Connections() const;
+    bool StartOwn(std::string& why);
 
     Processes& processes_;
     Files& files_;
     Clock& clock_;
     const ChromiumWindowsSettings settings_;
-    std::vector<Source> sources_;  // the first is that of Open, the second the given address
+    std::unique_ptr<BrowserProcess> process_;
+    std::shared_ptr<UserBrowser> own_;  // the browser of that process
+    std::vector<Source> sources_;       // the first is the given address
     std::optional<std::uint32_t> looked_at_;
 };
 

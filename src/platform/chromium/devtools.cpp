@@ -4,8 +4,6 @@
 #include <charconv>
 #include <nlohmann/json.hpp>
 
-#include "platform/chromium/devtools_socket.h"
-
 namespace tamrin {
 namespace {
 
@@ -94,30 +92,35 @@ DevTools::DevTools(const Clock& clock, Patience patience)
     : clock_(clock), patience_(std::move(patience)) {}
 DevTools::~DevTools() = default;
 
+void DevTools::Use(std::unique_ptr<DevToolsChannel> channel) {
+    channel_ = std::move(channel);
+    closed_ = false;
+}
+
 bool DevTools::Connect(const Endpoint& endpoint, int limit_ms) {
     BeginToConnect(endpoint);
     const std::uint32_t start = clock_.TickCount();
     while (IsOpening() && clock_.TickCount() - start < static_cast<std::uint32_t>(limit_ms)) {
-        socket_->Wait(kStopCheckMs);
+        channel_->Wait(kStopCheckMs);
     }
-    closed_ = socket_->state() != DevToolsSocket::State::kOpen;
-    if (closed_) socket_.reset();
+    closed_ = channel_->state() != DevToolsChannel::State::kOpen;
+    if (closed_) channel_.reset();
     return !closed_;
 }
 
 void DevTools::BeginToConnect(const Endpoint& endpoint) {
     closed_ = true;
-    socket_ = std::make_unique<DevToolsSocket>(endpoint.port, endpoint.path);
+    channel_ = ConnectSocket(endpoint);
 }
 
 bool DevTools::IsOpening() const {
-    return closed_ && socket_ && socket_->state() == DevToolsSocket::State::kConnecting;
+    return closed_ && channel_ && channel_->state() == DevToolsChannel::State::kConnecting;
 }
 
 void DevTools::Close() {
     listener_ = nullptr;
     EndAll();
-    socket_.reset();
+    channel_.reset();
 }
 
 bool DevTools::IsOpen() const { return !closed_; }
@@ -127,13 +130,13 @@ int DevTools::Send(const std::string& session, std::string_view method, const js
     if (closed_) return id;
     json message{{"id", id}, {"method", method}, {"params", params}};
     if (!session.empty()) message["sessionId"] = session;
-    socket_->Send(message.dump(-1, ' ', false, json::error_handler_t::replace));
+    channel_->Send(message.dump(-1, ' ', false, json::error_handler_t::replace));
     return id;
 }
 
 void DevTools::Post(const std::string& session, std::string_view method, const json& params) {
     Send(session, method, params);
-    if (!closed_) socket_->Wait(0);
+    if (!closed_) channel_->Wait(0);
 }
 
 void DevTools::Ask(const std::string& session, std::string_view method, const json& params,
@@ -141,7 +144,7 @@ void DevTools::Ask(const std::string& session, std::string_view method, const js
     if (closed_) return;
     const int id = Send(session, method, params);
     pending_[id] = {session, std::move(on_reply), false, {}};
-    socket_->Wait(0);
+    channel_->Wait(0);
 }
 
 int DevTools::Begin(const std::string& session, std::string_view method, const json& params) {
@@ -176,7 +179,7 @@ void DevTools::WaitFor(Pending& call) {
     std::uint32_t asked = start;
     HandleArrived();
     while (!call.done) {
-        socket_->Wait(kStopCheckMs);
+        channel_->Wait(kStopCheckMs);
         HandleArrived();
         if (call.done) return;
         const std::uint32_t now = clock_.TickCount();
@@ -209,11 +212,11 @@ void DevTools::Forget(std::string_view session) {
 
 void DevTools::Poll() {
     if (IsOpening()) {
-        socket_->Wait(0);
-        closed_ = socket_->state() != DevToolsSocket::State::kOpen;
+        channel_->Wait(0);
+        closed_ = channel_->state() != DevToolsChannel::State::kOpen;
     }
     if (closed_) return;
-    socket_->Wait(0);
+    channel_->Wait(0);
     HandleArrived();
 }
 
@@ -223,7 +226,7 @@ bool DevTools::WaitUntil(const std::function<bool()>& done, int limit_ms) {
     if (done()) return true;
     ++round_trips_;
     while (!closed_ && clock_.TickCount() - start < static_cast<std::uint32_t>(limit_ms)) {
-        socket_->Wait(std::min(limit_ms, kStopCheckMs));
+        channel_->Wait(std::min(limit_ms, kStopCheckMs));
         HandleArrived();
         if (done()) return true;
     }
@@ -232,8 +235,8 @@ bool DevTools::WaitUntil(const std::function<bool()>& done, int limit_ms) {
 
 void DevTools::HandleArrived() {
     std::string message;
-    while (socket_ && socket_->Next(message)) Handle(message);
-    if (closed_ || socket_->state() == DevToolsSocket::State::kOpen) return;
+    while (channel_ && channel_->Next(message)) Handle(message);
+    if (closed_ || channel_->state() == DevToolsChannel::State::kOpen) return;
     EndAll();
     if (listener_) listener_->OnClosed();
 }

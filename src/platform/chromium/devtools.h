@@ -11,12 +11,11 @@
 #include <unordered_map>
 #include <vector>
 
+#include "platform/chromium/devtools_channel.h"
 #include "platform/chromium/endpoint.h"
 #include "platform/clock.h"
 
 namespace tamrin {
-
-class DevToolsSocket;
 
 // The answer to a call of the DevTools protocol.
 struct DevToolsReply {
@@ -88,6 +87,9 @@ public:
     DevTools(const DevTools&) = delete;
     DevTools& operator=(const DevTools&) = delete;
 
+    // Takes an open channel.
+    void Use(std::unique_ptr<DevToolsChannel> channel);
+
     // Connects, within `limit_ms`. False when nothing answers there.
     bool Connect(const Endpoint& endpoint, int limit_ms);
 
@@ -152,7 +154,7 @@ private:
     const Clock& clock_;
     const Patience patience_;
     Listener* listener_ = nullptr;
-    std::unique_ptr<DevToolsSocket> socket_;
+    std::unique_ptr<DevToolsChannel> channel_;
     bool closed_ = true;
     int last_id_ = 0;
     std::map<int, Pending> pending_;

@@ -42,17 +42,15 @@ ChromiumLauncher::ChromiumLauncher(Processes& processes, Files& files, Clock& cl
       files_(files),
       clock_(clock),
       settings_(std::move(settings)),
-      link_(clock, files, {settings_.answer_limit_ms, settings_.stop_requested},
-            [this](std::string_view method, const json&) {
-                // A new window comes to the front, whoever opened it.
-                if (method == "Target.targetCreated") in_front_ = false;
-            }),
+      browser_(clock, files, {settings_.answer_limit_ms, settings_.stop_requested},
+               // A new window comes to the front, whoever opened it.
+               [this] { in_front_ = false; }),
       input_([this] { return front_.lock(); }) {}
 
 std::shared_ptr<Browser> ChromiumLauncher::Create(std::string& why) {
-    link_.devtools().Poll();
-    if (!link_.devtools().IsOpen() && !StartBrowser(why)) return nullptr;
-    const std::string target = first_taken_ ? link_.NewTarget() : FirstTarget();
+    link().devtools().Poll();
+    if (!link().devtools().IsOpen() && !StartBrowser(why)) return nullptr;
+    const std::string target = first_taken_ ? link().NewTarget() : FirstTarget();
     first_taken_ = true;
     const std::shared_ptr<Tab> tab = target.empty() ? nullptr : Attach(target);
     if (!tab) {
@@ -61,7 +59,7 @@ std::shared_ptr<Browser> ChromiumLauncher::Create(std::string& why) {
     }
     front_ = tab;
     in_front_ = true;
-    return link_.MakeBrowser(tab, [this, weak = std::weak_ptr<Tab>(tab)] {
+    return link().MakeBrowser(tab, [this, weak = std::weak_ptr<Tab>(tab)] {
         if (const auto own = weak.lock()) BringToFront(own);
     });
 }
@@ -72,35 +70,32 @@ bool ChromiumLauncher::StartBrowser(std::string& why) {
     process_ = BrowserProcess::Start(processes_, files_, clock_,
                                      {.executable = settings_.executable(),
                                       .limit_ms = settings_.start_limit_ms,
-                                      .stop_requested = settings_.stop_requested},
-                                     why);
+                                      .stop_requested = settings_.stop_requested,
+                                      .outlives = settings_.outlives()},
+                                     link().devtools(), why);
     if (!process_) return false;
-    if (!link_.devtools().Connect(process_->endpoint(), settings_.start_limit_ms)) {
-        process_.reset();
-        why = kNoAnswer;
-        return false;
-    }
-    link_.Discover();
+    browser_.Discover();
     return true;
 }
 
 // The window with which the browser has started.
 std::string ChromiumLauncher::FirstTarget() {
-    const json targets = link_.devtools().Call("", "Target.getTargets", json::object()).Result();
+    const json targets = link().devtools().Call("", "Target.getTargets", json::object()).Result();
     if (!targets.is_object()) return "";
     for (const json& target : targets.value("targetInfos", json::array())) {
         if (target.value("type", "") == "page") return target.value("targetId", "");
     }
-    return link_.NewTarget();
+    return link().NewTarget();
 }
 
 std::shared_ptr<Tab> ChromiumLauncher::Attach(const std::string& target) {
     const std::string session =
-        link_.devtools()
+        link()
+            .devtools()
             .Call("", "Target.attachToTarget", {{"targetId", target}, {"flatten", true}})
             .Text("/sessionId");
     if (session.empty()) return nullptr;
-    const auto tab = link_.MakeTab(target, session, Tab::Owner::kProgram);
+    const auto tab = link().MakeTab(target, session, Tab::Owner::kProgram);
     return tab->Open() ? tab : nullptr;
 }
 
@@ -111,7 +106,7 @@ void ChromiumLauncher::BringToFront(const std::shared_ptr<Tab>& tab) {
     tab->agents().Post("Page.bringToFront", json::object());
 }
 
-void ChromiumLauncher::DeliverEvents() { link_.DeliverEvents(); }
+void ChromiumLauncher::DeliverEvents() { browser_.DeliverEvents(); }
 
 std::optional<std::string> ChromiumLauncher::Picture() {
     const auto tab = front_.lock();
@@ -120,6 +115,6 @@ std::optional<std::string> ChromiumLauncher::Picture() {
         tab->agents().Call("Page.captureScreenshot", {{"format", "png"}}).Text("/data"));
 }
 
-std::uint64_t ChromiumLauncher::RoundTrips() const { return link_.devtools().RoundTrips(); }
+std::uint64_t ChromiumLauncher::RoundTrips() const { return browser_.RoundTrips(); }
 
 }  // namespace tamrin

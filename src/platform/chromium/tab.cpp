@@ -75,6 +75,12 @@ void Tab::BeginToOpen() {
         });
 }
 
+void Tab::LeaveToUser() {
+    if (owner_ == Owner::kUser || !Alive()) return;
+    owner_ = Owner::kUser;
+    agents_.Post("Emulation.setFocusEmulationEnabled", {{"enabled", false}});
+}
+
 bool Tab::Open() {
     BeginToOpen();
     const auto reply =

@@ -50,6 +50,9 @@ public:
     // The same without waiting, for a tab to be opened later.
     void BeginToOpen();
 
+    // A tab of the program no longer behaves as if it had the focus.
+    void LeaveToUser();
+
     const std::string& target() const { return target_; }
     const Files& files() const { return files_; }
     const FrameTracker& frames() const { return frames_; }
@@ -112,7 +115,7 @@ private:
     const Clock& clock_;
     const Files& files_;
     const std::string target_;
-    const Owner owner_;
+    Owner owner_;
     FrameTracker frames_;
     NoticeQueue notices_;
     PageAgents agents_;

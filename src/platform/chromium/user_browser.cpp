@@ -2,14 +2,12 @@
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
+#include <utility>
 
 namespace tamrin {
 namespace {
 
 using nlohmann::json;
-
-// How long a call may take; the user's pages are many, and some of them may hang.
-constexpr int kAnswerLimitMs = 10000;
 
 // How long a look waits for the pages. A page that has not answered by then counts as without
 // focus.
@@ -23,19 +21,22 @@ constexpr const char* kLook =
 
 }  // namespace
 
-UserBrowser::UserBrowser(const Clock& clock, const Files& files, const Endpoint& endpoint)
+UserBrowser::UserBrowser(const Clock& clock, const Files& files, DevTools::Patience patience,
+                         std::function<void()> on_window)
     : clock_(clock),
-      endpoint_(endpoint),
-      link_(clock, files, {kAnswerLimitMs, nullptr},
-            [this](std::string_view method, const json& params) { OnTarget(method, params); }) {
-    link_.devtools().BeginToConnect(endpoint);
+      on_window_(std::move(on_window)),
+      link_(clock, files, std::move(patience),
+            [this](std::string_view method, const json& params) { OnTarget(method, params); }) {}
+
+void UserBrowser::Discover() {
+    discovering_ = true;
+    pages_.clear();
+    link_.Discover();
 }
 
 void UserBrowser::DeliverEvents() {
     link_.DeliverEvents();
-    if (discovering_ || !Connected()) return;
-    discovering_ = true;
-    link_.Discover();
+    if (!discovering_ && Connected()) Discover();
 }
 
 void UserBrowser::OnTarget(std::string_view method, const json& params) {
@@ -45,6 +46,7 @@ void UserBrowser::OnTarget(std::string_view method, const json& params) {
         pages_.remove_if([&](const Page& page) { return page.target == target; });
         return;
     }
+    if (method == "Target.targetCreated" && on_window_) on_window_();
     const auto info = params.find("targetInfo");
     if (info != params.end() && info->is_object()) OnPage(*info);
 }
@@ -55,12 +57,20 @@ void UserBrowser::OnPage(const json& info) {
         info.value("type", "") == "page" && !info.value("url", "").starts_with("devtools://");
     if (!is_page || Find(target)) return;
     pages_.push_back({target});
-    link_.Attach(target, [this, target](const std::string& session) {
-        Page* page = Find(target);
-        if (!page) return;
-        page->session = session;
-        Ask(*page);
-    });
+}
+
+void UserBrowser::AttachToPages() {
+    if (!Connected()) return;
+    link_.LeaveToUser();
+    for (Page& page : pages_) {
+        if (std::exchange(page.attaching, true)) continue;
+        link_.Attach(page.target, [this, target = page.target](const std::string& session) {
+            Page* attached = Find(target);
+            if (!attached) return;
+            attached->session = session;
+            Ask(*attached);
+        });
+    }
 }
 
 UserBrowser::Page* UserBrowser::Find(std::string_view target) {
@@ -101,6 +111,7 @@ void UserBrowser::Show(Page& page) {
 }
 
 std::vector<std::shared_ptr<Browser>> UserBrowser::Visible() {
+    AttachToPages();
     std::vector<const Page*> shown;
     for (const Page& page : pages_) {
         if (page.shown && page.browser->document()) shown.push_back(&page);
@@ -116,6 +127,7 @@ std::vector<std::shared_ptr<Browser>> UserBrowser::Visible() {
 
 void UserBrowser::BeginToLook() {
     if (!Connected()) return;
+    AttachToPages();
     for (Page& page : pages_) {
         if (page.shown || !page.known) Ask(page);
     }
@@ -156,6 +168,7 @@ std::shared_ptr<Browser> UserBrowser::WindowOf(const std::function<Page*()>& fin
     Page* page = nullptr;
     link_.devtools().WaitUntil(
         [&] {
+            AttachToPages();
             page = find();
             return page && !page->session.empty();
         },

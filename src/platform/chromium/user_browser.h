@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <list>
 #include <memory>
 #include <nlohmann/json_fwd.hpp>
@@ -9,19 +10,24 @@
 #include <vector>
 
 #include "platform/chromium/browser_link.h"
-#include "platform/chromium/endpoint.h"
 
 namespace tamrin {
 
 // A browser in which the user works. Its tabs are known from its events; whether a tab is shown and
-// has the focus only its page knows. In tabs in the background nothing runs: they are attached to,
-// but not set up.
+// has the focus only its page knows. They are attached to when somebody looks for them, and in tabs
+// in the background nothing runs.
 class UserBrowser {
 public:
-    // Begins to connect; nothing waits.
-    UserBrowser(const Clock& clock, const Files& files, const Endpoint& endpoint);
+    // A call may take as long as `patience` says; `on_window` is called when a window has opened.
+    UserBrowser(const Clock& clock, const Files& files, DevTools::Patience patience,
+                std::function<void()> on_window);
 
-    const Endpoint& endpoint() const { return endpoint_; }
+    // Whoever owns it connects it.
+    BrowserLink& link() { return link_; }
+    // Begins to follow the windows of the browser that it is connected to now. DeliverEvents does
+    // so when it finds itself connected.
+    void Discover();
+
     bool Connected() const { return link_.devtools().IsOpen(); }
     // Whether it is connected or may still be: it may ask its user first.
     bool Alive() const { return Connected() || link_.devtools().IsOpening(); }
@@ -49,9 +55,10 @@ private:
     struct Page {
         std::string target;
         std::string session{};  // "" until it is attached
-        bool known = false;     // whether it has answered yet
-        bool asked = false;     // and has not answered yet
-        bool late = false;      // a look went by without its answer
+        bool attaching = false;
+        bool known = false;  // whether it has answered yet
+        bool asked = false;  // and has not answered yet
+        bool late = false;   // a look went by without its answer
         bool shown = false;
         bool focused = false;
         std::uint64_t focused_at = 0;
@@ -62,6 +69,7 @@ private:
     void OnTarget(std::string_view method, const nlohmann::json& params);
     void OnPage(const nlohmann::json& info);
     Page* Find(std::string_view target);
+    void AttachToPages();
     void Ask(Page& page);
     void OnAnswer(const std::string& target, const DevToolsReply& reply);
     void Show(Page& page);
@@ -70,7 +78,7 @@ private:
     Page* Focused();
 
     const Clock& clock_;
-    const Endpoint endpoint_;
+    const std::function<void()> on_window_;
     BrowserLink link_;
     std::list<Page> pages_;
     std::uint64_t focus_count_ = 0;

@@ -13,6 +13,7 @@
 #include <climits>
 #include <utility>
 
+#include "platform/posix/descriptor.h"
 #include "platform/posix/processes.h"
 #include "platform/text.h"
 
@@ -22,27 +23,6 @@ namespace {
 constexpr int kMaxLinks = 40;  // as many as the system itself follows
 constexpr int kMaxNames = 100;
 constexpr int kPipeWaitMs = 10000;
-
-// Owns a file descriptor; false when it holds none.
-class Descriptor {
-public:
-    explicit Descriptor(int number) : number_(number) {}
-    ~Descriptor() { Close(); }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    explicit operator bool() const { return number_ >= 0; }
-    int get() const { return number_; }
-
-    // Closes it now; false when the system reports that something written was lost.
-    bool Close() {
-        const int number = std::exchange(number_, -1);
-        return number < 0 || close(number) == 0;
-    }
-
-private:
-    int number_;
-};
 
 bool WriteAll(int file, std::string_view bytes) {
     while (!bytes.empty()) {
@@ -71,10 +51,10 @@ std::optional<std::string> FollowLinks(std::string path) {
 
 // Opens a new file in `folder` and sets `path` to its path; -1 on failure. The process number keeps
 // two programs apart, and the count skips files that a crash has left.
-int OpenNewFile(const std::string& folder, mode_t mode, std::string& path) {
+int OpenNewFile(const std::string& folder, std::string& path) {
     for (int i = 0; i < kMaxNames; ++i) {
         path = folder + ".tamrin-" + std::to_string(getpid()) + "-" + std::to_string(i);
-        const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+        const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
         if (file >= 0 || errno != EEXIST) return file;
     }
     return -1;
@@ -188,7 +168,7 @@ bool PosixFiles::Replace(const std::string& path, std::string_view bytes) {
 
     const std::string folder = FolderOf(*target);
     std::string beside;
-    Descriptor file(OpenNewFile(folder, exists ? 0600 : 0666, beside));
+    Descriptor file(OpenNewFile(folder, beside));
     if (!file) return false;
     if (exists) TakeOver(file.get(), old);
     const bool replaced = WriteAll(file.get(), bytes) && fsync(file.get()) == 0 && file.Close() &&
@@ -207,7 +187,7 @@ bool PosixFiles::Append(const std::string& path, std::string_view bytes) {
 }
 
 bool PosixFiles::MakeFolder(const std::string& path) {
-    mkdir(path.c_str(), 0777);
+    mkdir(path.c_str(), 0700);
     return IsFolder(path);
 }
 

@@ -17,7 +17,7 @@ namespace tamrin {
 //
 // Replace writes through a symbolic link, keeps the permissions of the old file and, where the
 // system allows it, its owner, and refuses what a person could not write to: a file without write
-// permission, a folder, a device.
+// permission, a folder, a device. What is new is for this user alone.
 class PosixFiles : public Files {
 public:
     bool IsFile(const std::string& path) const override;
