@@ -27,6 +27,7 @@ ExitCode RecordToFile(frmIeAuto& window, const Platform& platform, const std::st
     std::string why;
     const std::shared_ptr<Browser> browser = platform.browsers.Open("", why);
     if (!browser) {
+        if (stop_requested()) return kInterrupted;
         window.ShowMessage(why, "ブラウザを起動できません");
         return kNotStarted;
     }

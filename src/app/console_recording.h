@@ -16,7 +16,8 @@ namespace tamrin {
 // begins and what it has saved.
 //
 // kPlayed when saved, kNothing when nothing was recorded (an older file stands then), kNotStarted
-// without a browser, kNotSaved when the file could not be written.
+// without a browser, kInterrupted when the stop came before it, kNotSaved when the file could not
+// be written.
 ExitCode RecordToFile(frmIeAuto& window, const Platform& platform, const std::string& file,
                       const std::string& address, const std::function<bool()>& stop_requested,
                       std::ostream& output);

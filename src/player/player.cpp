@@ -9,6 +9,9 @@
 namespace tamrin {
 namespace {
 
+// How long a page that the last record has opened may take to come.
+constexpr std::uint32_t kLastPageMs = 25000;
+
 // The parts of a size_bar field: four numbers and a run of flags, parted by full stops. False when
 // there are fewer than five parts.
 bool ReadSizeBar(std::string size_bar, WindowPlace& place, WindowBars& bars) {
@@ -44,7 +47,10 @@ RunEnd Player::Play() {
     events_.RunBegan();
     std::string why;
     const std::shared_ptr<Browser> browser = launcher_.Create(why);
-    if (!browser) return NoBrowser(why);
+    if (!browser) {
+        clock_.DoEvents();  // the user may have stopped it
+        return NoBrowser(why);
+    }
     return PlayAll(browser);
 }
 
@@ -70,6 +76,12 @@ RunEnd Player::PlayAll(const std::shared_ptr<Browser>& browser) {
         since = clock_.TickCount();
         Open(*browser, opening.address);
         Report(opening.row, "url", RecordOutcome::kDone, since);
+    }
+    // What the last record has begun, such as sending a form, would end with the browser.
+    if (end == RunEnd::kCompleted && !globals_.keep_browser) {
+        globals_.last_activity_tick = clock_.TickCount();
+        IEWait(clock_, globals_, *browser, kLastPageMs);
+        if (globals_.activity.empty()) end = RunEnd::kStopped;
     }
     Finish(end);
     return end;
@@ -136,6 +148,10 @@ RunEnd Player::PlayRecords(const std::shared_ptr<Browser>& browser, int row) {
 }
 
 RunEnd Player::NoBrowser(const std::string& why) {
+    if (globals_.activity.empty()) {
+        Finish(RunEnd::kStopped);
+        return RunEnd::kStopped;
+    }
     globals_.activity.clear();
     host_.ShowMessage(why, "ブラウザを起動できません");
     events_.RunEnded(RunEnd::kNoBrowser);
