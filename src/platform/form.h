@@ -77,8 +77,7 @@ struct ControlSpec {
 };
 
 // One entry of a menu, or a menu of the bar. They stand in reading order, a menu first. "-" as
-// caption is a
-// separator. A hidden menu is a context menu.
+// caption is a separator. A hidden menu is a context menu.
 //
 // `shortcut` names one key, or several parted by ", ", of which the menu shows the first: "Ctrl+S",
 // "Shift+F5, Esc", "Del". It works while the form is active and the entry enabled, whether the

@@ -304,7 +304,7 @@ void WindowForm::LeaveModal() {
 
 void WindowForm::UncheckOthers(const WindowControl& chosen) {
     for (const auto& control : controls_) {
-        if (control.get() != &chosen && control->spec().name == chosen.spec().name) {
+        if (control.get() != &chosen && control->spec().name.text == chosen.spec().name.text) {
             control->Uncheck();
         }
     }
