@@ -39,9 +39,10 @@ struct Faults {
     int calls = 0;
     int failing = -1;  // none
     HRESULT how = S_OK;
+    std::function<void()> meanwhile = [] {};  // what happens during that call
 
     // How the call that is being made is to end; S_OK for as usual.
-    HRESULT Next() { return calls++ == failing ? how : S_OK; }
+    HRESULT Next() { return calls++ == failing ? (meanwhile(), how) : S_OK; }
 };
 
 // What the objects of a test share.

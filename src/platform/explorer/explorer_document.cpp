@@ -29,8 +29,8 @@ std::vector<Element> FrameElements(ExplorerDocument& page) {
 
 }  // namespace
 
-std::shared_ptr<ExplorerDocument> PageInside(const Element& frame) {
-    ExplorerElement& element = *ExplorerElement::Of(frame);
+std::shared_ptr<ExplorerDocument> PageInside(Element frame) {
+    const ExplorerElement& element = *ExplorerElement::Of(frame);
     ExplorerDocument& outer = element.page();
     const auto window = outer.ObjectOf(element.object().Get("contentWindow"), "window");
     return PageOf(window, outer, frame);

@@ -88,7 +88,8 @@ private:
     std::vector<PageConnection*> connections_;
 };
 
-// The page that a frame's element shows; null when it cannot be reached.
-std::shared_ptr<ExplorerDocument> PageInside(const Element& frame);
+// The page that a frame's element shows; null when it cannot be reached. Keeps the element itself:
+// an event during its calls can release the caller's.
+std::shared_ptr<ExplorerDocument> PageInside(Element frame);
 
 }  // namespace tamrin

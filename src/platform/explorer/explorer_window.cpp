@@ -11,7 +11,10 @@ ExplorerWindow::ExplorerWindow(ComCalls& calls)
       pages_(std::make_shared<PagePool>(calls)),
       subscribers_(std::make_shared<Subscribers<BrowserEvents>>()) {}
 
-ExplorerWindow::~ExplorerWindow() { pages_->KeepOnly(nullptr); }
+ExplorerWindow::~ExplorerWindow() {
+    pages_->KeepOnly(nullptr);
+    pages_->events().Clear();
+}
 
 Document ExplorerWindow::document() {
     auto page = Page();

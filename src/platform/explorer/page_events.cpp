@@ -55,6 +55,7 @@ PageConnection::PageConnection(std::shared_ptr<ExplorerDocument> page, DocumentE
 
 PageConnection::~PageConnection() {
     *events_ = nullptr;
+    Close();  // before the members go: events can arrive meanwhile
     auto& connections = page_->connections();
     connections.erase(std::find(connections.begin(), connections.end(), this));
 }

@@ -41,13 +41,14 @@ std::optional<ScreenPoint> ScreenPointOf(const Element& element, HWND content) {
     const auto place = element.getBoundingClientRect();
     if (!place) return std::nullopt;
     PagePoint at{place->left, place->top};
-    ExplorerDocument* page = &ExplorerElement::Of(element)->page();
+    // Kept here: an event during a call can release the page that holds the frame.
+    auto page = ExplorerElement::Of(element)->page().shared_from_this();
     while (const Element holder = page->holder()) {
         const auto outer = holder.getBoundingClientRect();
         if (!outer) return std::nullopt;
         const PagePoint inside = InsideOf(holder, *outer);
         at = {at.x + inside.x, at.y + inside.y};
-        page = &ExplorerElement::Of(holder)->page();
+        page = ExplorerElement::Of(holder)->page().shared_from_this();
     }
     const double scale = ScaleOf(*page);
     RECT window{};

@@ -6,20 +6,18 @@ namespace tamrin {
 
 std::shared_ptr<ExplorerDocument> PagePool::Page(ComPtr<IDispatch> document) {
     if (!document) return nullptr;
-    const auto identity = document.As<IUnknown>();
-    auto& known = pages_[identity.get()];
+    std::erase_if(pages_, [](const auto& entry) { return entry.second.expired(); });
+    auto& known = pages_[document.As<IUnknown>().get()];
     if (auto page = known.lock(); page && page->object()) return page;
     auto page = std::make_shared<ExplorerDocument>(shared_from_this(), std::move(document));
-    if (!page->IsHtml()) return nullptr;
     known = page;
-    std::erase_if(pages_, [](const auto& entry) { return entry.second.expired(); });
-    return page;
+    // Last, because an event during this call can change the pages.
+    return page->IsHtml() ? page : nullptr;
 }
 
 void PagePool::KeepOnly(IUnknown* document) {
-    for (const auto& [identity, known] : pages_) {
-        const auto page = known.lock();
-        if (page && identity != document) page->SetGone();
+    for (const auto& page : Pages()) {
+        if (!SameObject(page->object().object().get(), document)) page->SetGone();
     }
 }
 

@@ -33,6 +33,9 @@ public:
         }
     }
 
+    // Drops the events that wait. They hold their pages, and these the queue.
+    void Clear() { const auto dropped = std::exchange(waiting_, {}); }
+
 private:
     // Resets the flag also when a handler throws.
     class Running {
