@@ -170,9 +170,9 @@ DispatchObject ExplorerDocument::Window() {
 }
 
 int ExplorerDocument::DocumentMode() {
-    // Browsers without this property are older than all modes.
-    if (!mode_) mode_ = static_cast<int>(document_.Get("documentMode").Number().value_or(0));
-    return *mode_;
+    // 0 is no mode yet: the page is still loading, or did not answer.
+    if (mode_ == 0) mode_ = static_cast<int>(document_.Get("documentMode").Number().value_or(0));
+    return mode_;
 }
 
 bool ExplorerDocument::IsStandard() { return DocumentMode() >= 9; }
@@ -181,9 +181,15 @@ bool ExplorerDocument::HasWrittenAttributes() { return DocumentMode() >= 8; }
 
 bool ExplorerDocument::Holds(const DispatchObject& element) {
     if (!document_ || !element) return false;
-    if (!root_) root_ = ObjectOf(document_.Get("documentElement"), "root");
-    const Variant held = root_.Call("contains", Variant(element.object().get()));
-    return held.Failed() || held.Truth();  // when it is not known, the caller's own call fails
+    const auto holds = [&] {
+        const Variant held = root_.Call("contains", Variant(element.object().get()));
+        return held.Failed() || held.Truth();  // when it is not known, the caller's own call fails
+    };
+    if (root_ && holds()) return true;
+    // A script that writes the page anew (document.open) gives it another root, maybe another mode.
+    mode_ = 0;
+    root_ = ObjectOf(document_.Get("documentElement"), "root");
+    return holds();
 }
 
 }  // namespace tamrin

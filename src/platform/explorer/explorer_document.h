@@ -2,7 +2,6 @@
 
 #include <map>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -81,8 +80,8 @@ private:
     std::shared_ptr<PagePool> pool_;
     std::map<std::string, std::shared_ptr<ObjectType>, std::less<>> types_;
     DispatchObject document_;
-    std::optional<int> mode_;
-    DispatchObject root_;
+    int mode_ = 0;         // 0 when it is not known
+    DispatchObject root_;  // the root element when an element was looked for last
     Element holder_;
     EventSnapshot* snapshot_ = nullptr;
     std::vector<PageConnection*> connections_;
