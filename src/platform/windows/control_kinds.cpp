@@ -15,29 +15,34 @@
 namespace tamrin {
 namespace {
 
-// A text box with events for the mouse, which Windows' own does not notify. One of several lines
-// keeps Tab for itself and does nothing with it, because its form is no dialog of Windows.
+// A text box with events for the mouse, which Windows' own does not notify.
 class WindowTextBox : public HookedControl {
 public:
     using HookedControl::HookedControl;
 
 private:
     LRESULT Handle(UINT message, WPARAM wparam, LPARAM lparam) override {
-        const bool tab = wparam == VK_TAB && (spec().flags & kMultiLine) != 0;
-        if (tab && message == WM_GETDLGCODE && !WritesTab()) return DLGC_WANTCHARS | DLGC_HASSETSEL;
-        if (tab && message == WM_KEYDOWN) return 0;
-        if (tab && message == WM_CHAR) {
+        const bool takes_tab = (spec().flags & kTakesTab) != 0;
+        if (takes_tab && message == WM_KEYDOWN && wparam == VK_TAB) return 0;
+        if (takes_tab && message == WM_CHAR && wparam == VK_TAB) {
             Send(EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(L"\t"));
             return 0;
         }
         const LRESULT result = Default(message, wparam, lparam);
+        if (message == WM_GETDLGCODE && (spec().flags & kMultiLine) != 0) {
+            return DialogCode(result, wparam);
+        }
         if (message == WM_LBUTTONUP) Raise(onClick);
         if (message == WM_LBUTTONDBLCLK) Raise(onDblClick);
         return result;
     }
 
-    bool WritesTab() const {
-        return (spec().flags & kTakesTab) != 0 && GetKeyState(VK_CONTROL) >= 0;
+    // What a box of several lines wants of a key. It would keep Tab to itself and do nothing with
+    // it, because its form is no dialog of Windows; and Tab into it would select a long text.
+    LRESULT DialogCode(LRESULT code, WPARAM key) const {
+        code &= ~DLGC_HASSETSEL;
+        const bool writes_tab = (spec().flags & kTakesTab) != 0 && GetKeyState(VK_CONTROL) >= 0;
+        return key == VK_TAB && !writes_tab ? code & ~(DLGC_WANTALLKEYS | DLGC_WANTTAB) : code;
     }
 };
 
