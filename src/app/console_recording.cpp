@@ -28,7 +28,7 @@ ExitCode RecordToFile(frmIeAuto& window, const Platform& platform, const std::st
     const std::shared_ptr<Browser> browser = platform.browsers.Open("", why);
     if (!browser) {
         if (stop_requested()) return kInterrupted;
-        window.ShowMessage(why, "ブラウザを起動できません");
+        window.ShowMessage(why, "ブラウザーを起動できません");
         return kNotStarted;
     }
     browser->Navigate(address);

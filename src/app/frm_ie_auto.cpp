@@ -338,7 +338,7 @@ void frmIeAuto::mnuManual_Click() {
         ShowMessage(path +
                         "\r\nの使い方のファイルがありません。\r\n"
                         "プログラムと一緒に配られている manual.ja.html と images フォルダを、"
-                        "プログラムと同じフォルダに置いて下さい。",
+                        "プログラムと同じフォルダに置いてください。",
                     "使い方");
     } else if (!platform_.windows.ShellOpen(path)) {
         ShowMessage(path + "\r\nの使い方のファイルをブラウザーで開けません。", "使い方");

@@ -50,7 +50,7 @@ bool SaveOptions(const Options& options, Files& files, const TextCodec& codec);
 // The play count that a text means, 1 to 99999; nothing for any other text. kPlayCountFault is what
 // the user is told then.
 std::optional<int> PlayCountOf(std::string_view text);
-inline constexpr const char* kPlayCountFault = "1 から 99999 までの数を入力して下さい。";
+inline constexpr const char* kPlayCountFault = "1 から 99999 までの数を入力してください。";
 
 // How many recently opened files are remembered.
 inline constexpr std::size_t kMaxRecentFiles = 5;

@@ -153,7 +153,7 @@ RunEnd Player::NoBrowser(const std::string& why) {
         return RunEnd::kStopped;
     }
     globals_.activity.clear();
-    host_.ShowMessage(why, "ブラウザを起動できません");
+    host_.ShowMessage(why, "ブラウザーを起動できません");
     events_.RunEnded(RunEnd::kNoBrowser);
     return RunEnd::kNoBrowser;
 }
@@ -161,7 +161,7 @@ RunEnd Player::NoBrowser(const std::string& why) {
 void Player::Finish(RunEnd end) {
     clock_.DoEvents();  // those of the last page
     if (end == RunEnd::kBrowserDied) {
-        host_.ShowMessage("ブラウザが終了したか、ページが異常終了したため、再生を中止しました。",
+        host_.ShowMessage("ブラウザーが終了したか、ページが異常終了したため、再生を中止しました。",
                           "再生エラー");
     }
     const bool closes = globals_.close_after_play || globals_.settings.quit_after_play;

@@ -262,7 +262,7 @@ TEST_F(SettingsTest, AreStoredByOkAndShownAgain) {
         "mnuSetting: cmdSetDefault, chkMouseClick, chkCipherData, txtBrowser= \"b.exe\", optBrowser 2";
     const std::string again = ", cmdClose 0; mnuSetting: cmdClose 0";
     const std::string options = "browser = b.exe/browser kind = chromium";
-    const std::string input = "再生回数|1 から 99999 までの数を入力して下さい。";
+    const std::string input = "再生回数|1 から 99999 までの数を入力してください。";
     Run({
         {some + ", cmdClose 1", "", "", ""},
         {some + again, "", "",

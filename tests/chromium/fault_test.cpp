@@ -33,13 +33,13 @@ TEST(BrowserStart, SaysWhyItFailsAndLeavesNothingBehind) {
         std::string FindExecutable(const std::string& /*name*/) const override { return ""; }
     } empty;
     const std::pair<std::string, std::string> rows[] = {
-        {"", "ブラウザが見つかりません（chromium、google-chrome、"},
-        {"/no/such", "指定されたブラウザがありません。\r\n/no/such"},
-        {"no-such", "指定されたブラウザがありません。\r\nno-such"},
-        {"/etc/passwd", "ブラウザを起動できません。\r\n/etc/passwd"},
-        {"/bin/false", "ブラウザがすぐに終了しました。"},
-        {sleeper, "ブラウザが 1 秒以内に準備できませんでした。"},
-        {sleeper, "ブラウザの起動を中止しました。"},
+        {"", "ブラウザーが見つかりません（chromium、google-chrome、"},
+        {"/no/such", "指定されたブラウザーがありません。\r\n/no/such"},
+        {"no-such", "指定されたブラウザーがありません。\r\nno-such"},
+        {"/etc/passwd", "ブラウザーを起動できません。\r\n/etc/passwd"},
+        {"/bin/false", "ブラウザーがすぐに終了しました。"},
+        {sleeper, "ブラウザーが 1 秒以内に準備できませんでした。"},
+        {sleeper, "ブラウザーの起動を中止しました。"},
     };
     for (const auto& [executable, says] : rows) {
         auto launcher = std::make_unique<ChromiumLauncher>(

@@ -88,7 +88,7 @@ TEST_F(Console, TellsByItsExitCodeHowItEnded) {
         {{"-stream", "//"}, 1, {"最初に開くページ（url の行）がない"}},
         {{"-stream", "url\t,size_bar=1.2,indt=http://127.0.0.1/"}, 1, {"[フォーマットエラー]"}},
         {{folder.At("none.csv"), "-close"}, 2, {"none.csv\nのファイルが存在しません。"}},
-        {{"-a", scenario, "-browser", "/no/such/browser"}, 3, {"[ブラウザを起動できません]"}},
+        {{"-a", scenario, "-browser", "/no/such/browser"}, 3, {"[ブラウザーを起動できません]"}},
         {{scenario},
          5,
          {"ミリ秒\n    1  url               完了", "\n    3  input             完了",
@@ -102,7 +102,7 @@ TEST_F(Console, TellsByItsExitCodeHowItEnded) {
          {"最後のページの画像を保存できません"}},
         {{"-make_player", folder.At("none/p"), scenario}, 8, {"のフォルダがありません。"}},
         {{"-make_player", TAMRIN_PROGRAM, scenario}, 8, {"は実行中か使用中のため"}},
-        {{"-record", p, "/", "-browser", "/no/such/browser"}, 3, {"[ブラウザを起動できません]"}},
+        {{"-record", p, "/", "-browser", "/no/such/browser"}, 3, {"[ブラウザーを起動できません]"}},
     };
     for (const auto& [arguments, code, said] : rows) ExpectRun(arguments, code, said);
     EXPECT_FALSE(std::filesystem::exists(p));

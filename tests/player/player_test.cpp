@@ -104,7 +104,7 @@ const Prepare kDie = [](PlayerRig& rig) { rig.web.browser->Die(); };
 const Prepare kClose = [](PlayerRig& rig) { rig.web.browser->Die(true); };
 const Prepare kPoints = [](PlayerRig& rig) { rig.globals.settings.auto_point = true; };
 const std::string kDied =
-    "message 再生エラー|ブラウザが終了したか、ページが異常終了したため、再生を中止しました。";
+    "message 再生エラー|ブラウザーが終了したか、ページが異常終了したため、再生を中止しました。";
 const std::string kInvalid = "message |入力データ不正\r\nId=a\r\ninputdata=";
 
 TEST(ExecRecord, ActsByTheElementsType) {
@@ -256,7 +256,7 @@ TEST(Play, OpensTheFirstUrlRecordAndSaysHowTheRunEnded) {
         {wait, kCompleted, "", 2, shown, After(100, kClose)},
         {wait + "\nquit\t", kCompleted, "", 3, shown + "; quit", After(100, kClose)},
         {wait + wait, kBrowserDied, "", 2, shown + "; " + kDied, After(100, kClose)},
-        {kUrl, kNoBrowser, "", 0, "run began; message ブラウザを起動できません|なし",
+        {kUrl, kNoBrowser, "", 0, "run began; message ブラウザーを起動できません|なし",
          [](auto& rig) { rig.web.refusal = "なし"; }},
         {"url\t,size_bar=1.2.300.400.10110,indt=", kNothingToPlay, "play", 0, "run began; create"},
         {"input\t,id=a", kNothingToPlay, "play", 0, "run began; create"},

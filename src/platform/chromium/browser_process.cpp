@@ -31,8 +31,8 @@ std::string FindBrowser(const Processes& processes, const Files& files, const st
         if (is_path && files.IsFile(wanted)) return wanted;
         const std::string found = processes.FindExecutable(wanted);
         if (found.empty()) {
-            why = "指定されたブラウザがありません。\r\n" + wanted +
-                  "\r\n-browser の指定を確認して下さい。";
+            why = "指定されたブラウザーがありません。\r\n" + wanted +
+                  "\r\n-browser の指定を確認してください。";
         }
         return found;
     }
@@ -41,8 +41,8 @@ std::string FindBrowser(const Processes& processes, const Files& files, const st
         if (!found.empty()) return found;
     }
     why =
-        "ブラウザが見つかりません（chromium、google-chrome、microsoft-edge を探しました）。\r\n"
-        "いずれかをインストールするか、-browser でブラウザの実行ファイルを指定して下さい。";
+        "ブラウザーが見つかりません（chromium、google-chrome、microsoft-edge を探しました）。\r\n"
+        "いずれかをインストールするか、-browser でブラウザーの実行ファイルを指定してください。";
     return "";
 }
 
@@ -137,8 +137,8 @@ bool BrowserProcess::MakeProfile(std::string& why) {
     const bool made = !profile_.empty() && (temporary_ ? WritePreferences(files_, profile_)
                                                        : files_.MakeFolder(profile_));
     if (made) return true;
-    why = temporary_ ? "ブラウザ用の一時フォルダを作成できません。"
-                     : "ブラウザ用のフォルダを作成できません。\r\n" + profile_;
+    why = temporary_ ? "ブラウザー用の一時フォルダを作成できません。"
+                     : "ブラウザー用のフォルダを作成できません。\r\n" + profile_;
     return false;
 }
 
@@ -155,7 +155,7 @@ bool BrowserProcess::Launch(const std::string& executable, std::string& why) {
                                  .outlives = start_.outlives,
                                  .piped = !by_port_,
                                  .folder = profile_});
-    if (!process_) why = "ブラウザを起動できません。\r\n" + executable;
+    if (!process_) why = "ブラウザーを起動できません。\r\n" + executable;
     return process_ != nullptr;
 }
 
@@ -189,23 +189,23 @@ bool BrowserProcess::Connect(DevTools& devtools, std::string& why) {
     while (!devtools.WaitUntil([&] { return *answered; }, kStartCheckMs)) {
         const bool ended = !process_->Running() || (!by_port_ && !devtools.IsOpen());
         if (ended && temporary_) {
-            why = "ブラウザがすぐに終了しました。実行ファイルを確認して下さい。";
+            why = "ブラウザーがすぐに終了しました。実行ファイルを確認してください。";
             return false;
         }
         if (ended) {
             // It has left its work to one that runs with this profile already.
             why =
-                "ブラウザに接続できません。開いているブラウザを閉じてから、もう一度実行して下さい。";
+                "ブラウザーに接続できません。開いているブラウザーを閉じてから、もう一度実行してください。";
             return false;
         }
         if (clock_.TickCount() - begin >= static_cast<std::uint32_t>(start_.limit_ms)) {
-            why = temporary_ ? "ブラウザが " + std::to_string((start_.limit_ms + 999) / 1000) +
+            why = temporary_ ? "ブラウザーが " + std::to_string((start_.limit_ms + 999) / 1000) +
                                    " 秒以内に準備できませんでした。"
-                             : "ブラウザの準備ができませんでした。もう一度実行して下さい。";
+                             : "ブラウザーの準備ができませんでした。もう一度実行してください。";
             return false;
         }
         if (start_.stop_requested && start_.stop_requested()) {
-            why = "ブラウザの起動を中止しました。";
+            why = "ブラウザーの起動を中止しました。";
             return false;
         }
         if (devtools.IsOpen()) continue;

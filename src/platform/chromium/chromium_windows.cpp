@@ -117,7 +117,7 @@ std::shared_ptr<Browser> ChromiumWindows::Open(const std::string& address, std::
     auto window =
         running ? own_->Open(settings_.start_limit_ms) : own_->First(settings_.start_limit_ms);
     if (!window) {
-        why = "ブラウザの準備ができませんでした。もう一度実行して下さい。";
+        why = "ブラウザーの準備ができませんでした。もう一度実行してください。";
         return nullptr;
     }
     window->SetForeground();

@@ -9,8 +9,8 @@ namespace {
 using nlohmann::json;
 
 constexpr const char* kNoAnswer =
-    "ブラウザに接続できません。もう一度実行しても直らないときは、-browser "
-    "で別のブラウザを指定して下さい。";
+    "ブラウザーに接続できません。もう一度実行しても直らないときは、-browser "
+    "で別のブラウザーを指定してください。";
 
 // The bytes of a text in base64 (RFC 4648, padded); nothing when it is not base64 or empty.
 std::optional<std::string> DecodeBase64(std::string_view text) {

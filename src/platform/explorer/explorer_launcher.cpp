@@ -68,7 +68,7 @@ std::shared_ptr<ExplorerBrowser> CreateExplorer(ComCalls& calls, const ExplorerS
             [sources, before](HWND frame) { return Successor(sources, before, frame); });
         return browser;
     }
-    why = "Internet Explorer を起動できません。この PC で使えるか確認して下さい。";
+    why = "Internet Explorer を起動できません。この PC で使えるか確認してください。";
     return nullptr;
 }
 
