@@ -47,6 +47,10 @@ public:
             std::cerr << why << '\n';
             return 1;
         }
+        const double calls = BestSeconds([&] {
+            for (int i = 0; i < 200; ++i) Plain("''");
+        });
+        table_.Row("200 calls one after another", 1000 * calls, 400, "ms");
         const double small = Walk("10,000 elements, 2 plain scripts", 10000);
         const double large = Walk("100,000 elements, 2 plain scripts", 100000);
         table_.Row("100,000 elements, 15 times 10,000", large, 15 * small, "ms");

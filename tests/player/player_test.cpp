@@ -258,6 +258,17 @@ TEST(Play, OpensTheFirstUrlRecordAndSaysHowTheRunEnded) {
         {wait + wait, kBrowserDied, "", 2, shown + "; " + kDied, After(100, kClose)},
         {kUrl, kNoBrowser, "", 0, "run began; message ブラウザーを起動できません|なし",
          [](auto& rig) { rig.web.refusal = "なし"; }},
+        {kUrl, kStopped, "", 0, "run began",
+         [](auto& rig) {
+             rig.web.refusal = "なし";
+             After(0, kStop)(rig);
+         }},
+        // The last page is still to come.
+        {kUrl, kStopped, "", 1, shown,
+         [](auto& rig) {
+             rig.web.load_ms = 40000;
+             After(25000, kStop)(rig);
+         }},
         {"url\t,size_bar=1.2.300.400.10110,indt=", kNothingToPlay, "play", 0, "run began; create"},
         {"input\t,id=a", kNothingToPlay, "play", 0, "run began; create"},
         {"url\t,size_bar=0.0.1024.768,indt=page", kBadSizeBar, "play", 0,
