@@ -39,33 +39,6 @@ TEST_F(Loading, TellsTheBrowsersWordForWhatFails) {
          {"", "go:http://[bad/ done", "", "NavigateError http://[bad/ ERR_INVALID_URL"}});
 }
 
-using OutlineTest = ChromiumTest;
-
-TEST_F(OutlineTest, IsSeenForAWhileAndNotByThePage) {
-    // Waits until the picture of the page stays, and is another one than this or again the same.
-    std::string picture;
-    const auto drawn = [&](const std::string& plain, bool again) {
-        EXPECT_TRUE(Wait([&] {
-            const std::string before = std::exchange(picture, Picture().value_or(""));
-            return picture == before && (picture == plain) == again;
-        }));
-        return picture;
-    };
-    const std::string field = "<input id=a style='margin:40px'>";
-    const auto inner = Origins("<!doctype html>" + field);
-    Open(field + "<iframe id=i src=" + inner[0] + "></iframe><iframe id=j src=" + inner[1] +
-         "></iframe><script>new MutationObserver(() => say('seen')).observe(document,"
-         " {subtree: true, childList: true, attributes: true})</script>");
-    const std::string plain = drawn("", false);
-    for (const char* element : {"a", "i/a", "j/a"}) {
-        Find(element).Outline();
-        drawn(plain, false);
-        rig().system_clock.Jump(2000);
-        drawn(plain, true);
-    }
-    ExpectSaid("");
-}
-
 // A frame's page moves to a session of its own; what the old session still reports of it
 // comes before or behind what the new one reports.
 TEST(FrameTracker, KeepsTheAgentOfThePageThatMoved) {

@@ -120,16 +120,6 @@ TEST_F(Dialogs, EndCallsIntoThePageEarlyAndEmpty) {
     EXPECT_EQ(Find("a").value(), "v");
 }
 
-TEST_F(Dialogs, HoldUpThePageThatIsLeftAndTheOneThatLoads) {
-    Open("<input id=a><script>onbeforeunload = e => e.preventDefault()</script>");
-    Do("@a x go:" + Url(Serve("<script>alert(1); alert(2)</script><p id=p>文</p>")) + " box");
-    EXPECT_TRUE(Wait([&] {
-        Press("ENTER");
-        return Find("p").innerText() == "文";
-    }));
-    EXPECT_TRUE(WaitComplete());
-}
-
 using ElementScreenPoint = Suite;
 
 TEST_F(ElementScreenPoint, LeadsTheMouseToTheElement) {
@@ -180,18 +170,6 @@ TEST_F(ElementScreenPoint, IsWhereThePointerIsToldOf) {
     const auto before = back_end().RoundTrips();
     browser().UnderPointer();
     EXPECT_EQ(back_end().RoundTrips() - before, 3U);  // one for each page on the way
-}
-
-using GetBoundingClientRect = Suite;
-
-TEST_F(GetBoundingClientRect, AnswersThePlaceInTheViewportOfItsOwnDocument) {
-    const std::string box =
-        "<!doctype html><body style='margin:0;height:3000px'><div id=k style='position:absolute;"
-        "left:20px;top:2000px;width:30px;height:40.5px'></div><input id=none type=hidden>";
-    Open(box + "<iframe id=i src=" + OtherUrl(Serve(box)) + "></iframe>");
-    const Rect whole{.left = 20, .top = 2000, .right = 50, .bottom = 2040.5};
-    for (const char* path : {"k", "i/k"}) EXPECT_EQ(Find(path).getBoundingClientRect(), whole);
-    EXPECT_FALSE(Find("none").getBoundingClientRect());
 }
 
 }  // namespace

@@ -161,22 +161,5 @@ TEST_F(Create, OpensEmptyWindowsThatWorkSideBySide) {
     EXPECT_EQ(shared_events.lines, Strings());
 }
 
-TEST_F(Create, LeadsTheKeysToTheWindowMadeOrBroughtToTheFrontLast) {
-    Open("<input id=a autofocus>");
-    const auto other = NewWindow();
-    ASSERT_TRUE(other && other->Navigate(browser().document().url()));
-    ASSERT_TRUE(Wait([&] { return other->document().activeElement().id() == "a"; }));
-    EXPECT_TRUE(other->document().hasFocus());
-    Do("o");
-    browser().SetForeground();
-    Do("t");
-    EXPECT_TRUE(Wait([&] { return Find("a").value() == "t"; }));
-    EXPECT_EQ(other->document().Named("a").by_id.value(), "o");
-    other->SetForeground();
-    Do("%{F4}");
-    EXPECT_TRUE(Wait([&] { return !other->Alive(); }));
-    EXPECT_FALSE(Press("ENTER"));
-}
-
 }  // namespace
 }  // namespace tamrin::conformance

@@ -81,23 +81,6 @@ TEST_F(WindowSystemTest, KeepsSelectionAndCurrentLineWhileAListChanges) {
     }
 }
 
-TEST_F(WindowSystemTest, LetsControlsFollowTheForm) {
-    const std::pair<const char*, std::array<int, 4>> rows[] = {{"cmdGo", {0, 0, 0, 0}},
-                                                               {"lstLines", {0, 0, 40, 30}},
-                                                               {"lstOne", {0, 30, 40, 0}},
-                                                               {"cmbTime", {40, 30, 0, 0}}};
-    Find("cmbTime").SetPlace({50, 20, 90, 24});
-    for (const auto& [name, expected] : rows) {
-        form->SetPlace({50, 50, 640, 480});
-        const Place before = Find(name).GetPlace();
-        form->SetPlace({50, 50, 680, 510});
-        const Place after = Find(name).GetPlace();
-        const std::array grown{after.left - before.left, after.top - before.top,
-                               after.width - before.width, after.height - before.height};
-        EXPECT_EQ(grown, expected) << name;
-    }
-}
-
 TEST_F(WindowSystemTest, CanBeClosedByATimerDuringAWaitInItsOwnEvent) {
     Find("Timer1").onTimer = [&] {
         events.emplace_back("begin");

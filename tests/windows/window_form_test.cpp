@@ -7,10 +7,6 @@ namespace {
 
 class WindowFormTest : public FormTest {
 protected:
-    LRESULT Send(std::string_view name, UINT message, WPARAM wparam, LPARAM lparam) {
-        return SendMessageW(Desk::WindowOf(Find(name)), message, wparam, lparam);
-    }
-
     const HWND window = Desk::WindowOf(*form);
 };
 
@@ -47,42 +43,6 @@ TEST_F(WindowFormTest, SendsEachKeyToItsButtonTextOrMenu) {
     EXPECT_TRUE(form->Visible());
 }
 
-TEST_F(WindowFormTest, FollowsKeyboardAndMouseThroughALongList) {
-    ListBox& list = form->List("lstLines");
-    list.SetLines(Lines(70000, "行"));
-    list.SetListIndex(69997);
-    list.SetFocus();
-    desk.Strike(VK_DOWN);
-    desk.Strike(VK_UP, VK_SHIFT);
-    EXPECT_TRUE(list.Selected(69997) && list.Selected(69998));
-    // The right button selects a line and raises no click.
-    RECT line{};
-    Send("lstLines", LB_GETITEMRECT, 69996, reinterpret_cast<LPARAM>(&line));
-    Send("lstLines", WM_RBUTTONDOWN, MK_RBUTTON, MAKELPARAM(5, line.top + 2));
-    EXPECT_EQ(list.ListIndex(), 69996);
-    EXPECT_TRUE(list.Selected(69996) && !list.Selected(69998));
-    EXPECT_EQ(events, (Lines{"lstLines", "lstLines", "lstLines"}));
-}
-
-TEST_F(WindowFormTest, DragsASplitter) {
-    std::vector<int> tops;
-    Find("split").onChange = [&] { tops.push_back(Find("split").GetPlace().top); };
-    Send("split", WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(10, 3));
-    for (const int y : {23, -5000}) Send("split", WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(10, y));
-    Send("split", WM_LBUTTONUP, 0, 0);
-    Send("split", WM_MOUSEMOVE, 0, MAKELPARAM(10, 50));
-    EXPECT_EQ(tops, (std::vector<int>{160, 0}));
-}
-
-TEST_F(WindowFormTest, ComesBackFromTheNotificationArea) {
-    form->SetTrayIcon(true);
-    form->SetVisible(false);
-    for (const UINT message : {WM_MOUSEMOVE, WM_LBUTTONUP}) {
-        SendMessageW(window, TrayIcon::kTrayMessage, 1, message);
-        EXPECT_EQ(form->Visible(), message == WM_LBUTTONUP);
-    }
-}
-
 TEST_F(WindowFormTest, ScalesWithTheMonitor) {
     const RECT proposed{50, 50, 850, 700};
     SendMessageW(window, WM_DPICHANGED, MAKEWPARAM(144, 144), reinterpret_cast<LPARAM>(&proposed));
@@ -97,23 +57,6 @@ TEST_F(WindowFormTest, ScalesWithTheMonitor) {
     SendMessageW(window, WM_DISPLAYCHANGE, 32, 0);
     EXPECT_EQ(form->GetPlace().left + form->GetPlace().width, screen.width);
     EXPECT_TRUE(form->GetPlace().top == 0 && form->GetPlace().width > 600);
-}
-
-// A click on what the form covers hides it, and shows it again as it was.
-TEST_F(WindowFormTest, KeepsItsPlaceAndStateWhileHidden) {
-    for (const int state : {SW_SHOWNORMAL, SW_MAXIMIZE, SW_MINIMIZE}) {
-        SCOPED_TRACE(state);
-        ShowWindow(window, state);
-        const int covered = form->ShownPlace().width;
-        EXPECT_EQ(covered > 0, state != SW_MINIMIZE);
-        EXPECT_EQ(covered > 640, state == SW_MAXIMIZE);
-        for (const bool visible : {false, true}) {
-            form->SetVisible(visible);
-            EXPECT_EQ(form->ShownPlace().width, visible ? covered : 0);
-            EXPECT_EQ(form->GetPlace().width, 640);
-        }
-        EXPECT_EQ(Find("cmdGo").GetPlace().width, 80);
-    }
 }
 
 TEST_F(WindowFormTest, IsDisabledBehindAModalFormAndClosesItFirst) {
