@@ -182,7 +182,7 @@ TEST_F(MainWindowTest, TheWatchdogEndsAnAutomaticRunWithoutPages) {
     const std::tuple<const char*, const char*, double, bool> rows[] = {
         {"", "3 行目の再生中、30 秒のあいだ", 46000, false},
         {"record limit = 20", "3 行目の再生が 20 秒たっても", 41000, false},
-        {"record limit = 20", "3 行目の再生が 20 秒たっても", 620000, true},
+        {"record limit = 20", "3 行目の再生が 20 秒たっても", 645000, true},
     };
     files.contents["C:\\tamrin\\order.csv"] = Waiting("gone", "600000");
     for (const auto& [options, why, ended, unsaved] : rows) {
