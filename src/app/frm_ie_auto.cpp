@@ -427,11 +427,11 @@ void frmIeAuto::RunEnded(RunEnd end) {
 }
 
 void frmIeAuto::TellDone() {
-    if (!done_) return;
-    RecordReport report = *std::exchange(done_, std::nullopt);
+    auto report = std::exchange(done_, std::nullopt);
+    if (!report) return;
     const bool failed = std::exchange(address_failed_, false);
-    if (failed && OpensPage(report)) report.outcome = RecordOutcome::kPageFailed;
-    if (onRecordDone) onRecordDone(report);
+    if (failed && OpensPage(*report)) report->outcome = RecordOutcome::kPageFailed;
+    if (onRecordDone) onRecordDone(*report);
 }
 
 void frmIeAuto::DocumentComplete(bool top) {
