@@ -1,7 +1,4 @@
-#include <nlohmann/json.hpp>
-
 #include "chromium/chromium_fixture.h"
-#include "platform/chromium/frame_tracker.h"
 
 namespace tamrin::test {
 namespace {
@@ -37,32 +34,6 @@ TEST_F(Loading, TellsTheBrowsersWordForWhatFails) {
          {"", "go:C:/none done", "",
           "navigate , NavigateError file:///C:/none ERR_FILE_NOT_FOUND, DocumentComplete top"},
          {"", "go:http://[bad/ done", "", "NavigateError http://[bad/ ERR_INVALID_URL"}});
-}
-
-// A frame's page moves to a session of its own; what the old session still reports of it
-// comes before or behind what the new one reports.
-TEST(FrameTracker, KeepsTheAgentOfThePageThatMoved) {
-    using nlohmann::json;
-    const json frame{{"frameId", "frame"}};
-    for (const bool late : {false, true}) {
-        FrameTracker frames("top", "old", "world");
-        const auto tell = [&](const char* session, const char* event, const json& details) {
-            HandleEvent(frames, session, event, details);
-        };
-        const auto create = [&](const char* session, const char* agent, int context) {
-            tell(session, "Runtime.executionContextCreated",
-                 {{"context",
-                   {{"id", context}, {"uniqueId", agent}, {"name", "world"}, {"auxData", frame}}}});
-        };
-        tell("old", "Page.frameAttached", {{"frameId", "frame"}, {"parentFrameId", "top"}});
-        if (!late) create("old", "left", 7);
-        create("new", "stays", 2);
-        if (late) create("old", "left", 7);
-        tell("old", "Page.frameDetached", {{"frameId", "frame"}, {"reason", "swap"}});
-        tell("old", "Runtime.executionContextDestroyed", {{"executionContextId", 7}});
-        const FrameInfo* kept = frames.WithContext("new", 2);
-        EXPECT_EQ(kept ? kept->agent : "", "stays") << late;
-    }
 }
 
 }  // namespace
