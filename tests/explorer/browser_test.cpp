@@ -168,7 +168,13 @@ TEST_F(BrowserTest, IsFoundByItsContentWindow) {
     show("http://site/");
     page->focused = true;
     sources.z_order = [&edge] { return std::vector<HWND>{edge.frame}; };
-    sources.contents = ContentWindows;
+    // Another one hangs, so that the shell's list, which could wait for it, is not asked.
+    List(edge.frame);
+    sources.contents = [this](const std::vector<HWND>& screen) {
+        auto found = ContentWindows(screen);
+        found.push_back({back, back, true});
+        return found;
+    };
     ExplorerWindows windows(calls, sources);
     const auto found = windows.Focused();
     ASSERT_TRUE(found);

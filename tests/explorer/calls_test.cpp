@@ -81,10 +81,12 @@ TEST_F(CallsTest, PaintAndEndAfterATimeOrWhenStopped) {
     constexpr auto kGiveUp = static_cast<DWORD>(-1);
     const struct {
         bool stop;
-        DWORD waited, pending, rejected;
-    } rows[] = {{false, 4999, kWait, 100},     {false, 5000, kWait, kGiveUp},
-                {false, 5499, kWait, kGiveUp}, {false, 5500, kEnd, kGiveUp},
-                {true, 499, kWait, 100},       {true, 500, kEnd, kGiveUp}};
+        DWORD waited, pending, rejected, time = 0;
+    } rows[] = {{false, 4999, kWait, 100},      {false, 5000, kWait, kGiveUp},
+                {false, 5499, kWait, kGiveUp},  {false, 5500, kEnd, kGiveUp},
+                {true, 499, kWait, 100},        {true, 500, kEnd, kGiveUp},
+                {false, 0, kEnd, kGiveUp, 500}, {false, 0, kWait, 100, 499}};
+    const CallBudget budget(calls, 500);
     bool stop = false;
     const CallFilter filter(calls, {.stop_requested = [&stop] { return stop; },
                                     .means_stop = [](const MSG& m) { return m.wParam == 27; },
@@ -95,7 +97,7 @@ TEST_F(CallsTest, PaintAndEndAfterATimeOrWhenStopped) {
     CoRegisterMessageFilter(registered.get(), none.Out());
     for (const auto& row : rows) {
         SCOPED_TRACE(row.waited);
-        stop = row.stop;
+        stop = row.stop, now = row.time;
         EXPECT_EQ(registered->MessagePending(nullptr, row.waited, 0), row.pending);
         EXPECT_EQ(registered->RetryRejectedCall(nullptr, row.waited, 0), row.rejected);
     }

@@ -69,8 +69,8 @@ DispatchObject BrowserServedBy(const DispatchObject& window) {
 ComPtr<IDispatch> GetDocumentFromWindow(ComCalls& calls, HWND window) {
     static const UINT ask = RegisterWindowMessageW(L"WM_HTML_GETOBJECT");
     DWORD_PTR given = 0;
-    const LRESULT answered =
-        SendMessageTimeoutW(window, ask, 0, 0, SMTO_ABORTIFHUNG, calls.limits().window_ms, &given);
+    const LRESULT answered = SendMessageTimeoutW(window, ask, 0, 0, SMTO_ABORTIFHUNG,
+                                                 calls.Longest(calls.limits().window_ms), &given);
     const bool has = answered != 0 && given != 0;
     if (!calls.Note(has ? S_OK : E_FAIL, "send", "window", "WM_HTML_GETOBJECT")) return nullptr;
     // Loaded by hand: a library of this name beside the program must not come in its place.

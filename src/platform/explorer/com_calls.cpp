@@ -57,10 +57,17 @@ bool ComCalls::BoxShown() const {
 }
 
 bool ComCalls::MustEnd(DWORD waited_ms) const {
-    if (waited_ms >= limits_.longest_ms || StopWaits(limits_)) return true;
+    if (waited_ms >= limits_.longest_ms || Now() >= end_at_ || StopWaits(limits_)) return true;
     if (waited_ms >= limits_.stopped_ms && limits_.stop_requested && limits_.stop_requested())
         return true;
     return waited_ms >= limits_.box_ms && BoxShown();
+}
+
+DWORD ComCalls::Longest(DWORD limit_ms) const {
+    constexpr std::uint64_t kLeastMs = 20;  // enough for a window that does answer
+    const std::uint64_t now = Now();
+    const std::uint64_t left = now < end_at_ ? end_at_ - now : 0;
+    return static_cast<DWORD>(std::min<std::uint64_t>(limit_ms, std::max(kLeastMs, left)));
 }
 
 bool WasBegun(HRESULT result) { return SUCCEEDED(result) || result == RPC_E_CALL_CANCELED; }

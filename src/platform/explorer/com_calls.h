@@ -59,13 +59,31 @@ public:
     const CallLimits& limits() const { return limits_; }
     // Whether to give up a call that has waited so long.
     bool MustEnd(DWORD waited_ms) const;
+    // How long a call may wait that has this limit of its own; never 0.
+    DWORD Longest(DWORD limit_ms) const;
 
 private:
+    friend class CallBudget;
+
     std::function<void(const std::string&)> write_;
     std::uint64_t count_ = 0;
     std::function<std::uint64_t()> now_;
     std::vector<HWND> driven_;
     CallLimits limits_;
+    std::uint64_t end_at_ = UINT64_MAX;  // of a CallBudget
+};
+
+// While it lives, all calls together may wait for so long; one that has to wait after that is given
+// up. Only one at a time.
+class CallBudget {
+public:
+    CallBudget(ComCalls& calls, DWORD ms) : calls_(calls) { calls.end_at_ = calls.Now() + ms; }
+    ~CallBudget() { calls_.end_at_ = UINT64_MAX; }
+    CallBudget(const CallBudget&) = delete;
+    CallBudget& operator=(const CallBudget&) = delete;
+
+private:
+    ComCalls& calls_;
 };
 
 // Whether a call failed because the object's process has ended or has dropped the object.

@@ -15,6 +15,10 @@ namespace {
 constexpr CLSID kInternetExplorerMedium = {
     0xD5E8041D, 0x920F, 0x45E9, {0xB8, 0xFB, 0xB1, 0xDE, 0xB8, 0x2C, 0x6E, 0x5E}};
 
+// The program looks for windows while it is idle: which there are, and which has the focus. Both
+// together stop its own window for a second at most.
+constexpr DWORD kAnswerWithinMs = 500;
+
 ComPtr<IDispatch> Make(const CLSID& kind, HRESULT& failure) {
     ComPtr<IWebBrowser2> browser;
     failure = CoCreateInstance(kind, nullptr, CLSCTX_LOCAL_SERVER, IID_IWebBrowser2,
@@ -36,13 +40,20 @@ ExplorerSources SystemSources(ComCalls& calls) {
 
 std::vector<ExplorerWindows::Entry> ExplorerWindows::InOrder() {
     const std::vector<HWND> screen = sources_.z_order();
+    std::vector<ContentWindow> contents;
+    if (sources_.contents) contents = sources_.contents(screen);
+    const bool all_answer = std::none_of(contents.begin(), contents.end(),
+                                         [](const ContentWindow& found) { return found.hangs; });
     std::vector<Entry> entries;
-    for (auto& browser : sources_.browsers()) {
+    // A browser of the list tells its window when it is asked, and one that hangs would be asked,
+    // too. While there is one, the others are found by the windows of their pages.
+    const auto listed = all_answer ? sources_.browsers() : std::vector<DispatchObject>();
+    for (const auto& browser : listed) {
         const HWND frame = FrameOf(browser);
         if (std::find(screen.begin(), screen.end(), frame) != screen.end())
-            entries.push_back({.frame = frame, .browser = std::move(browser)});
+            entries.push_back({.frame = frame, .browser = browser});
     }
-    if (sources_.contents) AddContents(screen, entries);
+    AddContents(contents, entries);
     // The tabs of one window have the same frame and stay in the order of the list.
     std::vector<Entry> ordered;
     ordered.reserve(entries.size());
@@ -54,9 +65,11 @@ std::vector<ExplorerWindows::Entry> ExplorerWindows::InOrder() {
     return ordered;
 }
 
-void ExplorerWindows::AddContents(const std::vector<HWND>& screen, std::vector<Entry>& entries) {
+void ExplorerWindows::AddContents(const std::vector<ContentWindow>& contents,
+                                  std::vector<Entry>& entries) {
     const std::size_t listed = entries.size();
-    for (const ContentWindow& found : sources_.contents(screen)) {
+    for (const ContentWindow& found : contents) {
+        if (found.hangs) continue;
         const auto same_frame = [&found](const Entry& entry) { return entry.frame == found.frame; };
         if (std::any_of(entries.begin(), entries.end(), same_frame)) continue;
         auto window = OfContent(found);
@@ -88,6 +101,7 @@ std::shared_ptr<ExplorerWindow> ExplorerWindows::OfContent(const ContentWindow& 
 }
 
 std::vector<std::shared_ptr<Browser>> ExplorerWindows::Visible() {
+    const CallBudget budget(calls_, kAnswerWithinMs);
     std::vector<std::shared_ptr<Browser>> windows;
     auto entries = InOrder();
     windows.reserve(entries.size());
@@ -96,6 +110,7 @@ std::vector<std::shared_ptr<Browser>> ExplorerWindows::Visible() {
 }
 
 std::shared_ptr<Browser> ExplorerWindows::Focused() {
+    const CallBudget budget(calls_, kAnswerWithinMs);
     for (auto& entry : InOrder()) {
         if (HasFocus(entry)) return Known(std::move(entry));
     }

@@ -60,7 +60,7 @@ private:
     };
     std::vector<Entry> InOrder();
     // Adds the windows that the shell does not list.
-    void AddContents(const std::vector<HWND>& screen, std::vector<Entry>& entries);
+    void AddContents(const std::vector<ContentWindow>& contents, std::vector<Entry>& entries);
     std::shared_ptr<ExplorerWindow> OfContent(const ContentWindow& found);
     std::shared_ptr<Browser> Known(Entry entry);
     std::shared_ptr<ExplorerWindow> Find(IUnknown* browser);

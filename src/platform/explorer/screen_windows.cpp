@@ -26,6 +26,16 @@ BOOL CALLBACK Collect(HWND window, LPARAM into) {
     return TRUE;
 }
 
+// All content windows of a browser window, those of the tabs in the background too.
+std::vector<HWND> AllContents(HWND browser) {
+    std::vector<HWND> windows;
+    if (browser) EnumChildWindows(browser, Collect, reinterpret_cast<LPARAM>(&windows));
+    std::erase_if(windows, [](HWND window) { return ClassOf(window) != kContentClass; });
+    return windows;
+}
+
+bool Hangs(HWND window) { return IsHungAppWindow(window) != 0; }
+
 bool InFront(HWND window) { return GetForegroundWindow() == window; }
 
 bool TakeFront(HWND window) { return SetForegroundWindow(window) != 0 && InFront(window); }
@@ -40,7 +50,7 @@ void MakeInput() {
 void TakeFrontWithSharedInput(HWND window) {
     const HWND front = GetForegroundWindow();
     // Attached to a thread that hangs, this one would hang too.
-    if (!front || IsHungAppWindow(front)) return;
+    if (!front || Hangs(front)) return;
     const DWORD others = GetWindowThreadProcessId(front, nullptr);
     const DWORD own = GetCurrentThreadId();
     if (others == own || !AttachThreadInput(own, others, TRUE)) return;
@@ -58,10 +68,7 @@ std::vector<HWND> VisibleWindows() {
 }
 
 HWND FindIeServerWindow(HWND browser) {
-    std::vector<HWND> windows;
-    if (!browser) return nullptr;
-    EnumChildWindows(browser, Collect, reinterpret_cast<LPARAM>(&windows));
-    std::erase_if(windows, [](HWND window) { return ClassOf(window) != kContentClass; });
+    const std::vector<HWND> windows = AllContents(browser);
     if (windows.empty()) return nullptr;
     HWND chosen = windows.front();
     for (const HWND window : windows) {
@@ -77,7 +84,11 @@ std::vector<ContentWindow> ContentWindows(const std::vector<HWND>& frames) {
     for (const std::wstring_view frame_class : kFrameClasses) {
         for (const HWND frame : frames) {
             if (ClassOf(frame) != frame_class) continue;
-            if (const HWND content = FindIeServerWindow(frame)) found.push_back({frame, content});
+            const HWND shown = FindIeServerWindow(frame);
+            for (const HWND content : AllContents(frame)) {
+                const bool hangs = Hangs(frame) || Hangs(content);
+                if (hangs || content == shown) found.push_back({frame, content, hangs});
+            }
         }
     }
     return found;

@@ -19,10 +19,12 @@ HWND FindIeServerWindow(HWND browser);
 struct ContentWindow {
     HWND frame = nullptr;
     HWND content = nullptr;
+    // Whether one of the two does not handle its messages, as Windows sees it after five seconds.
+    bool hangs = false;
 };
 
-// The content windows inside these top-level windows, in their order; first those of Edge, which
-// shows pages in Internet Explorer mode.
+// The content windows that are shown inside these top-level windows, and all that hang, in their
+// order; first those of Edge, which shows pages in Internet Explorer mode.
 std::vector<ContentWindow> ContentWindows(const std::vector<HWND>& frames);
 
 // The dialog box that blocks a browser window, such as a message or question of its page, a file
