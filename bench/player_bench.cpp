@@ -96,9 +96,10 @@ private:
     // The seconds of a plain script on the same page in a browser of its own.
     double BareEvaluates(int count) {
         std::string why;
-        const auto process = BrowserProcess::Start(processes_, files_, clock_, {}, why);
-        DevTools devtools(clock_, {});
-        if (!process || !devtools.Connect(process->endpoint(), 30000)) return 0;
+        std::unique_ptr<BrowserProcess> process;
+        DevTools devtools(clock_, {});  // is closed before the browser is dropped
+        process = BrowserProcess::Start(processes_, files_, clock_, {}, devtools, why);
+        if (!process) return 0;
         const auto target =
             devtools.Call("", "Target.createTarget", {{"url", server_.Url("/")}}).Result();
         const auto attached = devtools

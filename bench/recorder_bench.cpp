@@ -37,8 +37,14 @@ class NoProfiles : public PosixProcesses {
 public:
     bool HasDisplay() const override { return false; }
     std::string Environment(const std::string& name) const override {
+        if (name == "TAMRIN_DEBUGGING_PORT") return "1";  // the user's hand is a second connection
         return name == "PATH" ? PosixProcesses::Environment(name) : std::string();
     }
+    std::string MakeTemporaryFolder() override {
+        return profile = PosixProcesses::MakeTemporaryFolder();
+    }
+
+    std::string profile;  // of the browser that was started last
 };
 
 // "/tags/N" is a page of about N elements. In the other, after work(n), the focus goes n times from
@@ -107,9 +113,11 @@ private:
     }
 
     bool OpenBrowser() {
-        process_ = BrowserProcess::Start(processes_, files_, clock_, {}, why_);
-        if (!process_ || !mouse_.Connect(process_->endpoint(), 30000)) return false;
-        address_ = "localhost:" + std::to_string(process_->endpoint().port);
+        process_ = BrowserProcess::Start(processes_, files_, clock_, {}, mouse_, why_);
+        const auto port = files_.Read(processes_.profile + "/DevToolsActivePort");
+        const auto endpoint = process_ && port ? ReadActivePort(*port) : std::nullopt;
+        if (!endpoint) return false;
+        address_ = "localhost:" + std::to_string(endpoint->port);
         for (int i = 0; i < 1000 && browsers_.Visible().empty(); ++i) {
             clock_.DoEvents();
             clock_.Sleep(10);

@@ -75,7 +75,7 @@ std::string CommandLine(Task task, std::vector<std::string> arguments, const Fil
     if (task == Task::kRecord || task == Task::kMakePlayer) {
         arguments.erase(arguments.begin(), arguments.begin() + kTaskWords);
     }
-    const std::string line = JoinArguments(arguments);
+    std::string line = JoinArguments(arguments);
     if (task != Task::kPlay || line.empty() || line.starts_with('-')) return line;
     if (!ExistingFile(line, files).empty()) return line;
     for (const Switch& item : SplitSwitches(line)) {

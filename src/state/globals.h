@@ -77,10 +77,10 @@ struct Globals {
     bool close_after_play = false;  // quit when playback ends, and leave Conf.txt as it is
     // The browsers that the program has opened stay open when it ends.
     bool keep_browser = false;
-    bool unsaved = false;           // the record list holds changes not yet saved
-    bool skip_wait = false;         // the user wants to skip the wait of the current record
-    std::string current_file;       // the open scenario; "stream" for one from the command line
-    std::string last_error;         // the last line about a record that found no element
+    bool unsaved = false;      // the record list holds changes not yet saved
+    bool skip_wait = false;    // the user wants to skip the wait of the current record
+    std::string current_file;  // the open scenario; "stream" for one from the command line
+    std::string last_error;    // the last line about a record that found no element
 
     bool ActivityContains(const char* word) const {
         return activity.find(word) != std::string::npos;
