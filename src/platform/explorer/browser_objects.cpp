@@ -4,6 +4,7 @@
 #include <oleacc.h>
 #include <servprov.h>
 
+#include <bit>
 #include <string>
 #include <utility>
 
@@ -76,8 +77,8 @@ ComPtr<IDispatch> GetDocumentFromWindow(ComCalls& calls, HWND window) {
     // Loaded by hand: a library of this name beside the program must not come in its place.
     static const HMODULE library =
         LoadLibraryExW(L"oleacc.dll", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
-    static const auto object_from_lresult = reinterpret_cast<decltype(&ObjectFromLresult)>(
-        reinterpret_cast<void*>(GetProcAddress(library, "ObjectFromLresult")));
+    static const auto object_from_lresult =
+        std::bit_cast<decltype(&ObjectFromLresult)>(GetProcAddress(library, "ObjectFromLresult"));
     ComPtr<IHTMLDocument> document;
     const HRESULT made = object_from_lresult
                              ? object_from_lresult(static_cast<LRESULT>(given), IID_IHTMLDocument,

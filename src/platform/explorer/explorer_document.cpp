@@ -29,7 +29,7 @@ std::vector<Element> FrameElements(ExplorerDocument& page) {
 
 }  // namespace
 
-std::shared_ptr<ExplorerDocument> PageInside(Element frame) {
+std::shared_ptr<ExplorerDocument> PageInside(const Element& frame) {
     const ExplorerElement& element = *ExplorerElement::Of(frame);
     ExplorerDocument& outer = element.page();
     const auto window = outer.ObjectOf(element.object().Get("contentWindow"), "window");

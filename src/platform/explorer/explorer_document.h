@@ -89,6 +89,6 @@ private:
 
 // The page that a frame's element shows; null when it cannot be reached. Keeps the element itself:
 // an event during its calls can release the caller's.
-std::shared_ptr<ExplorerDocument> PageInside(Element frame);
+std::shared_ptr<ExplorerDocument> PageInside(const Element& frame);
 
 }  // namespace tamrin

@@ -23,8 +23,9 @@ void PagePool::KeepOnly(IUnknown* document) {
 
 void PagePool::DropLeftFrames() {
     for (const auto& page : Pages()) {
-        if (!page->holder()) continue;
-        const auto shown = PageInside(page->holder());
+        // A reference of its own: the page may be left during the call.
+        Element holder = page->holder();
+        const auto shown = holder ? PageInside(holder) : page;
         if (shown && shown != page) page->SetGone();
     }
 }

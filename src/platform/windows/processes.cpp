@@ -153,8 +153,8 @@ std::optional<std::pair<OwnedHandle, OwnedHandle>> Create(const ProgramStart& st
     InitializeProcThreadAttributeList(information.lpAttributeList, 1, 0, &size);
     if (!handles.empty()) {
         UpdateProcThreadAttribute(information.lpAttributeList, 0, PROC_THREAD_ATTRIBUTE_HANDLE_LIST,
-                                  handles.data(), handles.size() * sizeof(HANDLE), nullptr,
-                                  nullptr);
+                                  static_cast<void*>(handles.data()),
+                                  handles.size() * sizeof(HANDLE), nullptr, nullptr);
     }
     PROCESS_INFORMATION started{};
     const bool created =

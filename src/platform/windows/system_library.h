@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <bit>
+
 namespace tamrin {
 
 // A function of a library in the system's folder; null when there is none. A library that the
@@ -10,9 +12,7 @@ namespace tamrin {
 template <typename Function>
 Function* SystemFunction(const wchar_t* library, const char* name) {
     const HMODULE module = LoadLibraryExW(library, nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
-    return module
-               ? reinterpret_cast<Function*>(reinterpret_cast<void*>(GetProcAddress(module, name)))
-               : nullptr;
+    return module ? std::bit_cast<Function*>(GetProcAddress(module, name)) : nullptr;
 }
 
 }  // namespace tamrin
