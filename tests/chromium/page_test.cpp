@@ -1,4 +1,5 @@
 #include "chromium/chromium_fixture.h"
+#include "platform/chromium/notice_queue.h"
 
 namespace tamrin::test {
 namespace {
@@ -34,6 +35,20 @@ TEST_F(Loading, TellsTheBrowsersWordForWhatFails) {
          {"", "go:C:/none done", "",
           "navigate , NavigateError file:///C:/none ERR_FILE_NOT_FOUND, DocumentComplete top"},
          {"", "go:http://[bad/ done", "", "NavigateError http://[bad/ ERR_INVALID_URL"}});
+}
+
+TEST(NoticeQueue, LetsANavigationWaitForThePagesLastSnapshot) {
+    const FrameTracker frames("top", "session", "world");
+    const JumpingClock clock;
+    for (const bool may_wait : {false, true}) {
+        NoticeQueue queue(frames, clock);
+        queue.AddNavigation({.kind = Notice::Kind::kBeforeNavigate, .agent = "a"}, may_wait);
+        EXPECT_EQ(queue.Next().has_value(), !may_wait);
+        if (!may_wait) continue;
+        queue.AddLastSnapshot(std::make_shared<const PageSnapshot>(PageSnapshot{"a", {}}));
+        const auto notice = queue.Next();
+        EXPECT_TRUE(notice && notice->snapshots.size() == 1);
+    }
 }
 
 }  // namespace
