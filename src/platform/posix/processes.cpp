@@ -186,7 +186,8 @@ bool IsExecutable(const std::string& path) {
            access(path.c_str(), X_OK) == 0;
 }
 
-constexpr std::string_view kFolderName = "tamrin-profile-XXXXXX";  // mkdtemp replaces the X
+constexpr std::string_view kFolderStart = "tamrin-profile-";
+constexpr std::size_t kFolderMark = 6;  // letters behind it, which mkdtemp chooses
 constexpr int kFolderAttempts = 10;
 
 // The lock of a folder of this user; nothing where a program holds it, or where the folder is gone.
@@ -201,11 +202,12 @@ Descriptor LockFolder(const std::string& folder) {
 
 // Deletes the temporary folders in `base` that no program holds.
 void RemoveAbandoned(const std::string& base) {
-    const std::string_view begin = kFolderName.substr(0, kFolderName.find('X'));
     std::error_code error;
     for (const auto& entry : std::filesystem::directory_iterator(base, error)) {
         const std::string name = entry.path().filename().string();
-        if (!name.starts_with(begin) || name.size() != kFolderName.size()) continue;
+        const bool is_one =
+            name.starts_with(kFolderStart) && name.size() == kFolderStart.size() + kFolderMark;
+        if (!is_one) continue;
         const Descriptor lock = LockFolder(entry.path().string());
         if (lock) std::filesystem::remove_all(entry.path(), error);
     }
@@ -247,7 +249,7 @@ std::string PosixProcesses::MakeTemporaryFolder() {
     if (base.empty()) base = "/tmp";
     RemoveAbandoned(base);
     for (int attempt = 0; attempt < kFolderAttempts; ++attempt) {
-        std::string folder = (base + "/").append(kFolderName);
+        std::string folder = (base + "/").append(kFolderStart).append(kFolderMark, 'X');
         if (!mkdtemp(folder.data())) return "";
         Descriptor lock = LockFolder(folder);
         // Another program that starts just now may have taken it for an abandoned one.
